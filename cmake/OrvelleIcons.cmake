@@ -1,0 +1,2 @@
+function(orvelle_icons target)
+endfunction()

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "links/LinkItem.h"
+#include "platform/UserDefaults.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace orvelle {
+
+class Clock;
+class DebugModeManager;
+class FileBookmarks;
+class FolderChooser;
+class Notifications;
+class PowerEvents;
+class SnapshotStore;
+class Volumes;
+
+/// The work around the tree that other subsystems do when their time comes in
+/// the life of the store.
+class LinkStoreHooks
+{
+public:
+    virtual ~LinkStoreHooks() = default;
+
+    /// Put cached site icons into the items; no change of the stored tree.
+    virtual void hydrateFavicons(LinkList &links) = 0;
+    /// Remove cached icons of items that are gone.
+    virtual void cleanupOrphanFavicons(const LinkList &links) = 0;
+    /// Re-read the persisted sync state through the keys of the current mode.
+    virtual void loadSyncState() = 0;
+    /// A local change was saved: upload it when sync is on.
+    virtual void scheduleAutoSync() = 0;
+    /// The machine woke up.
+    virtual void systemDidWake() = 0;
+};
+
+/// The owner of the user's tree: loads, upgrades and saves it, keeps file
+/// links reachable, and is the only place where the tree changes. Main thread
+/// only; lives for the whole run.
+///
+/// The tree is saved as one value. When another process changed it meanwhile,
+/// the edit is made again on that process's tree, so that neither change is
+/// lost.
+class LinkStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Services {
+        UserDefaults &defaults;
+        DebugModeManager &debugMode;
+        Notifications &notifications;
+        Clock &clock;
+        FileBookmarks &bookmarks;
+        Volumes &volumes;
+        PowerEvents &powerEvents;
+        SnapshotStore &snapshots;
+        LinkStoreHooks &hooks;
+    };
+
+    explicit LinkStore(const Services &services, QObject *parent = nullptr);
+    ~LinkStore() override;
+
+    static QString linksBaseKey() { return QStringLiteral("orvelle_savedLinks"); }
+    static QString rootBookmarksBaseKey() { return QStringLiteral("orvelle_rootBookmarks"); }
+
+    const LinkList &links() const { return m_links; }
+    QString machineId() const { return m_machineId; }
+    /// True while a sync document is being applied; saves then do not ask for
+    /// an upload.
+    bool isAutoSyncingFromFile() const { return m_isAutoSyncingFromFile; }
+    void setAutoSyncingFromFile(bool applying) { m_isAutoSyncingFromFile = applying; }
+
+    /// How an edit treats history.
+    enum class Step {
+        Ordinary,    ///< one undo step
+        Destructive, ///< the same, and the tree before it is kept as a snapshot
+    };
+    /// A change of a tree; false means nothing to do. May run more than once,
+    /// each time on a fresh tree, so it must not keep state.
+    using Edit = std::function<bool(LinkList &)>;
+
+    /// The one way to change the tree: applies `change`, saves, records one
+    /// undo step, emits linksChanged() once. `reason` names the snapshot of a
+    /// destructive step ("remove", "import", ...). False when `change` was
+    /// refused. A failed write keeps the new tree in memory, is reported by
+    /// saveFailed(), and is tried again at the next edit and at quit.
+    bool edit(Step step, const QString &reason, const Edit &change, bool triggerSync = true);
+
+    void addLink(const LinkItem &item);
+    bool addLinkToGroup(const LinkItem &item, const QUuid &groupId);
+    bool removeLink(const QUuid &id);
+    /// Replaces the item with the same id.
+    bool updateLink(const LinkItem &item, bool touchModifiedAt = true);
+
+    /// The item with this run id, anywhere in the tree.
+    std::optional<LinkItem> find(const QUuid &id) const;
+    /// The item whose run id or stable id is `text` (either case).
+    std::optional<LinkItem> findByText(const QString &text) const;
+
+    /// Stores the tree as it is. False when the write failed.
+    bool saveLinks(bool triggerSync = true);
+    /// True when the tree in memory is not what is stored.
+    bool hasUnsavedChanges() const { return m_unsaved; }
+
+    bool canUndo() const;
+    bool canRedo() const;
+    bool undo();
+    bool redo();
+    /// Restores the newest snapshot: the state before the last destructive
+    /// step (itself such a step, so a second call goes back again). Absent
+    /// when there is none, else its name.
+    std::optional<QString> undoLastDestructiveStep();
+    /// Makes a snapshot the tree again. False when it cannot be read.
+    bool restoreSnapshot(const QString &name);
+
+    /// Renews stale bookmarks. True when at least one file or folder link
+    /// could not be resolved.
+    bool refreshStaleBookmarks();
+    void restoreRootAccess();
+    /// Asks for a folder that holds all linked paths and rebuilds every
+    /// bookmark.
+    void repairBookmarks(FolderChooser &chooser);
+    /// Where a file or folder link leads: its bookmark's target, else its path.
+    QString securePath(const LinkItem &item) const;
+    FileBookmarks &fileBookmarks() const { return m_services.bookmarks; }
+
+    /// Keys under which undecodable stored bytes were set aside, newest first.
+    QStringList rescuedDataKeys() const;
+    /// Tries to read such bytes again and makes them the tree.
+    bool restoreRescuedData(const QString &key);
+
+signals:
+    /// The tree is another one now. Once per edit, load or outside change.
+    void linksChanged();
+    void historyChanged();
+    void saveFailed(const orvelle::DefaultsError &error);
+    /// Stored bytes could not be read and were copied to `key`.
+    void undecodableDataSetAside(const QString &key);
+
+private:
+    struct History;
+
+    void loadLinks();
+    bool migrateLinksIfNeeded();
+    void reloadForModeChange();
+    void loadOrCreateMachineId();
+    QString linksKey() const;
+    QString rootBookmarksKey() const;
+
+    Services m_services;
+    LinkList m_links;
+    std::unique_ptr<History> m_history;
+    qint64 m_revision = 0;
+    QString m_machineId;
+    bool m_isAutoSyncingFromFile = false;
+    bool m_isInitialized = false;
+    bool m_unsaved = false;
+};
+
+} // namespace orvelle

@@ -1,0 +1,1 @@
+#include "menubar/WidgetOrderManager.h"

@@ -1,0 +1,4 @@
+// Gives the output of moc for the interfaces of this folder a home.
+#include "platform/PowerEvents.h"
+#include "platform/StatusItem.h"
+#include "platform/UserDefaults.h"
