@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDialog>
+#include <QUuid>
+
+#include <optional>
+
+namespace orvelle {
+
+class Clock;
+class LinkStore;
+class QuickAddLinkView;
+class Volumes;
+
+/// What quick add works on. All of it outlives the panel.
+struct QuickAddServices {
+    LinkStore &links;
+    Volumes &volumes;
+    Clock &clock;
+};
+
+/// The small window in which one link is added. Deletes itself when closed;
+/// open it with show().
+class QuickAddPanel : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// `initialGroupId` is the group preselected to receive the link; absent
+    /// or unknown means the top level.
+    QuickAddPanel(const QuickAddServices &services, const std::optional<QUuid> &initialGroupId,
+                  QWidget *parent = nullptr);
+
+    /// Selects another receiving group in a panel that is open already.
+    void selectGroup(const std::optional<QUuid> &groupId);
+    QuickAddLinkView &view() const { return *m_view; }
+
+private:
+    QuickAddLinkView *m_view;
+};
+
+} // namespace orvelle
