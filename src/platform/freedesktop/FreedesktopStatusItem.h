@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/StatusItem.h"
+
+#include <QDBusConnection>
+
+#include <memory>
+
+namespace orvelle {
+
+class DesktopColorScheme;
+class EmbeddedTray;
+class HostMenu;
+class NotifierItem;
+
+/// The icon in whatever tray the desktop has: a StatusNotifierItem host where
+/// one is present, else the XEmbed tray, and from one to the other when the
+/// desktop changes. Never in both.
+///
+/// Positions in its signals are Qt's global coordinates: the pixels of the
+/// desktop at scale 1, divided within each screen by its device pixel ratio at
+/// other scales.
+class FreedesktopStatusItem : public StatusItem
+{
+    Q_OBJECT
+
+public:
+    /// `clock` must outlive the item. A bus that is not connected is as good as
+    /// a desktop without a StatusNotifierItem host.
+    explicit FreedesktopStatusItem(Clock &clock, const QDBusConnection &sessionBus = QDBusConnection::sessionBus());
+    ~FreedesktopStatusItem() override;
+
+    void show() override;
+    void setPainter(Painter painter) override;
+    void setTitle(const QString &title) override;
+    void setToolTip(const QString &toolTip) override;
+    void setHostMenu(const QList<HostMenuEntry> &entries) override;
+    Host host() const override { return m_host; }
+
+private:
+    void hostSearched(bool found);
+    void updateHost();
+    void searchEnded();
+    void embeddedClicked(Qt::MouseButton button, const QRect &icon);
+
+    Clock &m_clock;
+    std::unique_ptr<DesktopColorScheme> m_colors;
+    std::unique_ptr<HostMenu> m_hostMenu;
+    std::unique_ptr<NotifierItem> m_notifier;
+    std::unique_ptr<EmbeddedTray> m_embedded;
+    std::unique_ptr<Timer> m_searchTimer;
+    Host m_host = Host::None;
+};
+
+} // namespace orvelle
