@@ -1,1 +1,171 @@
-#include "platform/Alerts.h"
+#include "ui/common/MessageAlerts.h"
+
+#include <QDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QPushButton>
+#include <QStyle>
+
+#include <utility>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcAlerts, "Alerts", QtInfoMsg)
+
+constexpr int textColumnWidth = 380;
+/// Buttons wider than this together stand below each other.
+constexpr int buttonRowLimit = 620;
+
+QStyle::StandardPixmap standardIcon(Alert::Style style)
+{
+    switch (style) {
+    case Alert::Style::Information:
+        return QStyle::SP_MessageBoxInformation;
+    case Alert::Style::Warning:
+        return QStyle::SP_MessageBoxWarning;
+    case Alert::Style::Critical:
+        return QStyle::SP_MessageBoxCritical;
+    }
+    return QStyle::SP_MessageBoxInformation;
+}
+
+QLabel *plainLabel(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setMinimumWidth(textColumnWidth);
+    label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    // The message can be copied into a search or a bug report.
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QLabel *titleLabel(const QString &text, QWidget *parent)
+{
+    QLabel *label = plainLabel(text, parent);
+    QFont font = label->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 1.1);
+    label->setFont(font);
+    return label;
+}
+
+/// The buttons in the order given. A button box would sort them by the
+/// desktop's conventions, and which one a position means would be lost.
+QBoxLayout *buttonRow(const QStringList &titles, QDialog *dialog)
+{
+    auto *row = new QHBoxLayout;
+    int width = 0;
+    for (int index = 0; index < titles.size(); ++index) {
+        // "&" in a title is itself; nobody marks a mnemonic here.
+        auto *button = new QPushButton(QString(titles[index]).replace(u'&', QStringLiteral("&&")), dialog);
+        button->setObjectName(QStringLiteral("alertButton%1").arg(index));
+        button->setAutoDefault(true);
+        button->setDefault(index == 0);
+        button->setMinimumWidth(button->fontMetrics().averageCharWidth() * 12);
+        QObject::connect(button, &QPushButton::clicked, dialog, [dialog, index] { dialog->done(index); });
+        if (index == 0)
+            button->setFocus();
+        row->addWidget(button);
+        width += button->sizeHint().width() + row->spacing();
+    }
+    if (width > buttonRowLimit)
+        row->setDirection(QBoxLayout::TopToBottom);
+    else
+        row->insertStretch(0);
+    return row;
+}
+
+/// Its result code is the position of the button chosen.
+class AlertDialog : public QDialog
+{
+public:
+    explicit AlertDialog(int escapeButton) : m_escapeButton(escapeButton) {}
+
+    /// Escape and the window's close button.
+    void reject() override { done(m_escapeButton); }
+
+private:
+    int m_escapeButton;
+};
+
+QDialog *makeDialog(const Alert &alert)
+{
+    auto *dialog = new AlertDialog(static_cast<int>(alert.buttons.size()) - 1);
+    dialog->setObjectName(QStringLiteral("Alert"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(QStringLiteral("Orvelle"));
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->setAccessibleName(alert.message);
+    dialog->setAccessibleDescription(alert.informativeText);
+
+    auto *picture = new QLabel(dialog);
+    const int size = dialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, dialog);
+    picture->setPixmap(dialog->style()->standardIcon(standardIcon(alert.style)).pixmap(size, size));
+
+    auto *grid = new QGridLayout(dialog);
+    grid->setContentsMargins(20, 20, 20, 16);
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(8);
+    grid->addWidget(picture, 0, 0, 3, 1, Qt::AlignTop);
+    grid->addWidget(titleLabel(alert.message, dialog), 0, 1);
+    if (!alert.informativeText.isEmpty())
+        grid->addWidget(plainLabel(alert.informativeText, dialog), 1, 1);
+    grid->setRowMinimumHeight(2, 8);
+    grid->setRowStretch(2, 1);
+    grid->addLayout(buttonRow(alert.buttons, dialog), 3, 0, 1, 2);
+    grid->setSizeConstraint(QLayout::SetMinimumSize);
+    return dialog;
+}
+
+} // namespace
+
+MessageAlerts::~MessageAlerts()
+{
+    if (m_dialog) {
+        m_dialog->disconnect(this);
+        delete m_dialog.data();
+    }
+}
+
+void MessageAlerts::show(const Alert &alert, std::function<void(int)> chosen)
+{
+    Q_ASSERT(!alert.buttons.isEmpty());
+    m_queue.push_back({alert, std::move(chosen)});
+    if (!m_dialog)
+        showNext();
+}
+
+void MessageAlerts::showNext()
+{
+    if (m_queue.empty())
+        return;
+    const Alert &alert = m_queue.front().alert;
+    m_dialog = makeDialog(alert);
+    QDialog *dialog = m_dialog;
+    connect(dialog, &QDialog::finished, this, &MessageAlerts::finish);
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+    qCInfo(lcAlerts, "Alert shown, %lld buttons, %zu more waiting", static_cast<long long>(alert.buttons.size()),
+           m_queue.size() - 1);
+}
+
+void MessageAlerts::finish(int button)
+{
+    m_dialog = nullptr;
+    const Waiting answered = std::move(m_queue.front());
+    m_queue.pop_front();
+    if (answered.chosen)
+        answered.chosen(button);
+    // The answer may have asked the next question already.
+    if (!m_dialog)
+        showNext();
+}
+
+} // namespace orvelle

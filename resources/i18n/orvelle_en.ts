@@ -1,0 +1,373 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <message id="color.red">
+        <translation>Red</translation>
+    </message>
+    <message id="color.orange">
+        <translation>Orange</translation>
+    </message>
+    <message id="color.yellow">
+        <translation>Yellow</translation>
+    </message>
+    <message id="color.green">
+        <translation>Green</translation>
+    </message>
+    <message id="color.cyan">
+        <translation>Cyan</translation>
+    </message>
+    <message id="color.blue">
+        <translation>Blue</translation>
+    </message>
+    <message id="color.purple">
+        <translation>Purple</translation>
+    </message>
+    <message id="color.pink">
+        <translation>Pink</translation>
+    </message>
+    <message id="color.gray">
+        <translation>Grey</translation>
+    </message>
+    <message id="color.pureRed">
+        <translation>Pure red</translation>
+    </message>
+    <message id="color.pureYellow">
+        <translation>Pure yellow</translation>
+    </message>
+    <message id="color.pureGreen">
+        <translation>Pure green</translation>
+    </message>
+    <message id="color.pureCyan">
+        <translation>Pure cyan</translation>
+    </message>
+    <message id="color.pureBlue">
+        <translation>Pure blue</translation>
+    </message>
+    <message id="color.pureMagenta">
+        <translation>Pure magenta</translation>
+    </message>
+    <message id="color.black">
+        <translation>Black</translation>
+    </message>
+    <message id="color.white">
+        <translation>White</translation>
+    </message>
+    <message id="error.import %@">
+        <translation>The file could not be imported: %@</translation>
+    </message>
+    <message id="icon.folder">
+        <translation>Folder</translation>
+    </message>
+    <message id="icon.star">
+        <translation>Star</translation>
+    </message>
+    <message id="icon.heart">
+        <translation>Heart</translation>
+    </message>
+    <message id="icon.bookmark">
+        <translation>Bookmark</translation>
+    </message>
+    <message id="icon.tag">
+        <translation>Tag</translation>
+    </message>
+    <message id="icon.flag">
+        <translation>Flag</translation>
+    </message>
+    <message id="icon.bolt">
+        <translation>Lightning</translation>
+    </message>
+    <message id="icon.flame">
+        <translation>Flame</translation>
+    </message>
+    <message id="icon.globe">
+        <translation>Globe</translation>
+    </message>
+    <message id="icon.house">
+        <translation>House</translation>
+    </message>
+    <message id="icon.person">
+        <translation>Person</translation>
+    </message>
+    <message id="icon.gear">
+        <translation>Gear</translation>
+    </message>
+    <message id="icon.code">
+        <translation>Code</translation>
+    </message>
+    <message id="icon.terminal">
+        <translation>Terminal</translation>
+    </message>
+    <message id="icon.book">
+        <translation>Book</translation>
+    </message>
+    <message id="icon.photo">
+        <translation>Photo</translation>
+    </message>
+    <message id="icon.music">
+        <translation>Music</translation>
+    </message>
+    <message id="icon.film">
+        <translation>Film</translation>
+    </message>
+    <message id="icon.game">
+        <translation>Games</translation>
+    </message>
+    <message id="icon.accounting">
+        <translation>Accounting</translation>
+    </message>
+    <message id="icon.cup">
+        <translation>Cup</translation>
+    </message>
+    <message id="icon.cart">
+        <translation>Shopping cart</translation>
+    </message>
+    <message id="icon.briefcase">
+        <translation>Briefcase</translation>
+    </message>
+    <message id="icon.hammer">
+        <translation>Hammer</translation>
+    </message>
+    <message id="icon.paintbrush">
+        <translation>Paintbrush</translation>
+    </message>
+    <message id="icon.scissors">
+        <translation>Scissors</translation>
+    </message>
+    <message id="icon.gift">
+        <translation>Gift</translation>
+    </message>
+    <message id="icon.airplane">
+        <translation>Aeroplane</translation>
+    </message>
+    <message id="icon.car">
+        <translation>Car</translation>
+    </message>
+    <message id="icon.graduationcap">
+        <translation>Graduation cap</translation>
+    </message>
+    <message id="icon.stethoscope">
+        <translation>Stethoscope</translation>
+    </message>
+    <message id="icon.wrench">
+        <translation>Tools</translation>
+    </message>
+    <message id="icon.archivebox">
+        <translation>Archive box</translation>
+    </message>
+    <message id="icon.tray">
+        <translation>Tray</translation>
+    </message>
+    <message id="icon.paperclip">
+        <translation>Paper clip</translation>
+    </message>
+    <message id="icon.server">
+        <translation>Server</translation>
+    </message>
+    <message id="icon.work">
+        <translation>Work</translation>
+    </message>
+    <message id="icon.sport">
+        <translation>Sport</translation>
+    </message>
+    <message id="icon.at">
+        <translation>At sign</translation>
+    </message>
+    <message id="icon.cloud">
+        <translation>Cloud</translation>
+    </message>
+    <message id="icon.soccer">
+        <translation>Football</translation>
+    </message>
+    <message id="icon.wineglass">
+        <translation>Wine glass</translation>
+    </message>
+    <message id="icon.tshirt">
+        <translation>T-shirt</translation>
+    </message>
+    <message id="icon.diamond">
+        <translation>Diamond</translation>
+    </message>
+    <message id="icon.pawprint">
+        <translation>Paw print</translation>
+    </message>
+    <message id="icon.building">
+        <translation>Building</translation>
+    </message>
+    <message id="icon.camera">
+        <translation>Camera</translation>
+    </message>
+    <message id="icon.dumbbell">
+        <translation>Dumbbell</translation>
+    </message>
+    <message id="icon.networkDrive">
+        <translation>Network drive</translation>
+    </message>
+    <message id="icon.network">
+        <translation>Network</translation>
+    </message>
+    <message id="icon.lock">
+        <translation>Padlock</translation>
+    </message>
+    <message id="icon.desktopcomputer">
+        <translation>Desktop computer</translation>
+    </message>
+    <message id="icon.externaldrive">
+        <translation>External drive</translation>
+    </message>
+    <message id="icon.note">
+        <translation>Note</translation>
+    </message>
+    <message id="icon.document">
+        <translation>Document</translation>
+    </message>
+    <message id="icon.plaintext">
+        <translation>Plain text</translation>
+    </message>
+    <message id="icon.checklist">
+        <translation>Checklist</translation>
+    </message>
+    <message id="icon.list">
+        <translation>List</translation>
+    </message>
+    <message id="import.title">
+        <translation>Import</translation>
+    </message>
+    <message id="import.fileOpenTitle">
+        <translation>Import links</translation>
+    </message>
+    <message id="import.fileOpenMessage %@">
+        <translation>What should happen with the links in “%@”?</translation>
+    </message>
+    <message id="import.replaceAll">
+        <translation>Replace all</translation>
+    </message>
+    <message id="import.merge">
+        <translation>Merge</translation>
+    </message>
+    <message id="import.sync">
+        <translation>Synchronise</translation>
+    </message>
+    <message id="menu.settings">
+        <translation>Settings</translation>
+    </message>
+    <message id="menu.quit">
+        <translation>Quit Orvelle</translation>
+    </message>
+    <message id="menu.noLinks">
+        <translation>No links yet</translation>
+    </message>
+    <message id="menu.empty">
+        <translation>Empty</translation>
+    </message>
+    <message id="menu.quickAdd">
+        <translation>Add a link</translation>
+    </message>
+    <message id="menu.newLinkShort">
+        <translation>Link</translation>
+    </message>
+    <message id="menu.quickNote">
+        <translation>New note</translation>
+    </message>
+    <message id="menu.newNoteShort">
+        <translation>Note</translation>
+    </message>
+    <message id="menulet.iconTitle">
+        <translation>Tray icon</translation>
+    </message>
+    <message id="menulet.iconSubtitle">
+        <translation>The picture that stands for Orvelle in the panel.</translation>
+    </message>
+    <message id="menulet.iconLink">
+        <translation>Link</translation>
+    </message>
+    <message id="menulet.iconLinkCircle">
+        <translation>Link in a circle</translation>
+    </message>
+    <message id="menulet.iconStar">
+        <translation>Star</translation>
+    </message>
+    <message id="menulet.iconBolt">
+        <translation>Lightning</translation>
+    </message>
+    <message id="menulet.iconBookmark">
+        <translation>Bookmark</translation>
+    </message>
+    <message id="menulet.iconCommand">
+        <translation>Command</translation>
+    </message>
+    <message id="menulet.iconGlobe">
+        <translation>Globe</translation>
+    </message>
+    <message id="menulet.iconSparkle">
+        <translation>Sparkle</translation>
+    </message>
+    <message id="note.defaultName">
+        <translation>New note</translation>
+    </message>
+    <message id="quit.confirmTitle">
+        <translation>Quit Orvelle?</translation>
+    </message>
+    <message id="quit.confirmMessage">
+        <translation>Your links leave the tray until you start Orvelle again. To keep them there, close only the window.</translation>
+    </message>
+    <message id="quit.confirm">
+        <translation>Quit</translation>
+    </message>
+    <message id="quit.closeWindow">
+        <translation>Close window only</translation>
+    </message>
+    <message id="repair.alertTitle">
+        <translation>Some files or folders cannot be reached</translation>
+    </message>
+    <message id="repair.alertMessage">
+        <translation>Orvelle can look for them again if you choose a folder that contains them.</translation>
+    </message>
+    <message id="repair.fix">
+        <translation>Choose folder…</translation>
+    </message>
+    <message id="repair.later">
+        <translation>Later</translation>
+    </message>
+    <message id="sheet.cancel">
+        <translation>Cancel</translation>
+    </message>
+    <message id="type.file">
+        <translation>File</translation>
+    </message>
+    <message id="type.folder">
+        <translation>Folder</translation>
+    </message>
+    <message id="type.smb">
+        <translation>SMB share</translation>
+    </message>
+    <message id="type.afp">
+        <translation>AFP share</translation>
+    </message>
+    <message id="type.ftp">
+        <translation>FTP server</translation>
+    </message>
+    <message id="type.nfs">
+        <translation>NFS share</translation>
+    </message>
+    <message id="type.vnc">
+        <translation>Screen sharing</translation>
+    </message>
+    <message id="type.email">
+        <translation>Email address</translation>
+    </message>
+    <message id="type.web">
+        <translation>Web page</translation>
+    </message>
+    <message id="type.url">
+        <translation>Address</translation>
+    </message>
+    <message id="type.group">
+        <translation>Group</translation>
+    </message>
+    <message id="type.note">
+        <translation>Note</translation>
+    </message>
+</context>
+</TS>
