@@ -58,8 +58,8 @@ private:
 };
 
 /// A parsed JSON text (RFC 8259). Refused: invalid UTF-8, a lone surrogate
-/// escape, nesting over 512 levels, numbers out of a double's range, trailing
-/// text.
+/// escape, nesting over 512 levels, whole numbers beyond 64 bits, numbers out
+/// of a double's range, trailing text.
 class JsonDocument
 {
 public:
