@@ -45,7 +45,11 @@ struct LinkItem {
     /// Memberwise over all sixteen fields.
     friend bool operator==(const LinkItem &, const LinkItem &) = default;
 
-    /// A new item: random identities, created and modified `now`.
+    /// The symbol of a note without one of its own.
+    static QString defaultNoteIcon() { return QStringLiteral("note.text"); }
+
+    /// A new item: random identities, created and modified `now`. A group
+    /// has no children yet, but a list for them.
     static LinkItem make(const QString &name, const QString &path, LinkType type, Timestamp now);
 
     bool isGroup() const { return type == LinkType::Group; }
