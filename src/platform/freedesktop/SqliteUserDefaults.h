@@ -75,6 +75,16 @@ private:
     class Impl;
     explicit SqliteUserDefaults(std::unique_ptr<Impl> impl);
 
+    WriteResult put(const QString &key, const DefaultsValue *value, std::optional<qint64> expectedRevision);
+    std::optional<DefaultsError> whyNotWritable(const QString &key, bool overwrites);
+    DefaultsError failed(const QString &key, const DefaultsError &error, bool damage);
+    void noteFailure(const QString &key, const DefaultsError &error, bool damage) const;
+    void noteOwnChange(qint64 change, qint64 previousChange);
+    void followFile() const;
+    void reopen();
+    void watchFiles();
+    void announceChanges();
+
     std::unique_ptr<Impl> m_impl;
 };
 
