@@ -250,8 +250,12 @@ private:
     }
 
     /// The database as it stands, where not even the log's index can be made.
-    Outcome openForReading(const DefaultsError &notWritable) const
+    Outcome openForReading(DefaultsError notWritable) const
     {
+        // SQLite tells that a file is missing, not why it could not be made.
+        const QByteArray folder = m_path.left(m_path.lastIndexOf('/'));
+        if (notWritable.kind == DefaultsError::Kind::Other && ::access(folder.constData(), W_OK) != 0)
+            notWritable = toDefaultsError(SqliteError{SQLITE_CANTOPEN, errno, systemText(errno)});
         if (sizeOf(m_path) == 0)
             return opened(emptyTable(), notWritable);
         const auto mode =
@@ -286,18 +290,25 @@ private:
     /// 0 or an errno.
     int makeFolder() const
     {
+        if (exists(m_folder))
+            return takeFolder();
+        std::error_code failure;
+        std::filesystem::create_directories(std::filesystem::path(m_folder.toStdString()).parent_path(), failure);
+        if (failure)
+            return failure.value();
+        if (::mkdir(m_folder.constData(), 0700) != 0)
+            return errno == EEXIST ? takeFolder() : errno; // another process was quicker
+        // The umask may have taken away more than it should.
+        ::chmod(m_folder.constData(), 0700);
+        return 0;
+    }
+
+    /// 0 or an errno.
+    int takeFolder() const
+    {
         struct stat info;
-        if (::stat(m_folder.constData(), &info) != 0) {
-            std::error_code failure;
-            std::filesystem::create_directories(std::filesystem::path(m_folder.toStdString()).parent_path(), failure);
-            if (failure)
-                return failure.value();
-            if (::mkdir(m_folder.constData(), 0700) != 0)
-                return errno;
-            // The umask may have taken away more than it should.
-            ::chmod(m_folder.constData(), 0700);
-            return 0;
-        }
+        if (::stat(m_folder.constData(), &info) != 0)
+            return errno;
         if (!S_ISDIR(info.st_mode))
             return ENOTDIR;
         if ((info.st_mode & 0777) != 0700 && ::chmod(m_folder.constData(), 0700) != 0)
