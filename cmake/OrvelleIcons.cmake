@@ -1,2 +1,72 @@
+# The pictures behind the symbols. They come from an npm package, pinned by
+# package-lock.json and fetched into the build folder when the lock changed;
+# of its thousands only those named in resources/icons/symbols.txt are compiled
+# in, as :/symbols/<symbol name>.svg.
+set(ORVELLE_ICON_PACKAGE "@phosphor-icons/core")
+
+function(orvelle_fetch_icons folder)
+    file(SHA256 "${CMAKE_SOURCE_DIR}/package-lock.json" wanted)
+    set(stamp "${folder}/fetched")
+    if(EXISTS "${stamp}")
+        file(READ "${stamp}" present)
+        if(present STREQUAL wanted)
+            return()
+        endif()
+    endif()
+    find_program(NPM npm)
+    if(NOT NPM)
+        message(FATAL_ERROR "npm is needed to fetch the icons (Debian package: npm)")
+    endif()
+    message(STATUS "Fetching the icons")
+    file(MAKE_DIRECTORY "${folder}")
+    file(COPY "${CMAKE_SOURCE_DIR}/package.json" "${CMAKE_SOURCE_DIR}/package-lock.json" DESTINATION "${folder}")
+    execute_process(COMMAND "${NPM}" ci --ignore-scripts --no-audit --no-fund
+        WORKING_DIRECTORY "${folder}" RESULT_VARIABLE failed OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(failed)
+        message(FATAL_ERROR "The icons could not be fetched with npm ci:\n${output}")
+    endif()
+    file(WRITE "${stamp}" "${wanted}")
+endfunction()
+
+# The .qrc text of the table, with each name checked against the package.
+function(orvelle_symbol_resources assets result)
+    file(STRINGS "${CMAKE_SOURCE_DIR}/resources/icons/symbols.txt" lines REGEX "^[^#]")
+    set(text "")
+    set(seen "")
+    foreach(line IN LISTS lines)
+        if(NOT line MATCHES "^([a-z0-9.]+) +([a-z0-9-]+)$")
+            message(FATAL_ERROR "resources/icons/symbols.txt: not a symbol and a file name: \"${line}\"")
+        endif()
+        set(symbol "${CMAKE_MATCH_1}")
+        set(name "${CMAKE_MATCH_2}")
+        if(symbol IN_LIST seen)
+            message(FATAL_ERROR "resources/icons/symbols.txt: the symbol \"${symbol}\" stands there twice")
+        endif()
+        list(APPEND seen "${symbol}")
+        set(weight "regular")
+        if(name MATCHES "-(bold|fill)$")
+            set(weight "${CMAKE_MATCH_1}")
+        endif()
+        set(file "${assets}/${weight}/${name}.svg")
+        if(NOT EXISTS "${file}")
+            message(FATAL_ERROR "resources/icons/symbols.txt: \"${symbol}\" wants ${weight}/${name}.svg, "
+                "which ${ORVELLE_ICON_PACKAGE} does not have")
+        endif()
+        string(APPEND text "<file alias=\"${symbol}.svg\">${file}</file>\n")
+    endforeach()
+    set(${result} "<RCC><qresource prefix=\"/symbols\">\n${text}</qresource></RCC>\n" PARENT_SCOPE)
+endfunction()
+
+# orvelle_icons(<target>) compiles the pictures into the target. Being part of
+# a static library they are registered by Q_INIT_RESOURCE(symbols).
 function(orvelle_icons target)
+    set(folder "${CMAKE_BINARY_DIR}/icons")
+    set_property(DIRECTORY "${CMAKE_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+        "${CMAKE_SOURCE_DIR}/resources/icons/symbols.txt" "${CMAKE_SOURCE_DIR}/package-lock.json")
+    orvelle_fetch_icons("${folder}")
+    orvelle_symbol_resources("${folder}/node_modules/${ORVELLE_ICON_PACKAGE}/assets" text)
+    file(CONFIGURE OUTPUT "${folder}/symbols.qrc" CONTENT "${text}" @ONLY)
+    qt_add_resources(sources "${folder}/symbols.qrc" OPTIONS --no-compress)
+    set_source_files_properties(${sources} PROPERTIES SKIP_AUTOGEN ON SKIP_PRECOMPILE_HEADERS ON)
+    target_sources(${target} PRIVATE ${sources})
 endfunction()
