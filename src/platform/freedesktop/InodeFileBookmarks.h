@@ -6,7 +6,8 @@
 
 namespace orvelle {
 
-/// Bookmarks that hold a path, and the device and inode found there.
+/// Bookmarks that hold a path, and the device and inode found there, with the
+/// object's time of birth where the file system keeps one.
 ///
 /// resolve() looks at the path first. When nothing or another object stands
 /// there, it searches the folder of the path for the inode, so that a rename
