@@ -3,6 +3,33 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <message id="about.version %@">
+        <translation>Version %@</translation>
+    </message>
+    <message id="about.data">
+        <translation>Where your data lies</translation>
+    </message>
+    <message id="about.settingsPath">
+        <translation>Links and settings:</translation>
+    </message>
+    <message id="about.dataFolder">
+        <translation>Snapshots:</translation>
+    </message>
+    <message id="about.showFolder">
+        <translation>Show</translation>
+    </message>
+    <message id="about.licence">
+        <translation>Licence</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle is free software under the Apache License, version 2.0. Its symbols come from the Phosphor icon set, under the MIT licence.</translation>
+    </message>
+    <message id="calendar.title">
+        <translation>Calendar</translation>
+    </message>
+    <message id="clipboard.title">
+        <translation>Clipboard</translation>
+    </message>
     <message id="color.red">
         <translation>Red</translation>
     </message>
@@ -53,6 +80,33 @@
     </message>
     <message id="color.white">
         <translation>White</translation>
+    </message>
+    <message id="debug.title">
+        <translation>Debug mode</translation>
+    </message>
+    <message id="debug.subtitle">
+        <translation>Try Orvelle on a separate, throw-away set of data. Your own data stays untouched. Debug mode ends when Orvelle quits.</translation>
+    </message>
+    <message id="debug.enterMode">
+        <translation>Enter debug mode</translation>
+    </message>
+    <message id="debug.exitMode">
+        <translation>Leave debug mode</translation>
+    </message>
+    <message id="debug.clearData">
+        <translation>Clear debug data…</translation>
+    </message>
+    <message id="debug.clearTitle">
+        <translation>Clear all debug data?</translation>
+    </message>
+    <message id="debug.clearMessage">
+        <translation>Everything made in debug mode is deleted for good. Your own data is not touched.</translation>
+    </message>
+    <message id="debug.clear">
+        <translation>Clear</translation>
+    </message>
+    <message id="debug.notice">
+        <translation>Debug mode is on: you see a separate set of data.</translation>
     </message>
     <message id="error.import %@">
         <translation>The file could not be imported: %@</translation>
@@ -303,8 +357,86 @@
     <message id="menulet.iconSparkle">
         <translation>Sparkle</translation>
     </message>
+    <message id="network.title">
+        <translation>Network</translation>
+    </message>
     <message id="note.defaultName">
         <translation>New note</translation>
+    </message>
+    <message id="note.name">
+        <translation>Name of the note</translation>
+    </message>
+    <message id="note.color">
+        <translation>Colour of the note</translation>
+    </message>
+    <message id="note.text">
+        <translation>Text of the note</translation>
+    </message>
+    <message id="note.placeholder">
+        <translation>Write something. It is saved by itself.</translation>
+    </message>
+    <message id="note.changedElsewhere">
+        <translation>This note was changed elsewhere. You see its new text; undo brings yours back.</translation>
+    </message>
+    <message id="note.conflict">
+        <translation>This note was changed elsewhere while you were typing.</translation>
+    </message>
+    <message id="note.keepBoth">
+        <translation>Keep both</translation>
+    </message>
+    <message id="note.keepMine">
+        <translation>Keep mine</translation>
+    </message>
+    <message id="note.useTheirs">
+        <translation>Use the other</translation>
+    </message>
+    <message id="note.otherVersion">
+        <translation>— Version from elsewhere —</translation>
+    </message>
+    <message id="note.gone">
+        <translation>This note is no longer in your list. Its text stays in this window.</translation>
+    </message>
+    <message id="note.addAgain">
+        <translation>Add again</translation>
+    </message>
+    <message id="notice.dismiss">
+        <translation>Dismiss this message</translation>
+    </message>
+    <message id="quickAdd.topLevel">
+        <translation>Top level of the menu</translation>
+    </message>
+    <message id="quickAdd.dropHint">
+        <translation>Drop a file or folder here</translation>
+    </message>
+    <message id="quickAdd.address">
+        <translation>Address or path:</translation>
+    </message>
+    <message id="quickAdd.urlPlaceholder">
+        <translation>https://example.org or ~/Documents</translation>
+    </message>
+    <message id="quickAdd.paste">
+        <translation>Paste</translation>
+    </message>
+    <message id="quickAdd.name">
+        <translation>Name:</translation>
+    </message>
+    <message id="quickAdd.namePlaceholder">
+        <translation>Optional</translation>
+    </message>
+    <message id="quickAdd.selectFolder">
+        <translation>Group:</translation>
+    </message>
+    <message id="quickAdd.add">
+        <translation>Add</translation>
+    </message>
+    <message id="quickAdd.invalid">
+        <translation>This is neither an address nor a path that Orvelle can open.</translation>
+    </message>
+    <message id="quickAdd.nothingToPaste">
+        <translation>The clipboard holds no address and no file.</translation>
+    </message>
+    <message id="quickLaunch.title">
+        <translation>Quick launch</translation>
     </message>
     <message id="quit.confirmTitle">
         <translation>Quit Orvelle?</translation>
@@ -330,8 +462,98 @@
     <message id="repair.later">
         <translation>Later</translation>
     </message>
+    <message id="settings.tab.general">
+        <translation>General</translation>
+    </message>
+    <message id="settings.tab.widgets">
+        <translation>Widgets</translation>
+    </message>
+    <message id="settings.tab.about">
+        <translation>About</translation>
+    </message>
+    <message id="settings.windowTitle">
+        <translation>Orvelle Settings</translation>
+    </message>
+    <message id="settings.links">
+        <translation>Your links</translation>
+    </message>
+    <message id="settings.column.name">
+        <translation>Name</translation>
+    </message>
+    <message id="settings.column.kind">
+        <translation>Kind</translation>
+    </message>
+    <message id="settings.addLink">
+        <translation>Add link</translation>
+    </message>
+    <message id="settings.addNote">
+        <translation>New note</translation>
+    </message>
+    <message id="settings.open">
+        <translation>Open</translation>
+    </message>
+    <message id="settings.rename">
+        <translation>Rename</translation>
+    </message>
+    <message id="settings.remove">
+        <translation>Remove</translation>
+    </message>
+    <message id="settings.undo">
+        <translation>Undo</translation>
+    </message>
+    <message id="settings.redo">
+        <translation>Redo</translation>
+    </message>
+    <message id="settings.removed %@">
+        <translation>“%@” was removed.</translation>
+    </message>
+    <message id="settings.empty.title">
+        <translation>No links yet</translation>
+    </message>
+    <message id="settings.empty.message">
+        <translation>Add a web address, a file or a folder. It is then one click away in the tray.</translation>
+    </message>
+    <message id="settings.rescued.message %@">
+        <translation>Saved links could not be read. They are kept untouched under “%@”.</translation>
+    </message>
+    <message id="settings.rescued.restore">
+        <translation>Try again</translation>
+    </message>
+    <message id="settings.rescued.failedTitle">
+        <translation>The links still cannot be read</translation>
+    </message>
+    <message id="settings.rescued.failedMessage %@">
+        <translation>The data under “%@” is damaged or comes from a newer version of Orvelle. It stays where it is.</translation>
+    </message>
+    <message id="settings.behaviour">
+        <translation>Behaviour</translation>
+    </message>
+    <message id="settings.confirmBeforeQuit">
+        <translation>Ask before quitting</translation>
+    </message>
+    <message id="settings.widgetOrder">
+        <translation>Order in the menu</translation>
+    </message>
+    <message id="settings.widgetOrderHint">
+        <translation>Drag a widget onto another to place it just above, or use the buttons.</translation>
+    </message>
+    <message id="settings.moveUp">
+        <translation>Move up</translation>
+    </message>
+    <message id="settings.moveDown">
+        <translation>Move down</translation>
+    </message>
     <message id="sheet.cancel">
         <translation>Cancel</translation>
+    </message>
+    <message id="sheet.ok">
+        <translation>OK</translation>
+    </message>
+    <message id="systemInfo.title">
+        <translation>System</translation>
+    </message>
+    <message id="timer.title">
+        <translation>Timer</translation>
     </message>
     <message id="type.file">
         <translation>File</translation>
@@ -368,6 +590,45 @@
     </message>
     <message id="type.note">
         <translation>Note</translation>
+    </message>
+    <message id="weather.title">
+        <translation>Weather</translation>
+    </message>
+    <message id="welcome.title">
+        <translation>Welcome to Orvelle</translation>
+    </message>
+    <message id="welcome.subtitle">
+        <translation>Everything you open often, one click away in the tray.</translation>
+    </message>
+    <message id="welcome.featureFolders">
+        <translation>Folders</translation>
+    </message>
+    <message id="welcome.featureFoldersDesc">
+        <translation>Jump to the folders you work in.</translation>
+    </message>
+    <message id="welcome.featureFiles">
+        <translation>Files</translation>
+    </message>
+    <message id="welcome.featureFilesDesc">
+        <translation>Open documents with their own application.</translation>
+    </message>
+    <message id="welcome.featureWeb">
+        <translation>Web pages</translation>
+    </message>
+    <message id="welcome.featureWebDesc">
+        <translation>Keep your favourite addresses in groups.</translation>
+    </message>
+    <message id="welcome.featureNetwork">
+        <translation>Network places</translation>
+    </message>
+    <message id="welcome.featureNetworkDesc">
+        <translation>Reach shared drives and servers.</translation>
+    </message>
+    <message id="welcome.start">
+        <translation>Get started</translation>
+    </message>
+    <message id="welcome.show">
+        <translation>Show the welcome…</translation>
     </message>
 </context>
 </TS>

@@ -3,6 +3,33 @@
 <TS version="2.1" language="fr">
 <context>
     <name></name>
+    <message id="about.version %@">
+        <translation>Version %@</translation>
+    </message>
+    <message id="about.data">
+        <translation>Où se trouvent vos données</translation>
+    </message>
+    <message id="about.settingsPath">
+        <translation>Liens et réglages :</translation>
+    </message>
+    <message id="about.dataFolder">
+        <translation>Instantanés :</translation>
+    </message>
+    <message id="about.showFolder">
+        <translation>Afficher</translation>
+    </message>
+    <message id="about.licence">
+        <translation>Licence</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle est un logiciel libre sous licence Apache, version 2.0. Ses symboles proviennent du jeu d’icônes Phosphor, sous licence MIT.</translation>
+    </message>
+    <message id="calendar.title">
+        <translation>Calendrier</translation>
+    </message>
+    <message id="clipboard.title">
+        <translation>Presse-papiers</translation>
+    </message>
     <message id="color.red">
         <translation>Rouge</translation>
     </message>
@@ -53,6 +80,33 @@
     </message>
     <message id="color.white">
         <translation>Blanc</translation>
+    </message>
+    <message id="debug.title">
+        <translation>Mode débogage</translation>
+    </message>
+    <message id="debug.subtitle">
+        <translation>Essayez Orvelle sur un jeu de données séparé et jetable. Vos propres données restent intactes. Ce mode prend fin quand Orvelle se ferme.</translation>
+    </message>
+    <message id="debug.enterMode">
+        <translation>Activer le mode débogage</translation>
+    </message>
+    <message id="debug.exitMode">
+        <translation>Quitter le mode débogage</translation>
+    </message>
+    <message id="debug.clearData">
+        <translation>Effacer les données…</translation>
+    </message>
+    <message id="debug.clearTitle">
+        <translation>Effacer toutes les données de débogage ?</translation>
+    </message>
+    <message id="debug.clearMessage">
+        <translation>Tout ce qui a été créé en mode débogage sera définitivement supprimé. Vos propres données ne sont pas touchées.</translation>
+    </message>
+    <message id="debug.clear">
+        <translation>Effacer</translation>
+    </message>
+    <message id="debug.notice">
+        <translation>Mode débogage actif : vous voyez un jeu de données séparé.</translation>
     </message>
     <message id="error.import %@">
         <translation>Le fichier n’a pas pu être importé : %@</translation>
@@ -303,8 +357,86 @@
     <message id="menulet.iconSparkle">
         <translation>Étincelle</translation>
     </message>
+    <message id="network.title">
+        <translation>Réseau</translation>
+    </message>
     <message id="note.defaultName">
         <translation>Nouvelle note</translation>
+    </message>
+    <message id="note.name">
+        <translation>Nom de la note</translation>
+    </message>
+    <message id="note.color">
+        <translation>Couleur de la note</translation>
+    </message>
+    <message id="note.text">
+        <translation>Texte de la note</translation>
+    </message>
+    <message id="note.placeholder">
+        <translation>Écrivez ici. Tout est enregistré automatiquement.</translation>
+    </message>
+    <message id="note.changedElsewhere">
+        <translation>Cette note a été modifiée ailleurs. Vous voyez son nouveau texte ; « annuler » rétablit le vôtre.</translation>
+    </message>
+    <message id="note.conflict">
+        <translation>Cette note a été modifiée ailleurs pendant votre saisie.</translation>
+    </message>
+    <message id="note.keepBoth">
+        <translation>Garder les deux</translation>
+    </message>
+    <message id="note.keepMine">
+        <translation>Garder la mienne</translation>
+    </message>
+    <message id="note.useTheirs">
+        <translation>Prendre l’autre</translation>
+    </message>
+    <message id="note.otherVersion">
+        <translation>— Version d’ailleurs —</translation>
+    </message>
+    <message id="note.gone">
+        <translation>Cette note n’est plus dans votre liste. Son texte reste dans cette fenêtre.</translation>
+    </message>
+    <message id="note.addAgain">
+        <translation>Ajouter à nouveau</translation>
+    </message>
+    <message id="notice.dismiss">
+        <translation>Fermer ce message</translation>
+    </message>
+    <message id="quickAdd.topLevel">
+        <translation>Premier niveau du menu</translation>
+    </message>
+    <message id="quickAdd.dropHint">
+        <translation>Déposez ici un fichier ou un dossier</translation>
+    </message>
+    <message id="quickAdd.address">
+        <translation>Adresse ou chemin :</translation>
+    </message>
+    <message id="quickAdd.urlPlaceholder">
+        <translation>https://example.org ou ~/Documents</translation>
+    </message>
+    <message id="quickAdd.paste">
+        <translation>Coller</translation>
+    </message>
+    <message id="quickAdd.name">
+        <translation>Nom :</translation>
+    </message>
+    <message id="quickAdd.namePlaceholder">
+        <translation>Facultatif</translation>
+    </message>
+    <message id="quickAdd.selectFolder">
+        <translation>Groupe :</translation>
+    </message>
+    <message id="quickAdd.add">
+        <translation>Ajouter</translation>
+    </message>
+    <message id="quickAdd.invalid">
+        <translation>Ce n’est ni une adresse ni un chemin qu’Orvelle peut ouvrir.</translation>
+    </message>
+    <message id="quickAdd.nothingToPaste">
+        <translation>Le presse-papiers ne contient ni adresse ni fichier.</translation>
+    </message>
+    <message id="quickLaunch.title">
+        <translation>Lancement rapide</translation>
     </message>
     <message id="quit.confirmTitle">
         <translation>Quitter Orvelle ?</translation>
@@ -330,8 +462,98 @@
     <message id="repair.later">
         <translation>Plus tard</translation>
     </message>
+    <message id="settings.tab.general">
+        <translation>Général</translation>
+    </message>
+    <message id="settings.tab.widgets">
+        <translation>Widgets</translation>
+    </message>
+    <message id="settings.tab.about">
+        <translation>À propos</translation>
+    </message>
+    <message id="settings.windowTitle">
+        <translation>Réglages d’Orvelle</translation>
+    </message>
+    <message id="settings.links">
+        <translation>Vos liens</translation>
+    </message>
+    <message id="settings.column.name">
+        <translation>Nom</translation>
+    </message>
+    <message id="settings.column.kind">
+        <translation>Type</translation>
+    </message>
+    <message id="settings.addLink">
+        <translation>Ajouter un lien</translation>
+    </message>
+    <message id="settings.addNote">
+        <translation>Nouvelle note</translation>
+    </message>
+    <message id="settings.open">
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="settings.rename">
+        <translation>Renommer</translation>
+    </message>
+    <message id="settings.remove">
+        <translation>Supprimer</translation>
+    </message>
+    <message id="settings.undo">
+        <translation>Annuler</translation>
+    </message>
+    <message id="settings.redo">
+        <translation>Rétablir</translation>
+    </message>
+    <message id="settings.removed %@">
+        <translation>« %@ » a été supprimé.</translation>
+    </message>
+    <message id="settings.empty.title">
+        <translation>Aucun lien pour l’instant</translation>
+    </message>
+    <message id="settings.empty.message">
+        <translation>Ajoutez une adresse web, un fichier ou un dossier : vous l’aurez à un clic dans la zone de notification.</translation>
+    </message>
+    <message id="settings.rescued.message %@">
+        <translation>Des liens enregistrés n’ont pas pu être lus. Ils sont conservés tels quels sous « %@ ».</translation>
+    </message>
+    <message id="settings.rescued.restore">
+        <translation>Réessayer</translation>
+    </message>
+    <message id="settings.rescued.failedTitle">
+        <translation>Les liens restent illisibles</translation>
+    </message>
+    <message id="settings.rescued.failedMessage %@">
+        <translation>Les données sous « %@ » sont endommagées ou proviennent d’une version plus récente d’Orvelle. Elles restent en place.</translation>
+    </message>
+    <message id="settings.behaviour">
+        <translation>Comportement</translation>
+    </message>
+    <message id="settings.confirmBeforeQuit">
+        <translation>Demander avant de quitter</translation>
+    </message>
+    <message id="settings.widgetOrder">
+        <translation>Ordre dans le menu</translation>
+    </message>
+    <message id="settings.widgetOrderHint">
+        <translation>Faites glisser un widget sur un autre pour le placer juste au-dessus, ou utilisez les boutons.</translation>
+    </message>
+    <message id="settings.moveUp">
+        <translation>Monter</translation>
+    </message>
+    <message id="settings.moveDown">
+        <translation>Descendre</translation>
+    </message>
     <message id="sheet.cancel">
         <translation>Annuler</translation>
+    </message>
+    <message id="sheet.ok">
+        <translation>OK</translation>
+    </message>
+    <message id="systemInfo.title">
+        <translation>Système</translation>
+    </message>
+    <message id="timer.title">
+        <translation>Minuteur</translation>
     </message>
     <message id="type.file">
         <translation>Fichier</translation>
@@ -368,6 +590,45 @@
     </message>
     <message id="type.note">
         <translation>Note</translation>
+    </message>
+    <message id="weather.title">
+        <translation>Météo</translation>
+    </message>
+    <message id="welcome.title">
+        <translation>Bienvenue dans Orvelle</translation>
+    </message>
+    <message id="welcome.subtitle">
+        <translation>Tout ce que vous ouvrez souvent, à un clic dans la zone de notification.</translation>
+    </message>
+    <message id="welcome.featureFolders">
+        <translation>Dossiers</translation>
+    </message>
+    <message id="welcome.featureFoldersDesc">
+        <translation>Accédez aux dossiers de votre travail.</translation>
+    </message>
+    <message id="welcome.featureFiles">
+        <translation>Fichiers</translation>
+    </message>
+    <message id="welcome.featureFilesDesc">
+        <translation>Ouvrez vos documents avec leur application.</translation>
+    </message>
+    <message id="welcome.featureWeb">
+        <translation>Pages web</translation>
+    </message>
+    <message id="welcome.featureWebDesc">
+        <translation>Rangez vos adresses préférées dans des groupes.</translation>
+    </message>
+    <message id="welcome.featureNetwork">
+        <translation>Emplacements réseau</translation>
+    </message>
+    <message id="welcome.featureNetworkDesc">
+        <translation>Retrouvez disques partagés et serveurs.</translation>
+    </message>
+    <message id="welcome.start">
+        <translation>Commencer</translation>
+    </message>
+    <message id="welcome.show">
+        <translation>Revoir l’accueil…</translation>
     </message>
 </context>
 </TS>

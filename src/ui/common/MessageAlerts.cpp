@@ -60,6 +60,7 @@ QLabel *titleLabel(const QString &text, QWidget *parent)
 QBoxLayout *buttonRow(const QStringList &titles, QDialog *dialog)
 {
     auto *row = new QHBoxLayout;
+    row->setSpacing(8);
     int width = 0;
     for (int index = 0; index < titles.size(); ++index) {
         // "&" in a title is itself; nobody marks a mnemonic here.

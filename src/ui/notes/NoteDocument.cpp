@@ -1,0 +1,183 @@
+#include "ui/notes/NoteDocument.h"
+
+#include "base/Notifications.h"
+#include "base/Text.h"
+#include "links/LinkStore.h"
+#include "platform/Clock.h"
+
+#include <QLoggingCategory>
+
+#include <utility>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcNotes, "Notes", QtInfoMsg)
+
+LinkItem *findNote(LinkList &links, const QString &stableId)
+{
+    for (LinkItem &item : links) {
+        if (item.stableId == stableId)
+            return item.type == LinkType::Note ? &item : nullptr;
+        if (item.children) {
+            if (LinkItem *found = findNote(*item.children, stableId))
+                return found;
+        }
+    }
+    return nullptr;
+}
+
+QString contentOf(const LinkItem &note)
+{
+    return note.noteContent.value_or(QString());
+}
+
+void setContent(LinkItem &note, const QString &content, Timestamp now)
+{
+    note.noteContent = content;
+    note.noteRTFData.reset();
+    note.contentModifiedAt = now;
+    note.modifiedAt = now;
+}
+
+} // namespace
+
+NoteDocument::NoteDocument(const NoteEditorServices &services, const LinkItem &note,
+                           std::function<QString()> editorText)
+    : m_services(services), m_note(note), m_editorText(std::move(editorText)), m_stored(contentOf(note))
+{
+    connect(&m_services.links, &LinkStore::linksChanged, this, &NoteDocument::storeChanged);
+    connect(&m_services.notifications, &Notifications::noteColorChanged, this, &NoteDocument::storeChanged);
+}
+
+NoteDocument::~NoteDocument() = default;
+
+void NoteDocument::editorFilled()
+{
+    m_shown = m_editorText();
+}
+
+void NoteDocument::textEdited()
+{
+    m_timer = m_services.clock.singleShot(saveDelay, [this] { save(); });
+}
+
+bool NoteDocument::hasTyped() const
+{
+    return m_editorText() != m_shown;
+}
+
+void NoteDocument::save()
+{
+    m_timer.reset();
+    if (m_state != State::Normal || !hasTyped())
+        return;
+    const QString typed = m_editorText();
+    const Timestamp now = m_services.clock.now();
+    m_saving = true;
+    // Another process may have written since: the store then runs this again
+    // on that process's tree, where the text is no longer the one typed upon.
+    const bool saved = m_services.links.edit(LinkStore::Step::Ordinary, {}, [&](LinkList &links) {
+        LinkItem *note = findNote(links, m_note.stableId);
+        if (!note || contentOf(*note) != m_stored)
+            return false;
+        setContent(*note, typed, now);
+        return true;
+    });
+    m_saving = false;
+    if (saved) {
+        m_stored = typed;
+        m_shown = typed;
+        qCInfo(lcNotes, "Note saved, %lld characters", static_cast<long long>(typed.size()));
+    }
+    storeChanged();
+}
+
+void NoteDocument::storeChanged()
+{
+    if (m_saving)
+        return;
+    const auto found = m_services.links.findByText(m_note.stableId);
+    if (!found || found->type != LinkType::Note) {
+        setState(State::Gone);
+        return;
+    }
+    m_note = *found;
+    emit noteChanged();
+    takeStoredText(contentOf(m_note));
+}
+
+void NoteDocument::takeStoredText(const QString &stored)
+{
+    if (stored == m_stored) {
+        setState(State::Normal);
+    } else if (!hasTyped()) {
+        m_stored = stored;
+        emit replaceText(stored);
+        editorFilled();
+        setState(State::Normal);
+        emit changedElsewhere();
+    } else if (stored == m_editorText()) {
+        m_stored = stored;
+        editorFilled();
+        setState(State::Normal);
+    } else {
+        m_theirs = stored;
+        qCInfo(lcNotes, "Note changed elsewhere while it is being edited");
+        setState(State::Conflict);
+    }
+}
+
+void NoteDocument::resolve(Choice choice)
+{
+    if (m_state != State::Conflict)
+        return;
+    m_stored = m_theirs;
+    setState(State::Normal);
+    if (choice == Choice::UseTheirs) {
+        emit replaceText(m_theirs);
+        editorFilled();
+        return;
+    }
+    if (choice == Choice::KeepBoth)
+        emit replaceText(
+            QStringLiteral("%1\n\n%2\n\n%3").arg(m_editorText(), text("note.otherVersion"_text), m_theirs));
+    save();
+}
+
+void NoteDocument::addAgain()
+{
+    if (m_state != State::Gone)
+        return;
+    const QString typed = m_editorText();
+    LinkItem again = m_note;
+    if (typed != m_shown)
+        setContent(again, typed, m_services.clock.now());
+    m_stored = contentOf(again);
+    m_shown = typed;
+    m_services.links.addLink(again);
+    storeChanged();
+}
+
+void NoteDocument::close()
+{
+    if (m_state == State::Conflict)
+        resolve(Choice::KeepBoth);
+    save();
+    if (m_state == State::Gone && hasTyped()) {
+        qCInfo(lcNotes, "Removed note has been edited since, adding it again");
+        addAgain();
+    }
+}
+
+void NoteDocument::setState(State state)
+{
+    // A conflict may change its other side while it lasts.
+    if (m_state == state && state != State::Conflict)
+        return;
+    m_state = state;
+    emit stateChanged();
+}
+
+} // namespace orvelle
