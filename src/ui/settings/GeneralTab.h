@@ -1,0 +1,32 @@
+#pragma once
+
+#include "ui/settings/SettingsWindow.h"
+
+#include <QWidget>
+
+class QCheckBox;
+
+namespace orvelle {
+
+class MenuletIconPicker;
+
+/// The links, the tray icon, and how Orvelle behaves.
+class GeneralTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit GeneralTab(const SettingsServices &services, QWidget *parent = nullptr);
+
+    static QString confirmBeforeQuitKey() { return QStringLiteral("ConfirmBeforeQuit"); }
+
+private:
+    void refresh();
+    void setConfirmBeforeQuit(bool confirm);
+
+    const SettingsServices &m_services;
+    MenuletIconPicker *m_icons;
+    QCheckBox *m_confirmQuit;
+};
+
+} // namespace orvelle

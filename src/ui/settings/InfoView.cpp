@@ -1,0 +1,87 @@
+#include "ui/settings/InfoView.h"
+
+#include "base/Text.h"
+#include "ui/settings/Sections.h"
+#include "ui/settings/SymbolTile.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <array>
+
+namespace orvelle {
+
+namespace {
+
+constexpr int tileSide = 40;
+
+struct Feature {
+    const char *symbol;
+    const char *colorKey;
+    TextKey title;
+    TextKey description;
+};
+
+const std::array<Feature, 4> features{{
+    {"folder.fill", "orange", "welcome.featureFolders"_text, "welcome.featureFoldersDesc"_text},
+    {"doc.fill", "blue", "welcome.featureFiles"_text, "welcome.featureFilesDesc"_text},
+    {"globe", "green", "welcome.featureWeb"_text, "welcome.featureWebDesc"_text},
+    {"network", "purple", "welcome.featureNetwork"_text, "welcome.featureNetworkDesc"_text},
+}};
+
+QLabel *titleLabel(QWidget *parent)
+{
+    auto *label = new QLabel(text("welcome.title"_text), parent);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 1.7);
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+QVBoxLayout *featureTexts(const Feature &feature, QWidget *parent)
+{
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(sectionTitle(text(feature.title), parent));
+    texts->addWidget(sectionSubtitle(text(feature.description), parent));
+    return texts;
+}
+
+} // namespace
+
+InfoView::InfoView(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("Welcome"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(text("welcome.title"_text));
+
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(28, 24, 28, 20);
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(16);
+    grid->setColumnStretch(1, 1);
+    auto *head = new QVBoxLayout;
+    head->setSpacing(4);
+    head->addWidget(titleLabel(this));
+    head->addWidget(sectionSubtitle(text("welcome.subtitle"_text), this));
+    grid->addLayout(head, 0, 0, 1, 2);
+
+    int row = 1;
+    for (const Feature &feature : features) {
+        auto *tile =
+            new SymbolTile(QString::fromLatin1(feature.symbol), QString::fromLatin1(feature.colorKey), tileSide, this);
+        grid->addWidget(tile, row, 0, Qt::AlignTop);
+        grid->addLayout(featureTexts(feature, this), row, 1);
+        ++row;
+    }
+    auto *start = new QPushButton(text("welcome.start"_text), this);
+    start->setDefault(true);
+    connect(start, &QPushButton::clicked, this, &QDialog::accept);
+    grid->setRowStretch(row, 1);
+    grid->addWidget(start, row + 1, 0, 1, 2, Qt::AlignRight);
+    setMinimumWidth(460);
+}
+
+} // namespace orvelle

@@ -1,0 +1,68 @@
+#include "ui/settings/Sections.h"
+
+#include "ui/common/Colors.h"
+
+#include <QEvent>
+#include <QLabel>
+
+namespace orvelle {
+
+namespace {
+
+/// A label in a softer tone of the text colour that keeps a contrast of 4.5
+/// and follows a change of the palette.
+class QuietLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::Polish || (event->type() == QEvent::PaletteChange && !m_changing))
+            soften();
+        return QLabel::event(event);
+    }
+
+private:
+    void soften()
+    {
+        const QPalette surroundings = parentWidget()->palette();
+        const QColor ground = surroundings.color(QPalette::Window);
+        const QColor textColor = surroundings.color(QPalette::WindowText);
+        QPalette own = surroundings;
+        own.setColor(QPalette::WindowText, readable(surroundings.color(QPalette::Mid), ground, textColor, 4.5));
+        m_changing = true;
+        setPalette(own);
+        m_changing = false;
+    }
+
+    bool m_changing = false;
+};
+
+} // namespace
+
+QMargins tabMargins()
+{
+    return {20, 16, 20, 16};
+}
+
+QLabel *sectionTitle(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+QLabel *sectionSubtitle(const QString &text, QWidget *parent)
+{
+    auto *label = new QuietLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace orvelle

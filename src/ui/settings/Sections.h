@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QMargins>
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+namespace orvelle {
+
+/// The margins of every tab's content.
+QMargins tabMargins();
+
+/// The heading of a section.
+QLabel *sectionTitle(const QString &text, QWidget *parent);
+
+/// The quieter line of explanation below a heading; wraps.
+QLabel *sectionSubtitle(const QString &text, QWidget *parent);
+
+} // namespace orvelle

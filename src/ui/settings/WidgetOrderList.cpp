@@ -1,0 +1,197 @@
+#include "ui/settings/WidgetOrderList.h"
+
+#include "base/Text.h"
+#include "menubar/WidgetOrderManager.h"
+#include "ui/common/Icons.h"
+
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <array>
+
+namespace orvelle {
+
+namespace {
+
+struct WidgetPresentation {
+    TextKey title;
+    const char *symbol;
+};
+
+/// In the order of WidgetType.
+const std::array<WidgetPresentation, 7> presentations{{
+    {"clipboard.title"_text, "list.clipboard"},
+    {"quickLaunch.title"_text, "bolt.fill"},
+    {"calendar.title"_text, "calendar"},
+    {"weather.title"_text, "cloud.sun.fill"},
+    {"systemInfo.title"_text, "desktopcomputer"},
+    {"network.title"_text, "network"},
+    {"timer.title"_text, "timer"},
+}};
+
+const WidgetPresentation &presentationOf(WidgetType widget)
+{
+    return presentations.at(static_cast<std::size_t>(widget));
+}
+
+WidgetType widgetOf(const QListWidgetItem &item)
+{
+    return static_cast<WidgetType>(item.data(Qt::UserRole).toInt());
+}
+
+} // namespace
+
+WidgetOrderList::WidgetOrderList(WidgetOrderManager &order, QWidget *parent) : QListWidget(parent), m_order(order)
+{
+    setObjectName(QStringLiteral("widgetOrder"));
+    setAccessibleName(text("settings.widgetOrder"_text));
+    setDragDropMode(QAbstractItemView::InternalMove);
+    setDropIndicatorShown(false);
+    setIconSize({16, 16});
+    setSpacing(2);
+    setUniformItemSizes(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(&m_order, &WidgetOrderManager::orderChanged, this, &WidgetOrderList::refresh);
+    refresh();
+    setCurrentRow(0);
+}
+
+std::optional<WidgetType> WidgetOrderList::selectedWidget() const
+{
+    const QListWidgetItem *item = currentItem();
+    return item ? std::optional(widgetOf(*item)) : std::nullopt;
+}
+
+int WidgetOrderList::rowHeight() const
+{
+    return fontMetrics().height() + 14;
+}
+
+QSize WidgetOrderList::sizeHint() const
+{
+    const int rows = static_cast<int>(m_order.order().size());
+    return {QListWidget::sizeHint().width(), rows * (rowHeight() + 2 * spacing()) + 2 * frameWidth()};
+}
+
+void WidgetOrderList::refresh()
+{
+    const auto selected = selectedWidget();
+    clear();
+    for (const WidgetType widget : m_order.order()) {
+        const WidgetPresentation &shown = presentationOf(widget);
+        auto *item = new QListWidgetItem(symbolIcon(QString::fromLatin1(shown.symbol)), text(shown.title), this);
+        item->setData(Qt::UserRole, static_cast<int>(widget));
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled);
+        item->setSizeHint({0, rowHeight()});
+    }
+    if (selected)
+        select(*selected);
+}
+
+void WidgetOrderList::select(WidgetType widget)
+{
+    for (int row = 0; row < count(); ++row) {
+        if (widgetOf(*item(row)) == widget) {
+            setCurrentRow(row);
+            return;
+        }
+    }
+}
+
+void WidgetOrderList::moveSelectedUp()
+{
+    if (const auto widget = selectedWidget())
+        m_order.moveUp(*widget);
+}
+
+void WidgetOrderList::moveSelectedDown()
+{
+    if (const auto widget = selectedWidget())
+        m_order.moveDown(*widget);
+}
+
+void WidgetOrderList::keyPressEvent(QKeyEvent *event)
+{
+    if (event->modifiers() == Qt::AltModifier && event->key() == Qt::Key_Up)
+        moveSelectedUp();
+    else if (event->modifiers() == Qt::AltModifier && event->key() == Qt::Key_Down)
+        moveSelectedDown();
+    else
+        QListWidget::keyPressEvent(event);
+}
+
+void WidgetOrderList::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->source() == this)
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void WidgetOrderList::dragMoveEvent(QDragMoveEvent *event)
+{
+    const QListWidgetItem *target = itemAt(event->position().toPoint());
+    const bool fits = event->source() == this && target && target != currentItem();
+    setDropRow(fits ? row(target) : -1);
+    event->setAccepted(fits);
+}
+
+void WidgetOrderList::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    setDropRow(-1);
+    QListWidget::dragLeaveEvent(event);
+}
+
+void WidgetOrderList::dropEvent(QDropEvent *event)
+{
+    setDropRow(-1);
+    // The manager moves; the view must not take its row away as well.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    if (event->source() == this)
+        dropSelectedAt(event->position().toPoint());
+}
+
+void WidgetOrderList::dropSelectedAt(const QPoint &position)
+{
+    const QListWidgetItem *target = itemAt(position);
+    const auto dragged = selectedWidget();
+    if (target && dragged)
+        m_order.move(*dragged, widgetOf(*target));
+}
+
+void WidgetOrderList::setDropRow(int row)
+{
+    if (m_dropRow == row)
+        return;
+    m_dropRow = row;
+    viewport()->update();
+}
+
+void WidgetOrderList::paintEvent(QPaintEvent *event)
+{
+    QListWidget::paintEvent(event);
+    const QListWidgetItem *target = item(m_dropRow);
+    if (!target)
+        return;
+    // Always above: that is where the widget will stand.
+    const QRect row = visualItemRect(target);
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor highlight = palette().color(QPalette::Highlight);
+    painter.setPen(QPen(highlight, 2));
+    painter.setBrush(highlight);
+    const int y = row.top() - 1;
+    painter.drawEllipse(QPointF(row.left() + 4, y), 2.5, 2.5);
+    painter.drawLine(row.left() + 7, y, row.right(), y);
+}
+
+void WidgetOrderList::changeEvent(QEvent *event)
+{
+    QListWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        refresh();
+}
+
+} // namespace orvelle
