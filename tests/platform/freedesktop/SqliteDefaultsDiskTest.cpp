@@ -1,7 +1,5 @@
 #include "platform/freedesktop/DefaultsFolder.h"
-
-#include <sched.h>
-#include <sys/mount.h>
+#include "platform/freedesktop/PrivateMounts.h"
 
 namespace orvelle::test {
 
@@ -15,9 +13,7 @@ class SmallDisk
 public:
     SmallDisk() : m_path(QFile::encodeName(m_folder.path()))
     {
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            return;
-        m_mounted = ::mount("tmpfs", m_path.constData(), "tmpfs", 0, "size=3m,mode=755") == 0;
+        m_mounted = havePrivateMounts() && ::mount("tmpfs", m_path.constData(), "tmpfs", 0, "size=3m,mode=755") == 0;
     }
     ~SmallDisk()
     {
