@@ -25,7 +25,7 @@ struct MenuAction {
 /// The picture of an entry: a site's own image if there is one, else the
 /// desktop's icon for `filePath` if given, else the tinted symbol.
 struct MenuIcon {
-    QString symbol; ///< symbol name, may be empty for no icon
+    QString symbol;                 ///< symbol name, may be empty for no icon
     std::optional<LinkColor> color; ///< absent: the text colour
     QString filePath;
     QByteArray imageData;
