@@ -18,6 +18,10 @@ class NotifierItem;
 /// one is present, else the XEmbed tray, and from one to the other when the
 /// desktop changes. Never in both.
 ///
+/// host() is the host of the moment; hostChanged(None) comes only after five
+/// seconds without any, so that a panel that starts or restarts is not taken
+/// for a missing one.
+///
 /// Positions in its signals are Qt's global coordinates: the pixels of the
 /// desktop at scale 1, divided within each screen by its device pixel ratio at
 /// other scales.
@@ -41,16 +45,19 @@ public:
 private:
     void hostSearched(bool found);
     void updateHost();
-    void searchEnded();
+    void reportNone();
+    void recolor();
     void embeddedClicked(Qt::MouseButton button, const QRect &icon);
 
     Clock &m_clock;
+    QDBusConnection m_bus;
     std::unique_ptr<DesktopColorScheme> m_colors;
     std::unique_ptr<HostMenu> m_hostMenu;
     std::unique_ptr<NotifierItem> m_notifier;
     std::unique_ptr<EmbeddedTray> m_embedded;
-    std::unique_ptr<Timer> m_searchTimer;
+    std::unique_ptr<Timer> m_noneTimer;
     Host m_host = Host::None;
+    bool m_shown = false;
 };
 
 } // namespace orvelle

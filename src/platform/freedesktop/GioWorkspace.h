@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <functional>
 #include <memory>
 
 namespace orvelle {

@@ -30,6 +30,13 @@ struct HostMenuEvent {
     uint timestamp = 0;
 };
 
+QDBusArgument &operator<<(QDBusArgument &out, const HostMenuNode &node);
+const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuNode &node);
+QDBusArgument &operator<<(QDBusArgument &out, const HostMenuProperties &properties);
+const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuProperties &properties);
+QDBusArgument &operator<<(QDBusArgument &out, const HostMenuEvent &event);
+const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuEvent &event);
+
 /// The small menu as an object on the bus (com.canonical.dbusmenu, version 3),
 /// for tray hosts that draw menus themselves. A flat menu: node 0 is the root.
 class HostMenu : public QObject, protected QDBusContext
@@ -67,8 +74,6 @@ public slots:
     Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int> &ids, QList<int> &idErrors);
 
 signals:
-    Q_SCRIPTABLE void ItemsPropertiesUpdated(const QList<orvelle::HostMenuProperties> &updated,
-                                             const QList<orvelle::HostMenuProperties> &removed);
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
 
     /// The user chose the entry.
@@ -77,7 +82,6 @@ signals:
 private:
     const HostMenuEntry *find(int id) const;
     bool exists(int id) const { return id == 0 || find(id); }
-    HostMenuNode nodeOf(int id, bool withChildren, const QStringList &names) const;
     QVariantMap propertiesOf(int id, const QStringList &names) const;
     void refuse(const QString &why);
     bool handleEvent(int id, const QString &eventId);

@@ -46,6 +46,7 @@ private slots:
     void prepareForSleep(bool begins);
     void sessionLocked();
     void sessionUnlocked();
+    void sessionPropertiesChanged(const QString &interface, const QVariantMap &changed);
     void screenSaverChanged(bool active);
 
 private:
@@ -65,7 +66,9 @@ private:
     std::unique_ptr<QFileSystemWatcher> m_busSocket;
     std::unique_ptr<TerminationSignals> m_signals;
     QDBusUnixFileDescriptor m_inhibitor;
+    QString m_connectionName;
     QString m_sessionPath;
+    bool m_absenceLogged = false;
     bool m_started = false;
     bool m_poweringOff = false;
     bool m_screensAsleep = false;

@@ -2,6 +2,7 @@
 
 #include "platform/StatusItem.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusObjectPath>
@@ -27,6 +28,11 @@ struct NotifierToolTip {
     QString title;
     QString text;
 };
+
+QDBusArgument &operator<<(QDBusArgument &out, const NotifierPixmap &pixmap);
+const QDBusArgument &operator>>(const QDBusArgument &in, NotifierPixmap &pixmap);
+QDBusArgument &operator<<(QDBusArgument &out, const NotifierToolTip &toolTip);
+const QDBusArgument &operator>>(const QDBusArgument &in, NotifierToolTip &toolTip);
 
 /// An icon for a StatusNotifierItem host (org.kde.StatusNotifierItem, the
 /// freedesktop.org StatusNotifierItem specification): the object on the bus,
@@ -97,13 +103,10 @@ signals:
 private:
     void watcherOwnerChanged(const QString &newOwner);
     void registerItem();
-    void askForHost();
     void setHasHost(bool found);
-    void markUsed(void (NotifierItem::*signal)(const QPoint &), int x, int y);
 
 private slots:
-    void hostRegistered();
-    void hostUnregistered();
+    void askForHost();
 
 private:
     QDBusConnection m_bus;
@@ -115,6 +118,8 @@ private:
     QString m_serviceName;
     mutable NotifierPixmaps m_pixmaps; ///< painted when a host first asks
     quint64 m_search = 0;              ///< answers to older searches are dropped
+    bool m_started = false;
+    bool m_registered = false;
     bool m_hasHost = false;
 };
 

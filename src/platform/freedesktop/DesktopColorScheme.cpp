@@ -1,0 +1,122 @@
+#include "platform/freedesktop/DesktopColorScheme.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace orvelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int portalTimeoutMs = 5000;
+constexpr double darkBelowLuma = 128.0;
+
+QString portalService()
+{
+    return u"org.freedesktop.portal.Desktop"_s;
+}
+QString portalPath()
+{
+    return u"/org/freedesktop/portal/desktop"_s;
+}
+QString settingsInterface()
+{
+    return u"org.freedesktop.portal.Settings"_s;
+}
+QString appearanceGroup()
+{
+    return u"org.freedesktop.appearance"_s;
+}
+QString schemeKey()
+{
+    return u"color-scheme"_s;
+}
+
+} // namespace
+
+DesktopColorScheme::DesktopColorScheme(const QDBusConnection &sessionBus, QObject *parent)
+    : QObject(parent),
+      m_bus(sessionBus),
+      m_portal(portalService(), sessionBus, QDBusServiceWatcher::WatchForRegistration)
+{
+    connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopColorScheme::askPortal);
+    if (qApp)
+        qApp->installEventFilter(this);
+}
+
+void DesktopColorScheme::start()
+{
+    if (!m_bus.isConnected())
+        return;
+    m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
+                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+    askPortal();
+}
+
+QColor DesktopColorScheme::symbolColor() const
+{
+    switch (m_preference) {
+    case Preference::Dark:
+        return onDark();
+    case Preference::Light:
+        return onLight();
+    case Preference::None:
+        break;
+    }
+    return QGuiApplication::palette().color(QPalette::WindowText);
+}
+
+QColor DesktopColorScheme::contrastTo(const QColor &background)
+{
+    // The weights of Rec. 709, on the gamma-encoded values: good enough to
+    // tell a dark panel from a light one.
+    const double luma = 0.2126 * background.red() + 0.7152 * background.green() + 0.0722 * background.blue();
+    return luma < darkBelowLuma ? onDark() : onLight();
+}
+
+bool DesktopColorScheme::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp && m_preference == Preference::None)
+        emit changed();
+    return QObject::eventFilter(watched, event);
+}
+
+void DesktopColorScheme::askPortal()
+{
+    auto call = QDBusMessage::createMethodCall(portalService(), portalPath(), settingsInterface(), u"Read"_s);
+    call << appearanceGroup() << schemeKey();
+    call.setAutoStartService(false);
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, portalTimeoutMs), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
+        pending->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *pending;
+        if (reply.isValid())
+            setPreference(reply.value().variant());
+    });
+}
+
+void DesktopColorScheme::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
+{
+    if (group == appearanceGroup() && key == schemeKey())
+        setPreference(value.variant());
+}
+
+void DesktopColorScheme::setPreference(const QVariant &value)
+{
+    QVariant inner = value;
+    while (inner.canConvert<QDBusVariant>()) // Read() wraps its answer twice
+        inner = inner.value<QDBusVariant>().variant();
+    const uint number = inner.toUInt();
+    const auto preference = number <= 2 ? Preference(number) : Preference::None;
+    if (preference == m_preference)
+        return;
+    m_preference = preference;
+    emit changed();
+}
+
+} // namespace orvelle

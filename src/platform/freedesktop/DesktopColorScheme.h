@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QColor>
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QObject>
+
+namespace orvelle {
+
+/// The colour that symbols on a panel should have: light on a dark desktop and
+/// dark on a light one, as org.freedesktop.portal.Settings says
+/// ("org.freedesktop.appearance" "color-scheme"); where the portal is silent,
+/// the text colour of the application's palette. Main thread, never blocks.
+class DesktopColorScheme : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DesktopColorScheme(const QDBusConnection &sessionBus, QObject *parent = nullptr);
+
+    /// Asks the portal, now and whenever it comes (back); it is not started.
+    void start();
+    QColor symbolColor() const;
+
+    static QColor onDark() { return {0xf5, 0xf5, 0xf5}; }
+    static QColor onLight() { return {0x24, 0x24, 0x24}; }
+    /// The one of the two above that stands out from the background.
+    static QColor contrastTo(const QColor &background);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    void changed();
+
+private slots:
+    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    enum class Preference : uint { None = 0, Dark = 1, Light = 2 };
+
+    void askPortal();
+    void setPreference(const QVariant &value);
+
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_portal;
+    Preference m_preference = Preference::None;
+};
+
+} // namespace orvelle

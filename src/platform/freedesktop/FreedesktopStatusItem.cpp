@@ -1,0 +1,144 @@
+#include "platform/freedesktop/FreedesktopStatusItem.h"
+
+#include "platform/freedesktop/DesktopColorScheme.h"
+#include "platform/freedesktop/EmbeddedTray.h"
+#include "platform/freedesktop/HostMenu.h"
+#include "platform/freedesktop/NotifierItem.h"
+#include "platform/freedesktop/ScreenPositions.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+namespace orvelle {
+
+Q_LOGGING_CATEGORY(lcStatusItem, "StatusItem", QtInfoMsg)
+
+namespace {
+
+/// How long a desktop may be without tray before it counts as having none: a
+/// panel that starts or restarts takes a moment.
+constexpr std::chrono::seconds searchTime{5};
+
+QPoint pointerPosition()
+{
+    return qobject_cast<QGuiApplication *>(qApp) ? QCursor::pos() : QPoint();
+}
+
+/// Some hosts know no place and give (0, 0); the pointer is at the icon then.
+QPoint globalPosition(const QPoint &native)
+{
+    if (native.isNull())
+        return pointerPosition();
+    const QList<ScreenLayout> screens = currentScreens();
+    if (screens.isEmpty())
+        return native;
+    const auto position = fromNative(native, screens);
+    return position ? *position : pointerPosition();
+}
+
+} // namespace
+
+FreedesktopStatusItem::FreedesktopStatusItem(Clock &clock, const QDBusConnection &sessionBus)
+    : m_clock(clock),
+      m_bus(sessionBus),
+      m_colors(std::make_unique<DesktopColorScheme>(sessionBus)),
+      m_hostMenu(std::make_unique<HostMenu>()),
+      m_notifier(std::make_unique<NotifierItem>(sessionBus)),
+      m_embedded(std::make_unique<EmbeddedTray>())
+{
+    connect(m_colors.get(), &DesktopColorScheme::changed, this, &FreedesktopStatusItem::recolor);
+    connect(m_hostMenu.get(), &HostMenu::chosen, this, &FreedesktopStatusItem::hostMenuChosen);
+    connect(m_notifier.get(), &NotifierItem::hostSearched, this, &FreedesktopStatusItem::hostSearched);
+    connect(m_notifier.get(), &NotifierItem::activated, this,
+            [this](const QPoint &position) { emit activated(globalPosition(position)); });
+    connect(m_notifier.get(), &NotifierItem::contextMenuRequested, this,
+            [this](const QPoint &position) { emit contextMenuRequested(globalPosition(position)); });
+    connect(m_embedded.get(), &EmbeddedTray::dockedChanged, this, &FreedesktopStatusItem::updateHost);
+    connect(m_embedded.get(), &EmbeddedTray::clicked, this, &FreedesktopStatusItem::embeddedClicked);
+    recolor();
+}
+
+FreedesktopStatusItem::~FreedesktopStatusItem() = default;
+
+void FreedesktopStatusItem::show()
+{
+    if (m_shown)
+        return;
+    m_shown = true;
+    if (m_bus.isConnected())
+        m_bus.registerObject(HostMenu::objectPath(), m_hostMenu.get(), QDBusConnection::ExportScriptableContents);
+    m_notifier->start();
+    m_colors->start();
+    m_noneTimer = m_clock.singleShot(searchTime, [this] { reportNone(); });
+}
+
+void FreedesktopStatusItem::setPainter(Painter painter)
+{
+    m_notifier->setPainter(painter);
+    m_embedded->setPainter(std::move(painter));
+}
+
+void FreedesktopStatusItem::setTitle(const QString &title)
+{
+    m_notifier->setTitle(title);
+    m_embedded->setTitle(title);
+}
+
+void FreedesktopStatusItem::setToolTip(const QString &toolTip)
+{
+    m_notifier->setToolTip(toolTip);
+}
+
+void FreedesktopStatusItem::setHostMenu(const QList<HostMenuEntry> &entries)
+{
+    m_hostMenu->setEntries(entries);
+}
+
+void FreedesktopStatusItem::recolor()
+{
+    m_notifier->setColor(m_colors->symbolColor());
+    m_embedded->setFallbackColor(m_colors->symbolColor());
+}
+
+void FreedesktopStatusItem::hostSearched(bool found)
+{
+    if (found)
+        m_embedded->stop();
+    else
+        m_embedded->start();
+    updateHost();
+}
+
+void FreedesktopStatusItem::updateHost()
+{
+    const Host now = m_notifier->hasHost() ? Host::Notifier : m_embedded->isDocked() ? Host::Embedded : Host::None;
+    if (now == m_host)
+        return;
+    m_host = now;
+    if (now == Host::None) {
+        m_noneTimer = m_clock.singleShot(searchTime, [this] { reportNone(); });
+        return;
+    }
+    m_noneTimer.reset();
+    emit hostChanged(now);
+}
+
+void FreedesktopStatusItem::reportNone()
+{
+    if (m_host != Host::None)
+        return;
+    qCInfo(lcStatusItem, "the desktop has no tray");
+    emit hostChanged(Host::None);
+}
+
+void FreedesktopStatusItem::embeddedClicked(Qt::MouseButton button, const QRect &icon)
+{
+    const QPoint position = globalPosition(menuAnchor(icon, currentScreens()));
+    if (button == Qt::RightButton)
+        emit contextMenuRequested(position);
+    else
+        emit activated(position);
+}
+
+} // namespace orvelle

@@ -1,0 +1,96 @@
+#include "platform/freedesktop/GioLaunch.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <memory>
+
+#undef signals // a member's name in GIO's headers
+#include <gio/gio.h>
+
+#include <algorithm>
+#include <array>
+
+namespace orvelle::gio {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Unref {
+    void operator()(void *object) const { g_object_unref(object); }
+};
+template<typename T>
+using ObjectPtr = std::unique_ptr<T, Unref>;
+
+struct FreeError {
+    void operator()(GError *error) const { g_error_free(error); }
+};
+
+/// Schemes of shares that file managers open, though few register for them.
+constexpr std::array shareSchemes{"smb", "sftp", "ftp", "ftps", "nfs", "afp", "dav", "davs"};
+
+/// Runs a GIO call whose last argument is a place for the error.
+template<typename Call>
+QString failureOf(Call call)
+{
+    GError *raw = nullptr;
+    const bool done = call(&raw);
+    const std::unique_ptr<GError, FreeError> error(raw);
+    if (done)
+        return {};
+    return error ? QString::fromUtf8(error->message) : u"no reason was given"_s;
+}
+
+QString openInFileManager(const char *uri)
+{
+    const ObjectPtr<GAppInfo> manager(g_app_info_get_default_for_type("inode/directory", TRUE));
+    if (!manager)
+        return u"no file manager is installed"_s;
+    return failureOf([&](GError **error) {
+        GList only{const_cast<char *>(uri), nullptr, nullptr};
+        return g_app_info_launch_uris(manager.get(), &only, nullptr, error);
+    });
+}
+
+QByteArray uriOf(const QString &path)
+{
+    const ObjectPtr<GFile> file(g_file_new_for_path(QFile::encodeName(path).constData()));
+    const std::unique_ptr<char, decltype(&g_free)> uri(g_file_get_uri(file.get()), &g_free);
+    return uri.get();
+}
+
+QString openDefault(const QByteArray &uri)
+{
+    return failureOf(
+        [&](GError **error) { return g_app_info_launch_default_for_uri(uri.constData(), nullptr, error); });
+}
+
+} // namespace
+
+QString openAddress(const QByteArray &encodedUrl)
+{
+    const QByteArray scheme = encodedUrl.left(encodedUrl.indexOf(':')).toLower();
+    if (std::ranges::any_of(shareSchemes, [&scheme](const char *share) { return scheme == share; })) {
+        const ObjectPtr<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(scheme.constData()));
+        if (!handler)
+            return openInFileManager(encodedUrl.constData());
+    }
+    return openDefault(encodedUrl);
+}
+
+QString openFile(const QString &absolutePath)
+{
+    if (!QFileInfo::exists(absolutePath))
+        return u"the file does not exist"_s;
+    return openDefault(uriOf(absolutePath));
+}
+
+QString openFolder(const QString &absolutePath)
+{
+    if (!QFileInfo(absolutePath).isDir())
+        return u"the folder does not exist"_s;
+    return openInFileManager(uriOf(absolutePath).constData());
+}
+
+} // namespace orvelle::gio

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace orvelle::gio {
+
+// Starting the programs that desktop entries name. Any thread; the calls may
+// wait for disks and services. Each gives an empty text, or what went wrong.
+
+/// Hands the encoded address to the handler of its scheme. Network shares
+/// ("smb", "sftp", ...) without a handler go to the file manager.
+QString openAddress(const QByteArray &encodedUrl);
+
+/// Opens an existing file with its default application.
+QString openFile(const QString &absolutePath);
+
+/// Opens an existing folder in the default file manager.
+QString openFolder(const QString &absolutePath);
+
+} // namespace orvelle::gio

@@ -1,0 +1,131 @@
+#include "platform/freedesktop/GioWorkspace.h"
+
+#include "platform/freedesktop/GioLaunch.h"
+#include "platform/freedesktop/WindowFocus.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDir>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+
+namespace orvelle {
+
+using namespace Qt::StringLiterals;
+
+Q_LOGGING_CATEGORY(lcWorkspace, "Workspace", QtInfoMsg)
+
+namespace {
+
+constexpr int fileManagerTimeoutMs = 10'000; // it may have to be started first
+constexpr int lastLaunchesMs = 2000;
+constexpr int mostLaunchers = 4;
+
+/// Addresses whose opening would run what they contain.
+constexpr std::array codeSchemes{"javascript"_L1, "data"_L1, "vbscript"_L1};
+
+bool mayBeOpened(const QUrl &url)
+{
+    return url.isValid() && !url.scheme().isEmpty() &&
+           std::ranges::find(codeSchemes, url.scheme().toLower()) == codeSchemes.end();
+}
+
+/// Logs the failure only: what was opened is nobody's business.
+void reportFailure(const char *what, const QString &failure)
+{
+    if (!failure.isEmpty())
+        qCWarning(lcWorkspace).noquote() << what << "could not be opened";
+}
+
+} // namespace
+
+GioWorkspace::GioWorkspace(const QDBusConnection &sessionBus)
+    : m_bus(sessionBus), m_launchers(std::make_unique<QThreadPool>()), m_focus(std::make_unique<WindowFocus>())
+{
+    m_launchers->setMaxThreadCount(mostLaunchers); // one dead network disk must not stop the others
+}
+
+GioWorkspace::~GioWorkspace()
+{
+    // The pool would wait without end for a launcher that hangs.
+    if (!m_launchers->waitForDone(lastLaunchesMs))
+        static_cast<void>(m_launchers.release());
+}
+
+bool GioWorkspace::openUrl(const QUrl &url)
+{
+    if (!mayBeOpened(url))
+        return false;
+    launch([encoded = url.toEncoded()] { reportFailure("an address", gio::openAddress(encoded)); });
+    return true;
+}
+
+bool GioWorkspace::openFile(const QString &path)
+{
+    if (!QDir::isAbsolutePath(path))
+        return false;
+    launch([path] { reportFailure("a file", gio::openFile(path)); });
+    return true;
+}
+
+bool GioWorkspace::showFolder(const QString &path)
+{
+    if (!QDir::isAbsolutePath(path))
+        return false;
+    askFileManager(u"ShowFolders"_s, path, path);
+    return true;
+}
+
+bool GioWorkspace::reveal(const QString &path)
+{
+    if (!QDir::isAbsolutePath(path))
+        return false;
+    askFileManager(u"ShowItems"_s, path, QFileInfo(path).absolutePath());
+    return true;
+}
+
+void GioWorkspace::askFileManager(const QString &method, const QString &path, const QString &fallbackFolder)
+{
+    const auto openByEntry = [this, fallbackFolder] {
+        launch([fallbackFolder] { reportFailure("a folder", gio::openFolder(fallbackFolder)); });
+    };
+    if (!m_bus.isConnected()) {
+        openByEntry();
+        return;
+    }
+    const QString uri = QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+    const auto call =
+        QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+                                       u"org.freedesktop.FileManager1"_s, method)
+        << QStringList(uri) << qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    qunsetenv("XDG_ACTIVATION_TOKEN"); // it serves once
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, fileManagerTimeoutMs), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [pending, openByEntry] {
+        pending->deleteLater();
+        // One that is only slow to answer will still show its window.
+        if (pending->isError() && pending->error().type() != QDBusError::NoReply)
+            openByEntry();
+    });
+}
+
+void GioWorkspace::launch(std::function<void()> work)
+{
+    m_launchers->start(std::move(work));
+}
+
+WindowToken GioWorkspace::focusedWindow() const
+{
+    return m_focus->focused();
+}
+
+void GioWorkspace::focusWindow(WindowToken window)
+{
+    m_focus->give(window);
+}
+
+} // namespace orvelle
