@@ -173,12 +173,21 @@ std::optional<JsonValue> JsonValue::member(std::string_view key) const
     return found;
 }
 
+QString textFromUtf8(std::string_view utf8)
+{
+    const auto size = static_cast<qsizetype>(utf8.size());
+    // QString takes a leading U+FEFF for a signature and drops it.
+    if (utf8.starts_with("\xef\xbb\xbf"))
+        return QChar(QChar::ByteOrderMark) + QString::fromUtf8(utf8.data() + 3, size - 3);
+    return QString::fromUtf8(utf8.data(), size);
+}
+
 std::optional<QString> jsonText(const std::optional<JsonValue> &value)
 {
     const auto utf8 = value ? value->asString() : std::nullopt;
     if (!utf8)
         return std::nullopt;
-    return QString::fromUtf8(utf8->data(), static_cast<qsizetype>(utf8->size()));
+    return textFromUtf8(*utf8);
 }
 
 } // namespace orvelle

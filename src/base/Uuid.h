@@ -4,6 +4,7 @@
 #include <QUuid>
 
 #include <optional>
+#include <string_view>
 
 namespace orvelle {
 
@@ -17,5 +18,6 @@ QString newUuidText();
 /// Reads a UUID in the hyphenated form, either case. Braces, URNs and missing
 /// hyphens are refused.
 std::optional<QUuid> parseUuid(QStringView text);
+std::optional<QUuid> parseUuid(std::string_view text);
 
 } // namespace orvelle

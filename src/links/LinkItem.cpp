@@ -19,12 +19,16 @@ constexpr std::array networkSchemes = {"smb://"_L1, "afp://"_L1, "nfs://"_L1, "v
 
 } // namespace
 
+// Defaulted here and not in the class: a list of items compares only once an
+// item does, and an item holds such a list.
+bool operator==(const LinkItem &, const LinkItem &) = default;
+
 QString rawValue(LinkType type)
 {
     return rawValues.at(static_cast<std::size_t>(type));
 }
 
-std::optional<LinkType> linkTypeFromRawValue(QStringView raw)
+std::optional<LinkType> linkTypeFromRawValue(QAnyStringView raw)
 {
     for (std::size_t i = 0; i < rawValues.size(); ++i) {
         if (raw == rawValues[i])

@@ -16,7 +16,7 @@ namespace orvelle {
 enum class LinkType { File, Folder, Url, Group, Note };
 
 QString rawValue(LinkType type);
-std::optional<LinkType> linkTypeFromRawValue(QStringView raw);
+std::optional<LinkType> linkTypeFromRawValue(QAnyStringView raw);
 
 /// One node of the user's tree: an address, a file, a folder, a group of
 /// further items, or a note. A plain value; a tree is a QList of these, and
@@ -25,16 +25,16 @@ std::optional<LinkType> linkTypeFromRawValue(QStringView raw);
 /// Invariants kept by the store: only groups have `children` (an empty group
 /// an empty list); `stableId` is unique in the tree.
 struct LinkItem {
-    QUuid id;      ///< identity within one run
+    QUuid id; ///< identity within one run
     QString name;
-    QString path;  ///< address as typed, or absolute path; empty for groups and notes
+    QString path; ///< address as typed, or absolute path; empty for groups and notes
     LinkType type = LinkType::Url;
     std::optional<QList<LinkItem>> children;
     std::optional<QByteArray> bookmarkData;
     std::optional<QString> customIconName;
     std::optional<QString> customIconColor; ///< a key of allColors()
     std::optional<QByteArray> faviconData;  ///< in memory only
-    QString stableId; ///< identity across machines: upper-case UUID text
+    QString stableId;                       ///< identity across machines: upper-case UUID text
     std::optional<Timestamp> createdAt;
     std::optional<Timestamp> modifiedAt;
     std::optional<QString> noteContent;
@@ -43,7 +43,7 @@ struct LinkItem {
     std::optional<Timestamp> contentModifiedAt;
 
     /// Memberwise over all sixteen fields.
-    friend bool operator==(const LinkItem &, const LinkItem &) = default;
+    friend bool operator==(const LinkItem &, const LinkItem &);
 
     /// The symbol of a note without one of its own.
     static QString defaultNoteIcon() { return QStringLiteral("note.text"); }
@@ -68,4 +68,3 @@ struct LinkItem {
 using LinkList = QList<LinkItem>;
 
 } // namespace orvelle
-

@@ -10,6 +10,8 @@ TEST(Uuid, OnlyTheHyphenatedFormIsRead)
     const QString canonical = QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FF");
     ASSERT_TRUE(parseUuid(canonical));
     EXPECT_EQ(uuidText(*parseUuid(canonical.toLower())), canonical);
+    EXPECT_EQ(*parseUuid(canonical), QUuid(canonical)) << "digits in their places";
+    EXPECT_EQ(parseUuid(canonical.toStdString()), QUuid(canonical));
     const QString refused[] = {QString(),
                                u'{' + canonical + u'}',
                                QString(canonical).remove(u'-'),

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QStringList>
-#include <QtLogging>
+#include <QtGlobal>
 
 namespace orvelle::test {
 

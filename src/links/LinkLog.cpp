@@ -1,0 +1,7 @@
+#include "links/LinkLog.h"
+
+namespace orvelle {
+
+Q_LOGGING_CATEGORY(lcLinkStore, "LinkStore", QtInfoMsg)
+
+} // namespace orvelle
