@@ -26,9 +26,10 @@ target_compile_options(orvelle_settings INTERFACE
     -fstack-protector-strong
     $<$<CONFIG:Debug>:-O0 -g1>
     $<$<CONFIG:Release>:-O2>)
-# clang marks what its own newer rules dislike in moc output and headers of gcc's age.
+# gcc is the judge of warnings; those of clang, which only builds the fuzz
+# targets and differs from release to release, are shown.
 target_compile_options(orvelle_settings INTERFACE
-    $<$<CXX_COMPILER_ID:Clang>:-fpch-instantiate-templates -Wno-unknown-warning-option>
+    $<$<CXX_COMPILER_ID:Clang>:-fpch-instantiate-templates;-Wno-unknown-warning-option;-Wno-error>
     $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 target_compile_definitions(orvelle_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
