@@ -32,7 +32,7 @@ struct Profile {
         auto opened = SqliteUserDefaults::open(folder.path(), clock);
         if (!opened)
             qFatal("cannot open the settings");
-        defaults = std::move(opened->defaults);
+        defaults = std::move(std::move(opened).value().defaults);
         if (!defaults->write(LinkStore::linksBaseKey(), encodeLinks(links)))
             qFatal("cannot store the tree");
     }
