@@ -38,6 +38,8 @@ public:
     virtual void scheduleAutoSync() = 0;
     /// The machine woke up.
     virtual void systemDidWake() = 0;
+    /// A setting that travels with the sync document changed.
+    virtual void syncableSettingsDidChange() {}
 };
 
 /// The owner of the user's tree: loads, upgrades and saves it, keeps file
@@ -89,7 +91,8 @@ public:
     /// The one way to change the tree: applies `change`, saves, records one
     /// undo step, emits linksChanged() once. `reason` names the snapshot of a
     /// destructive step ("remove", "import", ...). False when `change` was
-    /// refused. A failed write keeps the new tree in memory, is reported by
+    /// refused, or when that snapshot could not be kept (saveFailed() tells).
+    /// A failed write keeps the new tree in memory, is reported by
     /// saveFailed(), and is tried again at the next edit and at quit.
     bool edit(Step step, const QString &reason, const Edit &change, bool triggerSync = true);
 
@@ -133,7 +136,7 @@ public:
 
     /// Keys under which undecodable stored bytes were set aside, newest first.
     QStringList rescuedDataKeys() const;
-    /// Tries to read such bytes again and makes them the tree.
+    /// Tries to read such bytes again and makes them the tree. The copy stays.
     bool restoreRescuedData(const QString &key);
 
 signals:
@@ -146,17 +149,58 @@ signals:
 
 private:
     struct History;
+    /// An edit that is not stored yet, so that it can be made again on the
+    /// tree of another process.
+    struct Pending {
+        Step step;
+        QString reason;
+        Edit change;
+    };
+    struct Outcome {
+        bool applied = false;
+        bool rebased = false; ///< another process's tree lies below the edit
+        LinkList before;      ///< the tree the edit was made on
+    };
+    struct Stored {
+        std::optional<DefaultsValue> value;
+        std::optional<LinkList> links; ///< absent when there is no value or it cannot be read
+        bool madeStableIds = false;
+    };
 
+    Stored readStored();
     void loadLinks();
-    bool migrateLinksIfNeeded();
+    bool migrate(LinkList &links, bool madeStableIds);
+    bool migrateLinksIfNeeded(bool madeStableIds);
     void reloadForModeChange();
+    void reloadAfterOutsideChange(const QStringList &keys);
+    bool reloadIfStale();
     void loadOrCreateMachineId();
     QString linksKey() const;
     QString rootBookmarksKey() const;
 
+    Outcome perform(const Pending &pending, bool triggerSync);
+    bool keepSnapshot(Step step, const QString &reason, const LinkList &links);
+    bool storeTree(bool triggerSync, Outcome &outcome);
+    void rebase(Outcome &outcome);
+    bool reportFailure(const DefaultsError &error);
+    void requestSync(bool triggerSync);
+    bool travel(QList<LinkList> &from, QList<LinkList> &to, const QString &reason);
+    bool replaceTree(LinkList links, const QString &reason);
+    void setBookmarks(const LinkList &renewed);
+    void rebuildBookmarksBelow(const QString &folder);
+    void setAside(const DefaultsValue &value);
+    bool setAsideWhatIsStillThere();
+    void announceTree();
+
     Services m_services;
     LinkList m_links;
     std::unique_ptr<History> m_history;
+    QList<Pending> m_pending;
+    /// Undecodable stored bytes that could not be copied yet; nothing is saved
+    /// over them before.
+    std::optional<DefaultsValue> m_notYetSetAside;
+    QString m_loadedKey; ///< where the tree came from and goes back to
+    bool m_loadedInDebugMode = false;
     qint64 m_revision = 0;
     QString m_machineId;
     bool m_isAutoSyncingFromFile = false;

@@ -6,12 +6,14 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace orvelle {
 
 class Clock;
 
 struct SnapshotInfo {
-    QString name; ///< file name without folder, unique, sorts by time
+    QString name; ///< file name without folder, unique, sorts by the order of taking
     Timestamp takenAt;
     QString reason; ///< "remove", "replace", "import", "merge", "undo", ...
     qint64 itemCount = 0;
@@ -23,7 +25,8 @@ struct SnapshotError {
 
 /// Dated, compressed copies of the tree in a folder (0700, files 0600). Keeps
 /// the newest 50 and, of older ones, the last of each day for 30 days.
-/// A copy is on disk when take() returns.
+/// A copy is on disk when take() returns. Names begin with a running number,
+/// so that a clock set back does not change which copy is the newest.
 class SnapshotStore
 {
 public:
@@ -32,17 +35,30 @@ public:
 
     static constexpr int newestKept = 50;
     static constexpr int daysKept = 30;
+    /// A copy that unpacks to more is refused.
+    static constexpr qsizetype maxUnpackedBytes = qsizetype(1) << 30;
 
+    /// `reason`: lower-case letters. The new copy's name.
     Result<QString, SnapshotError> take(const LinkList &links, const QString &reason, bool debugMode);
     /// Newest first, those of the given mode only.
     QList<SnapshotInfo> list(bool debugMode) const;
     Result<LinkList, SnapshotError> load(const QString &name, bool debugMode) const;
 
 private:
+    QString folderOf(bool debugMode) const;
     void prune(bool debugMode);
 
     QString m_folder;
     Clock &m_clock;
 };
+
+/// The content of a snapshot file: the stored form in a zstd frame (RFC 8878)
+/// with a checksum.
+Result<QByteArray, SnapshotError> packSnapshot(const LinkList &links);
+Result<LinkList, SnapshotError> unpackSnapshot(QByteArrayView packed,
+                                               qsizetype maxBytes = SnapshotStore::maxUnpackedBytes);
+
+/// What a snapshot's name tells; absent when it is not the name of one.
+std::optional<SnapshotInfo> snapshotInfo(const QString &name);
 
 } // namespace orvelle

@@ -184,6 +184,7 @@ public:
     void loadSyncState() override { calls += QStringLiteral("loadSyncState"); }
     void scheduleAutoSync() override { calls += QStringLiteral("scheduleAutoSync"); }
     void systemDidWake() override { calls += QStringLiteral("systemDidWake"); }
+    void syncableSettingsDidChange() override { calls += QStringLiteral("syncableSettingsDidChange"); }
 };
 
 } // namespace orvelle::test
