@@ -25,7 +25,8 @@ void appendLittleEndian(QByteArray &bytes, T value)
 QByteArray toUtf16(const QString &text)
 {
     QByteArray bytes(text.size() * 2, Qt::Uninitialized);
-    qToLittleEndian<quint16>(text.utf16(), text.size(), bytes.data());
+    if (!text.isEmpty())
+        qToLittleEndian<quint16>(text.utf16(), text.size(), bytes.data());
     return bytes;
 }
 
@@ -34,7 +35,8 @@ std::optional<QString> fromUtf16(const QByteArray &bytes)
     if (bytes.size() % 2 != 0)
         return std::nullopt;
     QString text(bytes.size() / 2, Qt::Uninitialized);
-    qFromLittleEndian<quint16>(bytes.constData(), text.size(), text.data());
+    if (!bytes.isEmpty())
+        qFromLittleEndian<quint16>(bytes.constData(), text.size(), text.data());
     return text;
 }
 
@@ -103,7 +105,8 @@ std::optional<DefaultsValue> decodeInts(const QByteArray &bytes)
     if (bytes.size() % 8 != 0)
         return std::nullopt;
     QList<qint64> numbers(bytes.size() / 8);
-    qFromLittleEndian<qint64>(bytes.constData(), numbers.size(), numbers.data());
+    if (!bytes.isEmpty())
+        qFromLittleEndian<qint64>(bytes.constData(), numbers.size(), numbers.data());
     return numbers;
 }
 
