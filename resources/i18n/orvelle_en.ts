@@ -111,6 +111,60 @@
     <message id="error.import %@">
         <translation>The file could not be imported: %@</translation>
     </message>
+    <message id="error.importNotAFile">
+        <translation>It is not a file.</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>The file is too large.</translation>
+    </message>
+    <message id="error.importNotAvailable">
+        <translation>This version of Orvelle cannot import documents yet.</translation>
+    </message>
+    <message id="error.openTitle">
+        <translation>Orvelle cannot open its settings</translation>
+    </message>
+    <message id="error.openNewer %@">
+        <translation>“%@” was written by a newer version of Orvelle. Nothing was changed; please update Orvelle.</translation>
+    </message>
+    <message id="error.openInaccessible %@">
+        <translation>“%@” cannot be accessed.</translation>
+    </message>
+    <message id="error.openDamaged %@">
+        <translation>“%@” is damaged and could not be moved aside.</translation>
+    </message>
+    <message id="error.openBusy %@">
+        <translation>Another program is using “%@”. Please try again.</translation>
+    </message>
+    <message id="error.openOther %@">
+        <translation>“%@” cannot be opened.</translation>
+    </message>
+    <message id="error.damagedTitle">
+        <translation>Your settings were damaged</translation>
+    </message>
+    <message id="error.damagedMessage %@">
+        <translation>Orvelle starts with empty settings. The damaged file was kept as “%@”.</translation>
+    </message>
+    <message id="error.saveTitle">
+        <translation>Your changes cannot be saved</translation>
+    </message>
+    <message id="error.saveReadOnly">
+        <translation>The settings folder may not be written. What was saved before is untouched.</translation>
+    </message>
+    <message id="error.saveDiskFull">
+        <translation>The disk is full. What was saved before is untouched.</translation>
+    </message>
+    <message id="error.saveBusy">
+        <translation>Another program kept the settings busy too long. What was saved before is untouched.</translation>
+    </message>
+    <message id="error.saveOther %@">
+        <translation>What was saved before is untouched. The system says: %@</translation>
+    </message>
+    <message id="error.unreadableTitle">
+        <translation>Your links could not be read</translation>
+    </message>
+    <message id="error.unreadableMessage %@">
+        <translation>The stored links are kept untouched under “%@”. The settings window can try to restore them.</translation>
+    </message>
     <message id="icon.folder">
         <translation>Folder</translation>
     </message>
@@ -462,6 +516,12 @@
     <message id="repair.later">
         <translation>Later</translation>
     </message>
+    <message id="repair.message">
+        <translation>Choose a folder that contains your linked files and folders</translation>
+    </message>
+    <message id="repair.prompt">
+        <translation>Choose</translation>
+    </message>
     <message id="settings.tab.general">
         <translation>General</translation>
     </message>
@@ -554,6 +614,12 @@
     </message>
     <message id="timer.title">
         <translation>Timer</translation>
+    </message>
+    <message id="tray.missingTitle">
+        <translation>No tray was found</translation>
+    </message>
+    <message id="tray.missingMessage">
+        <translation>Orvelle keeps running, but this desktop shows no tray icon. The command “orvelle toggle” opens the menu at the pointer; you can bind it to a keyboard shortcut in your desktop’s settings.</translation>
     </message>
     <message id="type.file">
         <translation>File</translation>

@@ -111,6 +111,60 @@
     <message id="error.import %@">
         <translation>Le fichier n’a pas pu être importé : %@</translation>
     </message>
+    <message id="error.importNotAFile">
+        <translation>Ce n’est pas un fichier.</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>Le fichier est trop volumineux.</translation>
+    </message>
+    <message id="error.importNotAvailable">
+        <translation>Cette version d’Orvelle ne sait pas encore importer de documents.</translation>
+    </message>
+    <message id="error.openTitle">
+        <translation>Orvelle ne peut pas ouvrir ses réglages</translation>
+    </message>
+    <message id="error.openNewer %@">
+        <translation>« %@ » a été écrit par une version plus récente d’Orvelle. Rien n’a été modifié ; mettez Orvelle à jour.</translation>
+    </message>
+    <message id="error.openInaccessible %@">
+        <translation>« %@ » n’est pas accessible.</translation>
+    </message>
+    <message id="error.openDamaged %@">
+        <translation>« %@ » est endommagé et n’a pas pu être mis de côté.</translation>
+    </message>
+    <message id="error.openBusy %@">
+        <translation>Un autre programme utilise « %@ ». Réessayez.</translation>
+    </message>
+    <message id="error.openOther %@">
+        <translation>« %@ » ne peut pas être ouvert.</translation>
+    </message>
+    <message id="error.damagedTitle">
+        <translation>Vos réglages étaient endommagés</translation>
+    </message>
+    <message id="error.damagedMessage %@">
+        <translation>Orvelle démarre avec des réglages vides. Le fichier endommagé a été conservé sous « %@ ».</translation>
+    </message>
+    <message id="error.saveTitle">
+        <translation>Vos modifications ne peuvent pas être enregistrées</translation>
+    </message>
+    <message id="error.saveReadOnly">
+        <translation>Le dossier des réglages est protégé en écriture. Ce qui était enregistré est intact.</translation>
+    </message>
+    <message id="error.saveDiskFull">
+        <translation>Le disque est plein. Ce qui était enregistré est intact.</translation>
+    </message>
+    <message id="error.saveBusy">
+        <translation>Un autre programme a bloqué les réglages trop longtemps. Ce qui était enregistré est intact.</translation>
+    </message>
+    <message id="error.saveOther %@">
+        <translation>Ce qui était enregistré est intact. Le système indique : %@</translation>
+    </message>
+    <message id="error.unreadableTitle">
+        <translation>Vos liens n’ont pas pu être lus</translation>
+    </message>
+    <message id="error.unreadableMessage %@">
+        <translation>Les liens enregistrés sont conservés intacts sous « %@ ». La fenêtre des réglages peut tenter de les restaurer.</translation>
+    </message>
     <message id="icon.folder">
         <translation>Dossier</translation>
     </message>
@@ -462,6 +516,12 @@
     <message id="repair.later">
         <translation>Plus tard</translation>
     </message>
+    <message id="repair.message">
+        <translation>Choisissez un dossier qui contient vos fichiers et dossiers liés</translation>
+    </message>
+    <message id="repair.prompt">
+        <translation>Choisir</translation>
+    </message>
     <message id="settings.tab.general">
         <translation>Général</translation>
     </message>
@@ -554,6 +614,12 @@
     </message>
     <message id="timer.title">
         <translation>Minuteur</translation>
+    </message>
+    <message id="tray.missingTitle">
+        <translation>Aucune zone de notification</translation>
+    </message>
+    <message id="tray.missingMessage">
+        <translation>Orvelle continue de fonctionner, mais ce bureau n’affiche pas d’icône. La commande « orvelle toggle » ouvre le menu sous le pointeur ; vous pouvez l’associer à un raccourci clavier dans les réglages du bureau.</translation>
     </message>
     <message id="type.file">
         <translation>Fichier</translation>

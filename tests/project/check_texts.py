@@ -12,7 +12,7 @@ import sys
 import xml.etree.ElementTree
 
 LANGUAGES = ("en", "fr")
-KEY = re.compile(r'"((?:[^"\\\n]|\\.)*)"_text\b')
+KEY = re.compile(r'"((?:[^"\\\n]|\\.)+)"_text\b')
 PLACEHOLDER = re.compile(r"%@|%lld")
 
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStyle>
 
+#include <algorithm>
 #include <utility>
 
 namespace orvelle {
@@ -68,7 +69,7 @@ QBoxLayout *buttonRow(const QStringList &titles, QDialog *dialog)
         button->setObjectName(QStringLiteral("alertButton%1").arg(index));
         button->setAutoDefault(true);
         button->setDefault(index == 0);
-        button->setMinimumWidth(button->fontMetrics().averageCharWidth() * 12);
+        button->setMinimumWidth(std::max(button->sizeHint().width(), button->fontMetrics().averageCharWidth() * 12));
         QObject::connect(button, &QPushButton::clicked, dialog, [dialog, index] { dialog->done(index); });
         if (index == 0)
             button->setFocus();
@@ -102,6 +103,8 @@ QDialog *makeDialog(const Alert &alert)
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(QStringLiteral("Orvelle"));
     dialog->setWindowModality(Qt::ApplicationModal);
+    // The question may come while another program has the focus.
+    dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
     dialog->setAccessibleName(alert.message);
     dialog->setAccessibleDescription(alert.informativeText);
 
@@ -120,7 +123,9 @@ QDialog *makeDialog(const Alert &alert)
     grid->setRowMinimumHeight(2, 8);
     grid->setRowStretch(2, 1);
     grid->addLayout(buttonRow(alert.buttons, dialog), 3, 0, 1, 2);
-    grid->setSizeConstraint(QLayout::SetMinimumSize);
+    // A window's own minimum size does not reckon with wrapped lines.
+    const int width = grid->totalMinimumSize().width();
+    dialog->setFixedSize(width, grid->totalHeightForWidth(width));
     return dialog;
 }
 

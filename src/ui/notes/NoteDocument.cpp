@@ -78,13 +78,15 @@ void NoteDocument::save()
     m_saving = true;
     // Another process may have written since: the store then runs this again
     // on that process's tree, where the text is no longer the one typed upon.
-    const bool saved = m_services.links.edit(LinkStore::Step::Ordinary, {}, [&](LinkList &links) {
-        LinkItem *note = findNote(links, m_note.stableId);
-        if (!note || contentOf(*note) != m_stored)
+    // The store may keep the change for a later try, so it refers to nothing here.
+    const auto change = [typed, now, stableId = m_note.stableId, expected = m_stored](LinkList &links) {
+        LinkItem *note = findNote(links, stableId);
+        if (!note || contentOf(*note) != expected)
             return false;
         setContent(*note, typed, now);
         return true;
-    });
+    };
+    const bool saved = m_services.links.edit(LinkStore::Step::Ordinary, {}, change);
     m_saving = false;
     if (saved) {
         m_stored = typed;

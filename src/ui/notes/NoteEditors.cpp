@@ -38,7 +38,8 @@ NoteEditorWindow *NoteEditors::open(const QUuid &noteId)
     QPointer<NoteEditorWindow> &window = m_windows[note->stableId];
     if (!window) {
         window = new NoteEditorWindow(m_services, *note);
-        if (m_windows.size() > 1)
+        // Without a remembered place the window manager finds a better one.
+        if (m_windows.size() > 1 && window->testAttribute(Qt::WA_Moved))
             moveBeside(*window, m_windows.size() - 1);
     }
     if (window->isMinimized())

@@ -12,6 +12,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -101,18 +102,20 @@ QWidget *AboutTab::makeDataSection()
 
 void AboutTab::addPlace(QFormLayout *form, const QString &label, const QString &path, const QString &folder)
 {
-    auto *pathLabel = new QLabel(this);
-    pathLabel->setTextFormat(Qt::PlainText);
-    pathLabel->setText(path);
-    pathLabel->setWordWrap(true);
-    pathLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    pathLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *pathField = new QLineEdit(path, this);
+    pathField->setReadOnly(true);
+    pathField->setFrame(false);
+    pathField->setToolTip(plainToolTip(path));
+    pathField->setAccessibleName(label);
+    QPalette flat = pathField->palette();
+    flat.setColor(QPalette::Base, Qt::transparent);
+    pathField->setPalette(flat);
     auto *show = new QPushButton(text("about.showFolder"_text), this);
     show->setAccessibleDescription(label);
     show->setEnabled(static_cast<bool>(m_services.showFolder));
     connect(show, &QPushButton::clicked, this, [this, folder] { m_services.showFolder(folder); });
     auto *row = new QHBoxLayout;
-    row->addWidget(pathLabel, 1);
+    row->addWidget(pathField, 1);
     row->addWidget(show);
     form->addRow(label, row);
 }

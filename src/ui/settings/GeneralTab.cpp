@@ -15,6 +15,7 @@ namespace orvelle {
 GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
     : QWidget(parent),
       m_services(services),
+      m_links(new LinksSection(services, this)),
       m_icons(new MenuletIconPicker(services.defaults, services.notifications, this)),
       m_confirmQuit(new QCheckBox(text("settings.confirmBeforeQuit"_text), this))
 {
@@ -24,7 +25,7 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
     column->setContentsMargins(tabMargins());
     column->setSpacing(8);
     column->addWidget(sectionTitle(text("settings.links"_text), this));
-    column->addWidget(new LinksSection(services, this), 1);
+    column->addWidget(m_links, 1);
     column->addSpacing(8);
     column->addWidget(sectionTitle(text("menulet.iconTitle"_text), this));
     column->addWidget(sectionSubtitle(text("menulet.iconSubtitle"_text), this));

@@ -8,6 +8,7 @@ class QCheckBox;
 
 namespace orvelle {
 
+class LinksSection;
 class MenuletIconPicker;
 
 /// The links, the tray icon, and how Orvelle behaves.
@@ -25,6 +26,8 @@ private:
     void setConfirmBeforeQuit(bool confirm);
 
     const SettingsServices &m_services;
+    // In the order of the Tab key.
+    LinksSection *m_links;
     MenuletIconPicker *m_icons;
     QCheckBox *m_confirmQuit;
 };

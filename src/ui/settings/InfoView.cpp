@@ -15,6 +15,7 @@ namespace orvelle {
 namespace {
 
 constexpr int tileSide = 40;
+constexpr int windowWidth = 480;
 
 struct Feature {
     const char *symbol;
@@ -81,7 +82,8 @@ InfoView::InfoView(QWidget *parent) : QDialog(parent)
     connect(start, &QPushButton::clicked, this, &QDialog::accept);
     grid->setRowStretch(row, 1);
     grid->addWidget(start, row + 1, 0, 1, 2, Qt::AlignRight);
-    setMinimumWidth(460);
+    // A window's own minimum size does not reckon with wrapped lines.
+    setFixedSize(windowWidth, grid->totalHeightForWidth(windowWidth));
 }
 
 } // namespace orvelle

@@ -6,6 +6,7 @@
 #include "links/LinkStore.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/settings/Sections.h"
 
 #include <QIcon>
 
@@ -133,8 +134,7 @@ QVariant LinkTreeModel::pictureOf(const LinkItem &link) const
 QString LinkTreeModel::toolTipOf(const LinkItem &link) const
 {
     const bool hasAddress = link.type != LinkType::Group && link.type != LinkType::Note;
-    // A tool tip that looks like markup would be shown as such.
-    return (hasAddress ? link.path : link.name).toHtmlEscaped();
+    return plainToolTip(hasAddress ? link.path : link.name);
 }
 
 bool LinkTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)

@@ -47,6 +47,11 @@ QMargins tabMargins()
     return {20, 16, 20, 16};
 }
 
+QString plainToolTip(const QString &text)
+{
+    return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
+}
+
 QLabel *sectionTitle(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);

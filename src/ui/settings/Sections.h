@@ -17,4 +17,8 @@ QLabel *sectionTitle(const QString &text, QWidget *parent);
 /// The quieter line of explanation below a heading; wraps.
 QLabel *sectionSubtitle(const QString &text, QWidget *parent);
 
+/// A tool tip that shows `text` as it stands, also when it looks like markup,
+/// and wraps it when it is long.
+QString plainToolTip(const QString &text);
+
 } // namespace orvelle

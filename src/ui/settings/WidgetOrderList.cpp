@@ -4,8 +4,10 @@
 #include "menubar/WidgetOrderManager.h"
 #include "ui/common/Icons.h"
 
+#include <QDrag>
 #include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 
 #include <array>
@@ -121,6 +123,33 @@ void WidgetOrderList::keyPressEvent(QKeyEvent *event)
         QListWidget::keyPressEvent(event);
 }
 
+QPixmap WidgetOrderList::pictureOfSelected()
+{
+    const QPixmap row = viewport()->grab(visualItemRect(currentItem()));
+    QPixmap picture(row.size());
+    picture.setDevicePixelRatio(row.devicePixelRatio());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    // What lies below shows where the widget would land.
+    painter.setOpacity(0.6);
+    painter.drawPixmap(0, 0, row);
+    return picture;
+}
+
+/// The manager does the moving; the view's own drag would take the row away
+/// once more after the drop.
+void WidgetOrderList::startDrag(Qt::DropActions)
+{
+    if (!currentItem())
+        return;
+    const QPoint pointer = viewport()->mapFromGlobal(QCursor::pos());
+    auto *drag = new QDrag(this);
+    drag->setMimeData(model()->mimeData({currentIndex()}));
+    drag->setPixmap(pictureOfSelected());
+    drag->setHotSpot(pointer - visualItemRect(currentItem()).topLeft());
+    drag->exec(Qt::MoveAction);
+}
+
 void WidgetOrderList::dragEnterEvent(QDragEnterEvent *event)
 {
     if (event->source() == this)
@@ -146,9 +175,7 @@ void WidgetOrderList::dragLeaveEvent(QDragLeaveEvent *event)
 void WidgetOrderList::dropEvent(QDropEvent *event)
 {
     setDropRow(-1);
-    // The manager moves; the view must not take its row away as well.
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    event->acceptProposedAction();
     if (event->source() == this)
         dropSelectedAt(event->position().toPoint());
 }

@@ -28,6 +28,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
@@ -40,6 +41,7 @@ protected:
 
 private:
     int rowHeight() const;
+    QPixmap pictureOfSelected();
     void refresh();
     void select(WidgetType widget);
     void setDropRow(int row);

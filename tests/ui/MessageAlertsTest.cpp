@@ -1,0 +1,110 @@
+#include "ui/common/MessageAlerts.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace orvelle {
+
+namespace {
+
+QDialog *alertOnScreen()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == QStringLiteral("Alert") && widget->isVisible())
+            return qobject_cast<QDialog *>(widget);
+    }
+    return nullptr;
+}
+
+QPushButton *button(int index)
+{
+    return alertOnScreen()->findChild<QPushButton *>(QStringLiteral("alertButton%1").arg(index));
+}
+
+Alert question(const char *message)
+{
+    return {Alert::Style::Warning,
+            QString::fromLatin1(message),
+            QStringLiteral("more"),
+            {QStringLiteral("Replace"), QStringLiteral("Merge & keep"), QStringLiteral("Cancel")}};
+}
+
+} // namespace
+
+class MessageAlertsTest : public testing::Test
+{
+protected:
+    void show(const char *message)
+    {
+        alerts.show(question(message),
+                    [this, message](int chosen) { answers += QString::fromLatin1(message) + QString::number(chosen); });
+    }
+
+    MessageAlerts alerts;
+    QStringList answers;
+};
+
+TEST_F(MessageAlertsTest, ButtonsStandInTheOrderGivenAndAnswerWithTheirPosition)
+{
+    show("a");
+    EXPECT_LT(button(0)->x(), button(1)->x());
+    EXPECT_LT(button(1)->x(), button(2)->x());
+    EXPECT_TRUE(button(0)->isDefault());
+    EXPECT_EQ(button(1)->text(), QStringLiteral("Merge && keep"));
+    button(1)->click();
+    EXPECT_EQ(answers, QStringList{QStringLiteral("a1")});
+    EXPECT_EQ(alertOnScreen(), nullptr);
+}
+
+TEST_F(MessageAlertsTest, EscapeAndTheCloseButtonMeanTheLastButton)
+{
+    show("a");
+    QTest::keyClick(alertOnScreen(), Qt::Key_Escape);
+    show("b");
+    alertOnScreen()->close();
+    show("c");
+    QTest::keyClick(alertOnScreen(), Qt::Key_Return);
+    EXPECT_EQ(answers, (QStringList{QStringLiteral("a2"), QStringLiteral("b2"), QStringLiteral("c0")}));
+}
+
+TEST_F(MessageAlertsTest, OneAlertAtATimeInTheOrderAsked)
+{
+    show("a");
+    alerts.show(question("b"), [this](int chosen) {
+        answers += QStringLiteral("b%1").arg(chosen);
+        show("d"); // asked from inside an answer: after those that wait already
+    });
+    show("c");
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_NE(alertOnScreen(), nullptr);
+        button(0)->click();
+    }
+    EXPECT_EQ(answers,
+              (QStringList{QStringLiteral("a0"), QStringLiteral("b0"), QStringLiteral("c0"), QStringLiteral("d0")}));
+}
+
+TEST_F(MessageAlertsTest, NamesCannotBringMarkup)
+{
+    show("<b>bold</b><img src=x>");
+    for (const QLabel *label : alertOnScreen()->findChildren<QLabel *>())
+        EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
+    button(2)->click();
+}
+
+TEST(MessageAlerts, MayGoAwayWhileAnAlertIsOnScreen)
+{
+    bool answered = false;
+    {
+        MessageAlerts alerts;
+        alerts.show(question("a"), [&answered](int) { answered = true; });
+    }
+    EXPECT_EQ(alertOnScreen(), nullptr);
+    EXPECT_FALSE(answered);
+}
+
+} // namespace orvelle
