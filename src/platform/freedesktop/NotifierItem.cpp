@@ -47,6 +47,12 @@ QDBusMessage watcherCall(const QString &interface, const QString &method)
     return call;
 }
 
+bool isAbsent(const QDBusError &error)
+{
+    return error.type() == QDBusError::ServiceUnknown ||
+           error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner"_s; // the name without auto-start
+}
+
 bool lacksProperty(const QDBusError &error)
 {
     return error.type() == QDBusError::UnknownProperty || error.type() == QDBusError::UnknownInterface ||
@@ -177,7 +183,7 @@ void NotifierItem::registerItem()
             askForHost();
             return;
         }
-        if (reply.error().type() != QDBusError::ServiceUnknown)
+        if (!isAbsent(reply.error()))
             qCWarning(lcNotifierItem, "the watcher refused the item: %ls", qUtf16Printable(reply.error().name()));
         setHasHost(false);
     });
