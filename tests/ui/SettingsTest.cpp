@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStackedWidget>
@@ -166,6 +167,21 @@ TEST_F(SettingsTest, RenamingInTheListIsOneEdit)
     auto *model = tree()->model();
     EXPECT_TRUE(model->setData(model->index(0, 0), QStringLiteral(" Better "), Qt::EditRole));
     EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("Better"));
+
+    // In place: the list is built anew while its editor still hands the name over.
+    tree()->selectItem(link.id);
+    tree()->setFocus();
+    child<QAction>("rename")->trigger();
+    auto *editor = tree()->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, QStringLiteral("In place"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("In place"));
+    EXPECT_TRUE(model->setData(model->index(0, 0), QStringLiteral("Better"), Qt::EditRole));
+
     EXPECT_FALSE(model->setData(model->index(0, 0), QStringLiteral(" "), Qt::EditRole));
     EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("Better"));
 }

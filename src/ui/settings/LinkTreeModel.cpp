@@ -29,6 +29,7 @@ void LinkTreeModel::reload()
 {
     beginResetModel();
     m_nodes.clear();
+    m_numbers.clear();
     m_links = m_store.links();
     m_nodes.append(Node{});
     addNodes(std::as_const(m_links), 0);
@@ -42,6 +43,7 @@ void LinkTreeModel::addNodes(const LinkList &links, int parent)
         const int number = static_cast<int>(m_nodes.size());
         m_nodes.append(Node{&item, parent, row++, {}});
         m_nodes[parent].children.append(number);
+        m_numbers.insert(item.id, number);
         if (item.children)
             addNodes(*item.children, number);
     }
@@ -59,11 +61,8 @@ const LinkItem *LinkTreeModel::item(const QModelIndex &index) const
 
 QModelIndex LinkTreeModel::indexOf(const QUuid &id) const
 {
-    for (int number = 1; number < m_nodes.size(); ++number) {
-        if (m_nodes[number].item->id == id)
-            return createIndex(m_nodes[number].row, 0, static_cast<quintptr>(number));
-    }
-    return {};
+    const int number = m_numbers.value(id);
+    return number ? createIndex(m_nodes[number].row, 0, static_cast<quintptr>(number)) : QModelIndex();
 }
 
 QModelIndex LinkTreeModel::index(int row, int column, const QModelIndex &parent) const

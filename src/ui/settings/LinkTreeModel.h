@@ -3,6 +3,7 @@
 #include "links/LinkItem.h"
 
 #include <QAbstractItemModel>
+#include <QHash>
 #include <QList>
 #include <QPalette>
 
@@ -57,7 +58,8 @@ private:
 
     LinkStore &m_store;
     LinkList m_links;
-    QList<Node> m_nodes; ///< the first is the invisible root
+    QList<Node> m_nodes;         ///< the first is the invisible root
+    QHash<QUuid, int> m_numbers; ///< where in m_nodes an item is
     qreal m_pixelRatio = 1;
     QPalette m_palette;
 };
