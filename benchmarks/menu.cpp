@@ -1,0 +1,103 @@
+// From the click's arrival to the menu's first frame, beside a plain menu of
+// the toolkit with ten actions. Needs a display.
+#include "SampleTrees.h"
+#include "Statistics.h"
+#include "ui/menu/MenuPopup.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPaintEvent>
+#include <QTimer>
+#include <QWidget>
+
+using namespace orvelle;
+using namespace orvelle::bench;
+
+namespace {
+
+/// Runs the event loop until a popup has been painted and the picture handed
+/// to the display.
+class FirstFrame : public QObject
+{
+public:
+    FirstFrame() { qApp->installEventFilter(this); }
+
+    void wait()
+    {
+        while (!m_done)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const auto *widget = event->type() == QEvent::Paint ? qobject_cast<QWidget *>(watched) : nullptr;
+        // The call comes back after the paint event and what follows it.
+        if (widget && widget->window()->windowType() == Qt::Popup && !std::exchange(m_painting, true))
+            QTimer::singleShot(0, this, [this] { m_done = true; });
+        return false;
+    }
+
+private:
+    bool m_painting = false;
+    bool m_done = false;
+};
+
+void toolkitMenu(benchmark::State &state)
+{
+    for (auto _ : state) {
+        FirstFrame frame;
+        QMenu menu;
+        for (qint64 i = 0; i < state.range(0); ++i)
+            menu.addAction(QStringLiteral("Action number %1").arg(i));
+        menu.popup(QPoint(300, 100));
+        frame.wait();
+        state.PauseTiming();
+        menu.close();
+        QApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
+Menu menuOf(const LinkList &links)
+{
+    Menu menu;
+    for (const LinkItem &item : links)
+        menu.entries.append(menuEntry(item));
+    MenuEntry bottom;
+    bottom.kind = MenuEntry::Kind::BottomRow;
+    menu.entries.append(bottom);
+    return menu;
+}
+
+void ourMenu(benchmark::State &state, MenuPopup &popup, int groups)
+{
+    const LinkList links = sampleTree(static_cast<int>(state.range(0)), groups);
+    for (auto _ : state) {
+        FirstFrame frame;
+        popup.present(menuOf(links), {QPoint(300, 100), false}, {});
+        frame.wait();
+        state.PauseTiming();
+        popup.close();
+        QApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    MenuPopup popup(childEntries);
+    const auto ours = [&popup](int groups) { return [&popup, groups](auto &state) { ourMenu(state, popup, groups); }; };
+    inRuns(benchmark::RegisterBenchmark("first_frame/toolkit", toolkitMenu)->Arg(10));
+    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(30))->Arg(1000));
+    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(30))->Arg(10000));
+    inRuns(benchmark::RegisterBenchmark("first_frame/flat", ours(0))->Arg(10000));
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
