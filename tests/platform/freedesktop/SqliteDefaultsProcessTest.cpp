@@ -124,6 +124,30 @@ TEST(SqliteDefaultsProcesses, concurrentWritersLoseNoUpdate)
     EXPECT_EQ(stored.revision, 600);
 }
 
+TEST(SqliteDefaultsProcesses, ofSeveralThatFindADamagedDatabaseOneMovesItAside)
+{
+    for (int round = 0; round < 10; ++round) {
+        DefaultsFolder folder;
+        folder.put(QByteArray(50'000, 'x'));
+        int gate[2];
+        ASSERT_EQ(::pipe(gate), 0);
+        const auto openAndWrite = [&](int n) {
+            char byte = 0;
+            ::close(gate[1]);
+            const bool open = ::read(gate[0], &byte, 1) == 0; // until all may go
+            ::_exit(open && folder.open()->write(QString::number(n), true) ? 0 : 1);
+        };
+        {
+            ChildProcess a([&] { openAndWrite(1); }), b([&] { openAndWrite(2); }), c([&] { openAndWrite(3); });
+            ::close(gate[1]);
+            EXPECT_TRUE(a.wait() && b.wait() && c.wait());
+        }
+        ::close(gate[0]);
+        EXPECT_EQ(folder.open()->keys().size(), 3);
+        EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*corrupt*")}).size(), 1);
+    }
+}
+
 TEST(SqliteDefaultsProcesses, anotherProcessesChangesAreSeenAtOnceAndAnnouncedOnce)
 {
     DefaultsFolder folder;
