@@ -1,0 +1,59 @@
+#include "ui/UiWorld.h"
+#include "ui/settings/WidgetOrderList.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace orvelle {
+
+namespace {
+
+QStringList moveTo(const QPoint &at)
+{
+    return {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()), QStringLiteral("sleep"),
+            QStringLiteral("0.05")};
+}
+
+/// Drags with the real pointer, in steps as a hand would.
+bool drag(const QPoint &from, const QPoint &to)
+{
+    QStringList steps = moveTo(from);
+    steps += {QStringLiteral("mousedown"), QStringLiteral("1")};
+    for (int step = 1; step <= 8; ++step)
+        steps += moveTo(from + (to - from) * step / 8);
+    steps += {QStringLiteral("sleep"), QStringLiteral("0.2"), QStringLiteral("mouseup"), QStringLiteral("1")};
+    QProcess xdotool;
+    xdotool.start(QStringLiteral("xdotool"), steps);
+    return QTest::qWaitFor([&xdotool] { return xdotool.state() == QProcess::NotRunning; }, 20000) &&
+           xdotool.exitCode() == 0;
+}
+
+} // namespace
+
+TEST(WidgetDrag, ADraggedRowMovesAndNoneIsLost)
+{
+    using W = WidgetType;
+    test::UiWorld world;
+    WidgetOrderList list(world.widgetOrder);
+    list.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&list));
+    QTest::qWait(300); // the window manager moves it into place
+    const auto middleOf = [&list](int row) {
+        return list.viewport()->mapToGlobal(list.visualItemRect(list.item(row)).center());
+    };
+
+    ASSERT_TRUE(drag(middleOf(0), middleOf(3)));
+    const QList<W> expected{W::QuickLaunch, W::Calendar, W::Clipboard, W::Weather, W::SystemInfo, W::Network, W::Timer};
+    EXPECT_TRUE(QTest::qWaitFor([&] { return world.widgetOrder.order() == expected; }));
+    QTest::qWait(100); // for a view that takes the row away afterwards
+    EXPECT_EQ(list.count(), 7);
+    EXPECT_EQ(list.selectedWidget(), W::Clipboard);
+
+    ASSERT_TRUE(drag(middleOf(6), middleOf(0)));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return world.widgetOrder.order().front() == W::Timer; }));
+    EXPECT_EQ(list.count(), 7);
+}
+
+} // namespace orvelle
