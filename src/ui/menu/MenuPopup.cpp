@@ -1,0 +1,231 @@
+#include "ui/menu/MenuPopup.h"
+
+#include "ui/menu/BottomRowView.h"
+
+#include <QCursor>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStyle>
+#include <QToolTip>
+#include <QWindow>
+
+namespace orvelle {
+namespace {
+
+constexpr int scrollInterval = 16;
+constexpr int grabInterval = 20;
+/// A tray host may hold the pointer until its button is up.
+constexpr int mostGrabTries = 150;
+
+const QScreen *screenAt(const QPoint &position)
+{
+    const QScreen *screen = QGuiApplication::screenAt(position);
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+void MenuPopup::PanelDeleter::operator()(MenuPanel *panel) const
+{
+    panel->hide();
+    panel->deleteLater(); // may be called from one of its own events
+}
+
+MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
+    : QObject(parent), m_childEntries(std::move(childEntries))
+{
+    m_submenuTimer.setSingleShot(true);
+    m_aimTimer.setSingleShot(true);
+    m_scrollTimer.setInterval(scrollInterval);
+    m_grabTimer.setInterval(grabInterval);
+    connect(&m_submenuTimer, &QTimer::timeout, this, &MenuPopup::settleHover);
+    connect(&m_aimTimer, &QTimer::timeout, this, [this] { hover(placeAt(m_lastPointer)); });
+    connect(&m_scrollTimer, &QTimer::timeout, this, &MenuPopup::autoScroll);
+    connect(&m_grabTimer, &QTimer::timeout, this, &MenuPopup::grabInput);
+}
+
+MenuPopup::~MenuPopup()
+{
+    for (const PanelPointer &each : m_panels)
+        each->removeEventFilter(this);
+}
+
+QPoint MenuPopup::pointerPosition() const
+{
+    return QCursor::pos();
+}
+
+QList<MenuPanel *> MenuPopup::panels() const
+{
+    QList<MenuPanel *> result;
+    for (const PanelPointer &each : m_panels)
+        result.append(each.get());
+    return result;
+}
+
+MenuPopup::PanelPointer MenuPopup::makePanel(const QList<MenuEntry> &entries)
+{
+    PanelPointer made(new MenuPanel(entries, m_factory));
+    made->installEventFilter(this);
+    MenuPanel *raw = made.get();
+    connect(raw, &MenuPanel::wantedSizeChanged, this, [this, raw] { fitPanel(raw); });
+    return made;
+}
+
+void MenuPopup::present(const Menu &menu, const MenuPlacement &placement,
+                        std::function<void(MenuAction chosen)> closed)
+{
+    finish({});
+    m_closed = std::move(closed);
+    m_openedAt = m_lastPointer = QCursor::pos();
+    m_armed = false;
+    m_typeAhead.reset();
+
+    m_panels.push_back(makePanel(menu.entries));
+    MenuPanel &root = panel(0);
+    connect(&root, &MenuPanel::painted, this, &MenuPopup::opened);
+    const QRect available = screenAt(placement.position)->availableGeometry();
+    m_frame = menuGeometry(root.wantedSize(), placement, available, QGuiApplication::isRightToLeft());
+    root.setGeometry(m_frame.rect);
+    root.show();
+    m_grabTries = 0;
+    grabInput();
+}
+
+void MenuPopup::fitPanel(MenuPanel *changed)
+{
+    if (m_panels.empty() || m_parked)
+        return;
+    const bool isRoot = changed == m_panels.front().get();
+    const MenuFrame frame = isRoot ? m_frame : MenuFrame{changed->geometry(), false};
+    const QRect available = screenAt(frame.rect.center())->availableGeometry();
+    const QRect rect = resizedGeometry(frame, changed->wantedSize().height(), available);
+    if (isRoot)
+        m_frame.rect = rect;
+    changed->setGeometry(rect);
+}
+
+void MenuPopup::grabInput()
+{
+    m_grabTimer.stop();
+    if (m_panels.empty())
+        return;
+    QWindow *window = panel(0).windowHandle();
+    const bool grabbed =
+        window && window->setMouseGrabEnabled(true) && window->setKeyboardGrabEnabled(true);
+    if (!grabbed && ++m_grabTries < mostGrabTries)
+        m_grabTimer.start();
+}
+
+void MenuPopup::update(const Menu &menu)
+{
+    if (!isOpen())
+        return;
+    for (int level = 0; level < depth(); ++level) {
+        if (level == 0) {
+            panel(0).replaceEntries(menu.entries);
+        } else {
+            const MenuPanel &above = panel(level - 1);
+            panel(level).replaceEntries(m_childEntries(above.rows().at(above.openRow())));
+        }
+        if (panel(level).openRow() < 0) {
+            closeBelow(level);
+            return;
+        }
+    }
+}
+
+void MenuPopup::openSubmenu(int level, int row, bool selectFirst)
+{
+    m_submenuTimer.stop();
+    MenuPanel &parentPanel = panel(level);
+    if (parentPanel.openRow() != row) {
+        closeBelow(level);
+        PanelPointer made = makePanel(m_childEntries(parentPanel.rows().at(row)));
+        const QRect rowOnScreen = parentPanel.rowRect(row).translated(parentPanel.pos());
+        const QRect available = screenAt(rowOnScreen.center())->availableGeometry();
+        made->setGeometry(submenuGeometry(made->wantedSize(), parentPanel.geometry(), rowOnScreen,
+                                          made->look().verticalFrame(), available,
+                                          parentPanel.layoutDirection() == Qt::RightToLeft));
+        made->winId();
+        made->windowHandle()->setTransientParent(parentPanel.windowHandle());
+        parentPanel.setOpenRow(row);
+        m_panels.push_back(std::move(made));
+        m_panels.back()->show();
+    }
+    if (selectFirst)
+        moveTo(level + 1, panel(level + 1).rows().next(-1, 1));
+}
+
+void MenuPopup::closeBelow(int level)
+{
+    while (depth() > level + 1) {
+        m_panels.back()->removeEventFilter(this);
+        m_panels.pop_back();
+    }
+    panel(level).setOpenRow(-1);
+}
+
+void MenuPopup::finish(const MenuAction &chosen)
+{
+    if (m_panels.empty())
+        return;
+    for (QTimer *timer : {&m_submenuTimer, &m_aimTimer, &m_scrollTimer, &m_grabTimer})
+        timer->stop();
+    QToolTip::hideText();
+    QWindow *grabber = panel(0).windowHandle();
+    while (!m_panels.empty()) {
+        m_panels.back()->removeEventFilter(this);
+        if (depth() == 1 && grabber) {
+            grabber->setMouseGrabEnabled(false);
+            grabber->setKeyboardGrabEnabled(false);
+        }
+        m_panels.pop_back();
+    }
+    m_parked = false;
+    // From the event loop, so that whoever is told finds the grabs released.
+    QMetaObject::invokeMethod(
+        this,
+        [closed = std::exchange(m_closed, {}), chosen] {
+            if (closed)
+                closed(chosen);
+        },
+        Qt::QueuedConnection);
+}
+
+/// Takes the menu out of sight but keeps the pointer until its button is up:
+/// the click that closes the menu is often one on the tray icon, whose host
+/// would open the menu again if it saw the release.
+void MenuPopup::park()
+{
+    closeBelow(0);
+    m_parked = true;
+    const QRect everything = panel(0).screen()->virtualGeometry();
+    panel(0).move(everything.topLeft() - QPoint(2 * panel(0).width(), 2 * panel(0).height()));
+}
+
+void MenuPopup::select(int level, int row, int button)
+{
+    panel(level).setCurrent(row, button);
+    for (int below = level + 1; below < depth(); ++below)
+        panel(below).setCurrent(-1);
+}
+
+void MenuPopup::activate(int level)
+{
+    const MenuPanel &at = panel(level);
+    const int row = at.currentRow();
+    if (!at.rows().isSelectable(row))
+        return;
+    const MenuEntry entry = at.rows().at(row);
+    switch (entry.kind) {
+    case MenuEntry::Kind::Submenu: return openSubmenu(level, row, true);
+    case MenuEntry::Kind::BottomRow: return finish(BottomRowView::action(at.currentButton()));
+    case MenuEntry::Kind::Item: return finish(entry.action);
+    case MenuEntry::Kind::Separator:
+    case MenuEntry::Kind::Widget: return;
+    }
+}
+
+} // namespace orvelle
