@@ -304,5 +304,16 @@ TEST(ScreenPositionsTest, NativePixelsBecomeGlobalPositions)
     EXPECT_EQ(menuAnchor({3900, 770, 25, 25}, screens), QPoint(3912, 770)) << "panel at the bottom: above it";
 }
 
+TEST(ScreenPositionsTest, OfAHostsTwoReadingsTheOneAtThePointerCounts)
+{
+    const QList<ScreenLayout> screens{{{0, 0, 640, 400}, 2.0}};
+    const QPoint pointer(555, 15);
+    EXPECT_EQ(fromHost({1110, 30}, pointer, screens), QPoint(555, 15)) << "the display's pixels";
+    EXPECT_EQ(fromHost({556, 16}, pointer, screens), QPoint(556, 16)) << "scaled already";
+    EXPECT_EQ(fromHost({0, 0}, pointer, screens), pointer);
+    EXPECT_EQ(fromHost({1300, 30}, pointer, screens), pointer) << "on no screen";
+    EXPECT_EQ(fromHost({INT_MIN, INT_MAX}, pointer, screens), pointer);
+}
+
 } // namespace
 } // namespace orvelle::test

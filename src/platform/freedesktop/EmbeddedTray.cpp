@@ -15,6 +15,13 @@ namespace {
 
 constexpr quint32 requestDock = 0; // SYSTEM_TRAY_REQUEST_DOCK
 
+/// xcb has one struct per kind of event, all beginning alike.
+template<typename T>
+const T &as(const xcb_generic_event_t &event)
+{
+    return reinterpret_cast<const T &>(event);
+}
+
 Qt::MouseButton buttonOf(quint8 detail)
 {
     switch (detail) {
@@ -98,31 +105,29 @@ void EmbeddedTray::readEvents()
 void EmbeddedTray::handle(const xcb_generic_event_t &event)
 {
     constexpr quint8 sentBySomeone = 0x80;
-    // xcb hands out one struct per kind of event, all beginning alike.
-    const auto as = [&event]<typename T>(const T *) -> const T & { return reinterpret_cast<const T &>(event); };
     switch (event.response_type & ~sentBySomeone) {
     case XCB_CLIENT_MESSAGE:
-        handleClientMessage(as(static_cast<xcb_client_message_event_t *>(nullptr)));
+        handleClientMessage(as<xcb_client_message_event_t>(event));
         break;
     case XCB_DESTROY_NOTIFY:
-        handleDestroyed(as(static_cast<xcb_destroy_notify_event_t *>(nullptr)).window);
+        handleDestroyed(as<xcb_destroy_notify_event_t>(event).window);
         break;
     case XCB_REPARENT_NOTIFY:
-        handleReparented(as(static_cast<xcb_reparent_notify_event_t *>(nullptr)));
+        handleReparented(as<xcb_reparent_notify_event_t>(event));
         break;
     case XCB_PROPERTY_NOTIFY:
     case XCB_CONFIGURE_NOTIFY:
         repaint();
         break;
     case XCB_EXPOSE:
-        if (as(static_cast<xcb_expose_event_t *>(nullptr)).count == 0)
+        if (as<xcb_expose_event_t>(event).count == 0)
             repaint();
         break;
     case XCB_BUTTON_PRESS:
-        m_pressed = as(static_cast<xcb_button_press_event_t *>(nullptr)).detail;
+        m_pressed = as<xcb_button_press_event_t>(event).detail;
         break;
     case XCB_BUTTON_RELEASE:
-        handleRelease(as(static_cast<xcb_button_release_event_t *>(nullptr)));
+        handleRelease(as<xcb_button_release_event_t>(event));
         break;
     default:
         break;

@@ -25,16 +25,11 @@ QPoint pointerPosition()
     return qobject_cast<QGuiApplication *>(qApp) ? QCursor::pos() : QPoint();
 }
 
-/// Some hosts know no place and give (0, 0); the pointer is at the icon then.
-QPoint globalPosition(const QPoint &native)
+/// Without a display (in tests of the bus alone) places stay as they are.
+QPoint hostPosition(const QPoint &given)
 {
-    if (native.isNull())
-        return pointerPosition();
     const QList<ScreenLayout> screens = currentScreens();
-    if (screens.isEmpty())
-        return native;
-    const auto position = fromNative(native, screens);
-    return position ? *position : pointerPosition();
+    return screens.isEmpty() ? given : fromHost(given, pointerPosition(), screens);
 }
 
 } // namespace
@@ -51,9 +46,9 @@ FreedesktopStatusItem::FreedesktopStatusItem(Clock &clock, const QDBusConnection
     connect(m_hostMenu.get(), &HostMenu::chosen, this, &FreedesktopStatusItem::hostMenuChosen);
     connect(m_notifier.get(), &NotifierItem::hostSearched, this, &FreedesktopStatusItem::hostSearched);
     connect(m_notifier.get(), &NotifierItem::activated, this,
-            [this](const QPoint &position) { emit activated(globalPosition(position)); });
+            [this](const QPoint &position) { emit activated(hostPosition(position)); });
     connect(m_notifier.get(), &NotifierItem::contextMenuRequested, this,
-            [this](const QPoint &position) { emit contextMenuRequested(globalPosition(position)); });
+            [this](const QPoint &position) { emit contextMenuRequested(hostPosition(position)); });
     connect(m_embedded.get(), &EmbeddedTray::dockedChanged, this, &FreedesktopStatusItem::updateHost);
     connect(m_embedded.get(), &EmbeddedTray::clicked, this, &FreedesktopStatusItem::embeddedClicked);
     recolor();
@@ -134,7 +129,9 @@ void FreedesktopStatusItem::reportNone()
 
 void FreedesktopStatusItem::embeddedClicked(Qt::MouseButton button, const QRect &icon)
 {
-    const QPoint position = globalPosition(menuAnchor(icon, currentScreens()));
+    const QList<ScreenLayout> screens = currentScreens();
+    const QPoint anchor = menuAnchor(icon, screens);
+    const QPoint position = fromNative(anchor, screens).value_or(anchor);
     if (button == Qt::RightButton)
         emit contextMenuRequested(position);
     else

@@ -37,6 +37,21 @@ std::optional<QPoint> fromNative(const QPoint &native, const QList<ScreenLayout>
     return corner + (QPointF(native - corner) / screen->scale).toPoint();
 }
 
+QPoint fromHost(const QPoint &given, const QPoint &pointer, const QList<ScreenLayout> &screens)
+{
+    if (given.isNull())
+        return pointer;
+    QList<QPoint> readings;
+    if (const auto native = fromNative(given, screens))
+        readings += *native;
+    if (std::ranges::any_of(screens, [&given](const ScreenLayout &s) { return s.geometry.contains(given); }))
+        readings += given;
+    const auto nearest = std::ranges::min_element(readings, {}, [&pointer](const QPoint &reading) {
+        return (QPointF(reading) - QPointF(pointer)).manhattanLength();
+    });
+    return nearest == readings.end() ? pointer : *nearest;
+}
+
 QPoint menuAnchor(const QRect &icon, const QList<ScreenLayout> &screens)
 {
     const ScreenLayout *screen = screenAt(icon.center(), screens);
