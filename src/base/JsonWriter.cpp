@@ -2,24 +2,81 @@
 
 #include <QStringEncoder>
 
-#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
+#include <utility>
 #include <vector>
 
 namespace orvelle {
 
 namespace {
 
-/// RapidJSON's escaping and buffer; the punctuation is ours, because its own
-/// pretty printer has another idea of the space around a colon.
-class Emitter : public rapidjson::Writer<rapidjson::StringBuffer>
+/// Where the text grows: a byte array that is handed out whole, which
+/// RapidJSON's own buffer cannot be.
+class Sink
 {
 public:
-    explicit Emitter(rapidjson::StringBuffer &buffer) : Writer(buffer) {}
+    using Ch = char;
+
+    void reserve(std::size_t more)
+    {
+        const auto needed = m_size + static_cast<qsizetype>(more);
+        if (needed <= m_bytes.size())
+            return;
+        m_bytes.resize(std::max(needed, 2 * m_bytes.size()));
+        m_data = m_bytes.data();
+    }
+
+    void putUnsafe(char c) { m_data[m_size++] = c; }
+
+    void Put(char c)
+    {
+        reserve(1);
+        putUnsafe(c);
+    }
+
+    void put(std::string_view bytes)
+    {
+        reserve(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), m_data + m_size);
+        m_size += static_cast<qsizetype>(bytes.size());
+    }
+
+    void Flush() {}
+
+    QByteArray take()
+    {
+        m_bytes.truncate(std::exchange(m_size, 0));
+        m_data = nullptr;
+        return std::exchange(m_bytes, {});
+    }
+
+private:
+    QByteArray m_bytes;
+    char *m_data = nullptr; ///< of m_bytes, without asking each time whether it is shared
+    qsizetype m_size = 0;
+};
+
+// Found by RapidJSON in place of its slower defaults.
+void PutReserve(Sink &sink, std::size_t count)
+{
+    sink.reserve(count);
+}
+
+void PutUnsafe(Sink &sink, char c)
+{
+    sink.putUnsafe(c);
+}
+
+/// RapidJSON's escaping; the punctuation is ours, because its own pretty
+/// printer has another idea of the space around a colon.
+class Emitter : public rapidjson::Writer<Sink>
+{
+public:
+    explicit Emitter(Sink &sink) : Writer(sink) {}
     void escaped(const char *utf8, std::size_t size) { WriteString(utf8, static_cast<rapidjson::SizeType>(size)); }
 };
 
@@ -46,18 +103,13 @@ std::size_t formatDouble(double value, char *out, char *end)
 struct JsonWriter::Private {
     explicit Private(Style s) : style(s), emitter(buffer) {}
 
-    void raw(std::string_view bytes)
-    {
-        if (!bytes.empty())
-            std::memcpy(buffer.Push(bytes.size()), bytes.data(), bytes.size());
-    }
+    void raw(std::string_view bytes) { buffer.put(bytes); }
 
     void newLine()
     {
         buffer.Put('\n');
-        const std::size_t width = 2 * levels.size();
-        if (width > 0)
-            std::memset(buffer.Push(width), ' ', width);
+        for (std::size_t level = 0; level < levels.size(); ++level)
+            buffer.put("  ");
     }
 
     /// What stands between the text so far and the next key or element.
@@ -93,7 +145,7 @@ struct JsonWriter::Private {
     }
 
     Style style;
-    rapidjson::StringBuffer buffer;
+    Sink buffer;
     Emitter emitter;
     std::vector<Level> levels;
     std::vector<char> utf8;
@@ -183,11 +235,9 @@ void JsonWriter::null()
 
 QByteArray JsonWriter::take()
 {
-    const QByteArray result(d->buffer.GetString(), static_cast<qsizetype>(d->buffer.GetSize()));
-    d->buffer.Clear();
     d->levels.clear();
     d->afterKey = false;
-    return result;
+    return d->buffer.take();
 }
 
 } // namespace orvelle
