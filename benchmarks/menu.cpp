@@ -70,9 +70,8 @@ Menu menuOf(const LinkList &links)
     return menu;
 }
 
-void ourMenu(benchmark::State &state, MenuPopup &popup, int groups)
+void ourMenu(benchmark::State &state, MenuPopup &popup, const LinkList &links)
 {
-    const LinkList links = sampleTree(static_cast<int>(state.range(0)), groups);
     for (auto _ : state) {
         FirstFrame frame;
         popup.present(menuOf(links), {QPoint(300, 100), false}, {});
@@ -90,11 +89,13 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     MenuPopup popup(childEntries);
-    const auto ours = [&popup](int groups) { return [&popup, groups](auto &state) { ourMenu(state, popup, groups); }; };
+    const auto ours = [&popup](const LinkList &links) {
+        return [&popup, links](benchmark::State &state) { ourMenu(state, popup, links); };
+    };
     inRuns(benchmark::RegisterBenchmark("first_frame/toolkit", toolkitMenu)->Arg(10));
-    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(30))->Arg(1000));
-    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(30))->Arg(10000));
-    inRuns(benchmark::RegisterBenchmark("first_frame/flat", ours(0))->Arg(10000));
+    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(sampleTree(1000, 30)))->Arg(1000));
+    inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(sampleTree(10000, 30)))->Arg(10000));
+    inRuns(benchmark::RegisterBenchmark("first_frame/flat", ours(sampleTree(10000, 0)))->Arg(10000));
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
