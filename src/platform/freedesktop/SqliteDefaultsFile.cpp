@@ -1,18 +1,18 @@
 #include "platform/freedesktop/SqliteDefaultsFile.h"
 
+#include "platform/freedesktop/SqliteFolderLock.h"
+
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <thread>
 #include <variant>
 
 namespace orvelle {
@@ -43,48 +43,6 @@ qint64 sizeOf(const QByteArray &path)
     struct stat info;
     return ::stat(path.constData(), &info) == 0 ? info.st_size : 0;
 }
-
-/// Keeps other processes from opening the settings at the same time, so that
-/// one of two does not move aside what the other has just made. Released by
-/// the kernel should the process die.
-class FolderLock
-{
-public:
-    explicit FolderLock(const QByteArray &folder)
-        : m_folder(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-    {
-    }
-    ~FolderLock()
-    {
-        if (m_folder >= 0)
-            ::close(m_folder);
-    }
-    FolderLock(const FolderLock &) = delete;
-    FolderLock &operator=(const FolderLock &) = delete;
-
-    /// 0, or why the folder cannot be opened (an errno), or EWOULDBLOCK. A
-    /// file system without locks counts as locked.
-    int acquire() const
-    {
-        if (m_folder < 0)
-            return errno;
-        const auto end = std::chrono::steady_clock::now() + longestWait;
-        while (::flock(m_folder, LOCK_EX | LOCK_NB) != 0) {
-            if (errno != EWOULDBLOCK && errno != EINTR)
-                return 0;
-            if (std::chrono::steady_clock::now() >= end)
-                return EWOULDBLOCK;
-            std::this_thread::sleep_for(10ms);
-        }
-        return 0;
-    }
-
-    /// Makes created and renamed files durable.
-    void sync() const { ::fsync(m_folder); }
-
-private:
-    int m_folder;
-};
 
 /// Why a database cannot be used as it should be.
 struct Unusable {
@@ -183,7 +141,7 @@ public:
     {
         if (const int failure = makeFolder())
             return withoutFile(failure, m_folder);
-        const FolderLock lock(m_folder);
+        const SqliteFolderLock lock(m_folder, longestWait);
         if (const int failure = lock.acquire())
             return failed(failure == EWOULDBLOCK ? OpenErrorKind::Busy : OpenErrorKind::Inaccessible, m_folder,
                           systemText(failure));
