@@ -1,1 +1,183 @@
-#include "menubar/AppWindows.h"
+#include "app/Application.h"
+
+#include "app/Version.h"
+#include "app/cli/CommandLine.h"
+#include "ui/common/Icons.h"
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcApplication, "Application", QtInfoMsg)
+
+/// Lets the answer to the command that asked for the end leave first.
+constexpr std::chrono::milliseconds answerDelay{20};
+
+} // namespace
+
+Application::Application(const Surroundings &surroundings, const Folders &folders, SqliteUserDefaults::Opened opened)
+    : m_surroundings(surroundings),
+      m_keysBefore(opened.defaults->keys()),
+      m_damagedCopy(opened.damagedCopy),
+      m_notWritable(opened.notWritable),
+      m_powerEvents(surroundings.sessionBus),
+      m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
+      m_workspace(surroundings.sessionBus),
+      m_statusItem(surroundings.clock, surroundings.sessionBus),
+      m_presenter(&childEntries),
+      m_windows(windowServices()),
+      m_importer(surroundings.alerts),
+      m_menuBar(menuBarServices()),
+      m_delegate({m_menuBar, m_core.jobs, *m_core.defaults, m_core.clock, surroundings.alerts, m_windows, m_powerEvents,
+                  m_importer, &Windows::bringToFront}),
+      m_storageAlerts(*m_core.defaults, m_core.links, surroundings.alerts)
+{
+}
+
+Application::~Application() = default;
+
+MenuBarManager::Services Application::menuBarServices()
+{
+    return {m_core.links,          *m_core.defaults,
+            m_core.notifications,  m_core.clock,
+            m_surroundings.alerts, m_folderChooser,
+            m_workspace,           m_statusItem,
+            m_presenter,           m_windows,
+            m_core.jobs,           m_core.widgetOrder,
+            symbolImage,           [this] { requestQuit(); }};
+}
+
+Windows::Services Application::windowServices()
+{
+    return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock},
+            {m_core.links, m_core.volumes, m_core.clock},
+            [this](AppWindows &windows) { return settingsServices(windows); }};
+}
+
+SettingsServices Application::settingsServices(AppWindows &windows)
+{
+    return {m_core.links,
+            *m_core.defaults,
+            m_core.notifications,
+            m_core.widgetOrder,
+            m_core.debugMode,
+            windows,
+            m_surroundings.alerts,
+            m_core.clock,
+            [this](const LinkItem &item) { m_menuBar.openLink(item); },
+            [this](const QString &folder) { m_workspace.showFolder(folder); },
+            {versionText(), buildText(), m_core.defaults->path(), m_core.folders.data}};
+}
+
+void Application::start()
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_core.links.restoreRootAccess();
+    m_core.defaults->startWatching();
+    m_powerEvents.start();
+    // After the delegate, which notes that the system ends.
+    connect(&m_powerEvents, &PowerEvents::willPowerOff, this, &Application::saveAndExit);
+    connect(
+        qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { m_powerEvents.sessionEnds(); },
+        Qt::DirectConnection);
+    reportHowSettingsOpened();
+    qCInfo(lcApplication, "Orvelle %s started with %lld top-level items", qPrintable(versionText()),
+           static_cast<long long>(m_core.links.links().size()));
+}
+
+void Application::reportHowSettingsOpened()
+{
+    if (m_damagedCopy)
+        m_storageAlerts.damagedSettingsMovedTo(*m_damagedCopy);
+    if (m_notWritable)
+        m_storageAlerts.writeFailed(*m_notWritable);
+    // The tree was loaded before anybody could listen.
+    for (const QString &key : m_core.links.rescuedDataKeys()) {
+        if (!m_keysBefore.contains(key))
+            m_storageAlerts.linksSetAside(key);
+    }
+    m_keysBefore.clear();
+}
+
+void Application::openSettings()
+{
+    m_windows.openSettings();
+}
+
+void Application::openFiles(const QStringList &paths)
+{
+    m_delegate.openFiles(paths);
+}
+
+void Application::toggleMenu()
+{
+    m_menuBar.toggleMenuAtPointer();
+}
+
+void Application::quitSoon()
+{
+    m_core.clock.after(answerDelay, this, [this] { m_menuBar.quitApp(); });
+}
+
+void Application::performAction(const QString &name)
+{
+    if (name == u"toggle")
+        toggleMenu();
+    else if (name == u"settings")
+        openSettings();
+    else
+        qCInfo(lcApplication, "An unknown action was asked for");
+}
+
+CommandContext Application::commandContext(const QString &workingDirectory)
+{
+    return {m_core.links,
+            *m_core.defaults,
+            m_core.snapshots,
+            m_core.debugMode,
+            m_core.volumes,
+            m_core.clock,
+            [this] { return m_menuBar.buildMainMenu(); },
+            [this](const LinkItem &item) { return m_menuBar.openLink(item); },
+            workingDirectory,
+            this};
+}
+
+CommandResult Application::runCommand(const QStringList &arguments, const QString &workingDirectory)
+{
+    const ParsedCommandLine parsed = parseCommandLine(arguments, workingDirectory);
+    if (const auto *answer = std::get_if<CommandResult>(&parsed))
+        return *answer;
+    if (const auto *call = std::get_if<CommandCall>(&parsed)) {
+        CommandContext context = commandContext(workingDirectory);
+        return call->command->run(call->arguments, context);
+    }
+    if (const auto *files = std::get_if<OpenFiles>(&parsed))
+        openFiles(files->paths);
+    else
+        openSettings();
+    return CommandResult::done();
+}
+
+void Application::requestQuit()
+{
+    m_delegate.applicationShouldTerminate([this](bool terminate) {
+        if (terminate)
+            saveAndExit();
+    });
+}
+
+void Application::saveAndExit()
+{
+    m_windows.saveNotes();
+    if (m_core.links.hasUnsavedChanges() && !m_core.links.saveLinks())
+        qCCritical(lcApplication, "The last changes could not be saved at the end");
+    m_powerEvents.releaseInhibitor();
+    // Not quit(): that asks every window, and one of them could refuse.
+    QCoreApplication::exit(0);
+}
+
+} // namespace orvelle

@@ -1,0 +1,156 @@
+#include "app/AppDelegate.h"
+
+#include "app/ExchangeImporter.h"
+#include "base/JsonReader.h"
+#include "base/Result.h"
+#include "base/Text.h"
+#include "menubar/AppWindows.h"
+#include "menubar/MenuBarManager.h"
+#include "menubar/StartupJobs.h"
+#include "platform/Alerts.h"
+#include "platform/Clock.h"
+#include "platform/PowerEvents.h"
+#include "platform/UserDefaults.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QPointer>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcAppDelegate, "AppDelegate", QtInfoMsg)
+
+constexpr WidgetType startOrder[] = {WidgetType::Weather, WidgetType::SystemInfo, WidgetType::Network,
+                                     WidgetType::Clipboard, WidgetType::Calendar};
+
+QString skipQuitConfirmationKey()
+{
+    return QStringLiteral("SkipQuitConfirmation");
+}
+
+/// The document's bytes when it is JSON at all, else why not.
+Result<QByteArray, QString> readDocument(const QString &path)
+{
+    // Anything but a plain file could keep us waiting for ever.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return text("error.importNotAFile"_text);
+    if (info.size() > AppDelegate::maxDocumentSize)
+        return text("error.importTooLarge"_text);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return file.errorString();
+    const QByteArray data = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return file.errorString();
+    const auto document = JsonDocument::parse(data);
+    if (!document)
+        return document.error().reason;
+    return data;
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const Services &services, QObject *parent) : QObject(parent), m_services(services) {}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    StartupJobs &jobs = m_services.jobs;
+    Clock &clock = m_services.clock;
+    m_services.menuBar.setupMenuBar();
+    for (const WidgetType widget : startOrder) {
+        if (jobs.isWidgetEnabled(widget))
+            jobs.startMonitoring(widget);
+    }
+    clock.after(faviconDelay, this, [&jobs] { jobs.fetchAllFavicons(); });
+    clock.after(updateDelay, this, [&jobs] { jobs.checkForUpdatesIfNeeded(); });
+    jobs.recordLaunch();
+    clock.after(tipDelay, this, [&jobs] { jobs.presentTipPromptIfNeeded(); });
+    connect(&m_services.powerEvents, &PowerEvents::willPowerOff, this, [this] { m_isSystemShutdown = true; });
+}
+
+void AppDelegate::openFiles(const QStringList &paths)
+{
+    for (const QString &path : paths) {
+        if (QFileInfo(path).suffix().toLower() == u"ovexport")
+            openDocument(path);
+    }
+}
+
+void AppDelegate::openDocument(const QString &path)
+{
+    const auto data = readDocument(path);
+    if (data)
+        askHowToImport(QFileInfo(path).fileName(), *data);
+    else
+        reportUnreadable(data.error());
+}
+
+void AppDelegate::askHowToImport(const QString &fileName, const QByteArray &data)
+{
+    m_services.activateApp();
+    Alert alert;
+    alert.message = text("import.fileOpenTitle"_text);
+    alert.informativeText = text("import.fileOpenMessage %@"_text, fileName);
+    alert.buttons = {text("import.replaceAll"_text), text("import.merge"_text), text("import.sync"_text),
+                     text("sheet.cancel"_text)};
+    ExchangeImporter &importer = m_services.importer;
+    m_services.alerts.show(alert, [self = QPointer<AppDelegate>(this), &importer, data](int button) {
+        if (!self)
+            return;
+        if (button == 0)
+            importer.performFileImport(data, ExchangeImporter::Mode::ReplaceAll);
+        else if (button == 1)
+            importer.performFileImport(data, ExchangeImporter::Mode::Merge);
+        else if (button == 2)
+            importer.performFileSync(data);
+    });
+}
+
+void AppDelegate::reportUnreadable(const QString &reason)
+{
+    qCInfo(lcAppDelegate, "A document handed over could not be read");
+    Alert alert;
+    alert.style = Alert::Style::Warning;
+    alert.message = text("import.title"_text);
+    alert.informativeText = text("error.import %@"_text, reason);
+    alert.buttons = {text("sheet.ok"_text)};
+    m_services.alerts.show(alert);
+}
+
+void AppDelegate::applicationShouldTerminate(std::function<void(bool)> decide)
+{
+    UserDefaults &defaults = m_services.defaults;
+    if (m_isSystemShutdown)
+        return decide(true);
+    if (defaults.get<bool>(skipQuitConfirmationKey()).value_or(false)) {
+        // Consumed at once, so that it cannot answer a later question.
+        static_cast<void>(defaults.remove(skipQuitConfirmationKey()));
+        return decide(true);
+    }
+    if (!defaults.get<bool>(QStringLiteral("ConfirmBeforeQuit")).value_or(true))
+        return decide(true);
+    if (m_asking)
+        return decide(false);
+    m_asking = true;
+    m_services.activateApp();
+    Alert alert;
+    alert.style = Alert::Style::Warning;
+    alert.message = text("quit.confirmTitle"_text);
+    alert.informativeText = text("quit.confirmMessage"_text);
+    alert.buttons = {text("quit.confirm"_text), text("quit.closeWindow"_text)};
+    m_services.alerts.show(alert, [self = QPointer<AppDelegate>(this), decide = std::move(decide)](int button) {
+        if (!self)
+            return;
+        self->m_asking = false;
+        if (button != 0)
+            self->m_services.windows.closeSettings();
+        decide(button == 0);
+    });
+}
+
+} // namespace orvelle

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/CoreServices.h"
+#include "app/StorageAlerts.h"
+#include "app/UnavailableImporter.h"
+#include "app/Windows.h"
+#include "app/cli/CommandContext.h"
+#include "app/cli/CommandResult.h"
+#include "menubar/MenuBarManager.h"
+#include "platform/freedesktop/FreedesktopStatusItem.h"
+#include "platform/freedesktop/GioWorkspace.h"
+#include "platform/freedesktop/JournalLog.h"
+#include "platform/freedesktop/LogindPowerEvents.h"
+#include "ui/common/MessageAlerts.h"
+#include "ui/common/QtFolderChooser.h"
+#include "ui/menu/MenuPopup.h"
+
+namespace orvelle {
+
+/// The running application: every long-lived object, once, in the order in
+/// which they need each other. Main thread.
+class Application : public QObject, private AppControl
+{
+    Q_OBJECT
+
+public:
+    /// What outlives the application, and how its settings were opened.
+    struct Surroundings {
+        SystemClock &clock;
+        const JournalLog &log;
+        MessageAlerts &alerts;
+        QDBusConnection sessionBus;
+    };
+    Application(const Surroundings &surroundings, const Folders &folders, SqliteUserDefaults::Opened opened);
+    ~Application() override;
+
+    void start();
+
+    void openSettings() override;
+    void openFiles(const QStringList &paths) override;
+    /// A command from another process.
+    CommandResult runCommand(const QStringList &arguments, const QString &workingDirectory);
+    /// One of the actions of the desktop entry.
+    void performAction(const QString &name);
+    /// Somebody wants the application to end; it may ask the user first.
+    void requestQuit();
+
+private:
+    void toggleMenu() override;
+    void quitSoon() override;
+    QStringList recentLog() const override { return m_surroundings.log.recentLines(); }
+
+    MenuBarManager::Services menuBarServices();
+    Windows::Services windowServices();
+    SettingsServices settingsServices(AppWindows &windows);
+    CommandContext commandContext(const QString &workingDirectory);
+    void reportHowSettingsOpened();
+    void saveAndExit();
+
+    Surroundings m_surroundings;
+    QStringList m_keysBefore; ///< the settings' keys before the tree was loaded
+    std::optional<QString> m_damagedCopy;
+    std::optional<DefaultsError> m_notWritable;
+    LogindPowerEvents m_powerEvents;
+    CoreServices m_core;
+    QtFolderChooser m_folderChooser;
+    GioWorkspace m_workspace;
+    FreedesktopStatusItem m_statusItem;
+    MenuPopup m_presenter;
+    Windows m_windows;
+    UnavailableImporter m_importer;
+    MenuBarManager m_menuBar;
+    AppDelegate m_delegate;
+    StorageAlerts m_storageAlerts;
+};
+
+} // namespace orvelle

@@ -1,0 +1,52 @@
+#include "app/CoreServices.h"
+
+#include "base/Text.h"
+
+namespace orvelle {
+
+CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
+                           std::unique_ptr<SqliteUserDefaults> openedDefaults, PowerEvents &powerEvents)
+    : folders(userFolders),
+      clock(systemClock),
+      defaults(std::move(openedDefaults)),
+      debugMode(*defaults, notifications),
+      snapshots(folders.snapshots, clock),
+      links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}),
+      widgetOrder(*defaults, debugMode, notifications)
+{
+}
+
+QString openErrorText(const DefaultsOpenError &error)
+{
+    switch (error.kind) {
+    case DefaultsOpenError::Kind::NewerSchema:
+        return text("error.openNewer %@"_text, error.path);
+    case DefaultsOpenError::Kind::Inaccessible:
+        return text("error.openInaccessible %@"_text, error.path) + u' ' + error.detail;
+    case DefaultsOpenError::Kind::Damaged:
+        return text("error.openDamaged %@"_text, error.path) + u' ' + error.detail;
+    case DefaultsOpenError::Kind::Busy:
+        return text("error.openBusy %@"_text, error.path);
+    case DefaultsOpenError::Kind::Other:
+        return text("error.openOther %@"_text, error.path) + u' ' + error.detail;
+    }
+    Q_UNREACHABLE();
+}
+
+QString writeErrorText(const DefaultsError &error)
+{
+    switch (error.kind) {
+    case DefaultsError::Kind::ReadOnly:
+        return text("error.saveReadOnly"_text);
+    case DefaultsError::Kind::DiskFull:
+        return text("error.saveDiskFull"_text);
+    case DefaultsError::Kind::Busy:
+    case DefaultsError::Kind::Conflict:
+        return text("error.saveBusy"_text);
+    case DefaultsError::Kind::Other:
+        return text("error.saveOther %@"_text, error.detail);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace orvelle

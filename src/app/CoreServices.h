@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/Folders.h"
+#include "app/InactiveJobs.h"
+#include "base/Notifications.h"
+#include "base/Result.h"
+#include "links/LinkStore.h"
+#include "links/SnapshotStore.h"
+#include "menubar/WidgetOrderManager.h"
+#include "platform/freedesktop/InodeFileBookmarks.h"
+#include "platform/freedesktop/MountVolumes.h"
+#include "platform/freedesktop/SqliteUserDefaults.h"
+#include "platform/freedesktop/SystemClock.h"
+#include "services/DebugModeManager.h"
+
+namespace orvelle {
+
+/// What the link store would ask of icons and sync, in a version without them.
+class InactiveLinkStoreHooks : public LinkStoreHooks
+{
+public:
+    void hydrateFavicons(LinkList &) override {}
+    void cleanupOrphanFavicons(const LinkList &) override {}
+    void loadSyncState() override {}
+    void scheduleAutoSync() override {}
+    void systemDidWake() override {}
+};
+
+/// The settings and the tree with what they stand on: what the running
+/// application and a command on its own have in common. Needs no display and
+/// no bus.
+class CoreServices
+{
+public:
+    /// `powerEvents` outlives this object.
+    CoreServices(const Folders &folders, SystemClock &clock, std::unique_ptr<SqliteUserDefaults> defaults,
+                 PowerEvents &powerEvents);
+
+    Folders folders;
+    SystemClock &clock;
+    std::unique_ptr<SqliteUserDefaults> defaults;
+    Notifications notifications;
+    DebugModeManager debugMode;
+    InodeFileBookmarks bookmarks;
+    MountVolumes volumes;
+    SnapshotStore snapshots;
+    InactiveLinkStoreHooks hooks;
+    InactiveJobs jobs;
+    LinkStore links;
+    WidgetOrderManager widgetOrder;
+};
+
+/// Why the settings could not be opened, in one sentence for the user.
+QString openErrorText(const DefaultsOpenError &error);
+/// Why something could not be stored, in one sentence for the user.
+QString writeErrorText(const DefaultsError &error);
+
+} // namespace orvelle

@@ -1,0 +1,49 @@
+#include "app/StorageAlerts.h"
+
+#include "app/CoreServices.h"
+#include "base/Text.h"
+#include "platform/Alerts.h"
+
+namespace orvelle {
+
+StorageAlerts::StorageAlerts(UserDefaults &defaults, LinkStore &links, Alerts &alerts, QObject *parent)
+    : QObject(parent), m_links(links), m_alerts(alerts)
+{
+    connect(&defaults, &UserDefaults::writeFailed, this,
+            [this](const QString &, const DefaultsError &error) { writeFailed(error); });
+    connect(&links, &LinkStore::undecodableDataSetAside, this, &StorageAlerts::linksSetAside);
+    connect(&links, &LinkStore::linksChanged, this, [this] {
+        if (!m_links.hasUnsavedChanges())
+            m_failing = false;
+    });
+}
+
+void StorageAlerts::writeFailed(const DefaultsError &error)
+{
+    // A conflict is another process's success; the edit is made again.
+    if (error.kind == DefaultsError::Kind::Conflict || std::exchange(m_failing, true))
+        return;
+    show(text("error.saveTitle"_text), writeErrorText(error));
+}
+
+void StorageAlerts::damagedSettingsMovedTo(const QString &path)
+{
+    show(text("error.damagedTitle"_text), text("error.damagedMessage %@"_text, path));
+}
+
+void StorageAlerts::linksSetAside(const QString &key)
+{
+    show(text("error.unreadableTitle"_text), text("error.unreadableMessage %@"_text, key));
+}
+
+void StorageAlerts::show(const QString &message, const QString &informativeText)
+{
+    Alert alert;
+    alert.style = Alert::Style::Warning;
+    alert.message = message;
+    alert.informativeText = informativeText;
+    alert.buttons = {text("sheet.ok"_text)};
+    m_alerts.show(alert);
+}
+
+} // namespace orvelle

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "menubar/AppWindows.h"
+#include "ui/notes/NoteEditors.h"
+#include "ui/quickadd/QuickAddPanel.h"
+#include "ui/settings/SettingsWindow.h"
+
+#include <QPointer>
+
+namespace orvelle {
+
+/// The real windows, made when first asked for. Main thread.
+class Windows : public AppWindows
+{
+public:
+    /// What the windows work on; `settings.windows` is this object's own.
+    struct Services {
+        NoteEditorServices notes;
+        QuickAddServices quickAdd;
+        std::function<SettingsServices(AppWindows &)> settings;
+    };
+    explicit Windows(Services services);
+    ~Windows() override;
+
+    void openSettings() override;
+    void openQuickAdd(const std::optional<QUuid> &preselectedGroup) override;
+    void openNoteEditor(const QUuid &noteId) override;
+    /// There is no timer in this version whose panel could be opened.
+    void openTimerCustom() override {}
+    void closeSettings() override;
+
+    void saveNotes() { m_notes.saveAll(); }
+    /// Raises what is open.
+    static void bringToFront();
+
+private:
+    Services m_services;
+    NoteEditors m_notes;
+    QPointer<SettingsWindow> m_settings;
+    QPointer<QuickAddPanel> m_quickAdd;
+};
+
+} // namespace orvelle

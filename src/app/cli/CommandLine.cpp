@@ -1,0 +1,194 @@
+#include "app/cli/CommandLine.h"
+
+#include "app/Version.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace orvelle {
+
+namespace {
+
+QString latin(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+QStringList words(const char *list)
+{
+    return latin(list).split(u' ', Qt::SkipEmptyParts);
+}
+
+/// An argument as it may stand in a message: short and on one line.
+QString quoted(const QString &argument)
+{
+    QString shown = argument.left(60);
+    for (QChar &c : shown) {
+        if (!c.isPrint())
+            c = u'?';
+    }
+    return u'"' + shown + (argument.size() > 60 ? QStringLiteral("…\"") : QStringLiteral("\""));
+}
+
+QString usageLine(const Command &command)
+{
+    const QString usage = latin(command.usage);
+    return QStringLiteral("orvelle ") + latin(command.name) + (usage.isEmpty() ? QString() : u' ' + usage);
+}
+
+CommandResult wrongUse(const Command &command, const QString &what)
+{
+    return CommandResult::wrongUsage(what + QStringLiteral(". Usage: ") + usageLine(command));
+}
+
+CommandResult commandHelp(const Command &command)
+{
+    const QString help =
+        QStringLiteral("Usage: %1\n\n%2\n").arg(usageLine(command), QString::fromUtf8(command.summary));
+    return CommandResult::done(help.toUtf8());
+}
+
+/// Takes options out of what follows a command's name.
+std::variant<CommandCall, CommandResult> parseCall(const Command &command, const QStringList &rest)
+{
+    const QStringList flags = words(command.flags);
+    const QStringList valued = words(command.valued);
+    CommandCall call{&command, {}};
+    bool optionsEnded = false;
+    for (qsizetype i = 0; i < rest.size(); ++i) {
+        const QString &argument = rest.at(i);
+        // A lone dash and negative numbers are values.
+        const bool isOption = !optionsEnded && argument.startsWith(u"--");
+        if (!isOption) {
+            call.arguments.positional += argument;
+            continue;
+        }
+        if (argument == u"--") {
+            optionsEnded = true;
+            continue;
+        }
+        const qsizetype equals = argument.indexOf(u'=');
+        const QString name = argument.mid(2, equals < 0 ? -1 : equals - 2);
+        if (name == u"help")
+            return commandHelp(command);
+        if (flags.contains(name) && equals < 0) {
+            call.arguments.options.insert(name, {});
+        } else if (valued.contains(name)) {
+            if (equals < 0 && i + 1 >= rest.size())
+                return wrongUse(command, QStringLiteral("--%1 needs a value").arg(name));
+            call.arguments.options.insert(name, equals < 0 ? rest.at(++i) : argument.mid(equals + 1));
+        } else {
+            return wrongUse(command, QStringLiteral("unknown option %1").arg(quoted(argument)));
+        }
+    }
+    const qsizetype count = call.arguments.positional.size();
+    if (count < command.minPositional)
+        return wrongUse(command, QStringLiteral("too few arguments"));
+    if (count > command.maxPositional)
+        return wrongUse(command, QStringLiteral("too many arguments"));
+    return call;
+}
+
+/// The command that the first words name, the longest name winning, and how
+/// many words that took.
+std::pair<const Command *, qsizetype> findCommand(const QStringList &arguments)
+{
+    std::pair<const Command *, qsizetype> best{nullptr, 0};
+    for (const Command &command : commands()) {
+        const QStringList name = words(command.name);
+        if (name.size() > best.second && arguments.mid(0, name.size()) == name)
+            best = {&command, name.size()};
+    }
+    return best;
+}
+
+/// The usage of all commands that begin with this word ("defaults").
+CommandResult incompleteCommand(const QString &firstWord)
+{
+    QStringList usages;
+    for (const Command &command : commands()) {
+        if (latin(command.name).startsWith(firstWord + u' '))
+            usages += usageLine(command);
+    }
+    return CommandResult::wrongUsage(
+        QStringLiteral("%1 is not complete. Usage: %2").arg(quoted(firstWord), usages.join(QStringLiteral(" | "))));
+}
+
+bool beginsCommand(const QString &firstWord)
+{
+    return std::any_of(commands().begin(), commands().end(),
+                       [&](const Command &command) { return latin(command.name).startsWith(firstWord + u' '); });
+}
+
+/// An exchange document's absolute path; empty when the argument is none.
+QString documentPath(const QString &argument, const QString &workingDirectory)
+{
+    const QUrl url(argument, QUrl::StrictMode);
+    const QString path = url.isLocalFile() ? url.toLocalFile() : argument;
+    if (QFileInfo(path).suffix().toLower() != u"ovexport")
+        return {};
+    return QDir::cleanPath(QDir(workingDirectory).absoluteFilePath(path));
+}
+
+/// What a session manager adds when it restarts programs.
+QStringList withoutSessionId(QStringList arguments)
+{
+    const qsizetype at = arguments.indexOf(QStringLiteral("-session"));
+    if (at == 0 && arguments.size() == 2)
+        arguments.clear();
+    return arguments;
+}
+
+} // namespace
+
+QString helpText()
+{
+    QString help = QStringLiteral("Usage: orvelle [COMMAND [ARGUMENT...]]\n"
+                                  "       orvelle FILE.ovexport...\n\n"
+                                  "Without a command: start Orvelle, or open its settings when it runs.\n\n"
+                                  "Commands:\n");
+    for (const Command &command : commands()) {
+        const QString usage = latin(command.name) + u' ' + latin(command.usage);
+        help += QStringLiteral("  %1  %2\n").arg(usage.trimmed(), -44).arg(QString::fromUtf8(command.summary));
+    }
+    help += QStringLiteral("\nOptions:\n"
+                           "  --help                                        Show this help, or a command's.\n"
+                           "  --version                                     Show the version.\n\n"
+                           "Exit status: 0 done; 1 refused or invalid; 2 wrong usage.\n");
+    return help;
+}
+
+ParsedCommandLine parseCommandLine(const QStringList &given, const QString &workingDirectory)
+{
+    const QStringList arguments = withoutSessionId(given);
+    if (arguments.isEmpty())
+        return PlainStart{};
+    const QString &first = arguments.first();
+    if (first == u"--help" || first == u"-h" || first == u"help")
+        return CommandResult::done(helpText().toUtf8());
+    if (first == u"--version" || first == u"-v")
+        return CommandResult::done(QByteArrayLiteral("orvelle ") + versionText().toUtf8() + '\n');
+
+    if (const auto [command, wordCount] = findCommand(arguments); command) {
+        const auto call = parseCall(*command, arguments.mid(wordCount));
+        if (std::holds_alternative<CommandResult>(call))
+            return std::get<CommandResult>(call);
+        return std::get<CommandCall>(call);
+    }
+    if (beginsCommand(first))
+        return incompleteCommand(first);
+
+    OpenFiles files;
+    for (const QString &argument : arguments) {
+        const QString path = argument.startsWith(u'-') ? QString() : documentPath(argument, workingDirectory);
+        if (path.isEmpty())
+            return CommandResult::wrongUsage(QStringLiteral("%1 is no command and no .ovexport document; see "
+                                                            "orvelle --help")
+                                                 .arg(quoted(argument)));
+        files.paths += path;
+    }
+    return files;
+}
+
+} // namespace orvelle

@@ -1,0 +1,148 @@
+#include "app/cli/LinkCommands.h"
+
+#include "app/cli/CommandLine.h"
+#include "base/Uuid.h"
+#include "links/LinkCodec.h"
+#include "links/LinkDetection.h"
+#include "links/LinkStore.h"
+#include "links/SnapshotStore.h"
+#include "menubar/MenuJson.h"
+#include "platform/Clock.h"
+#include "services/DebugModeManager.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace orvelle {
+
+namespace {
+
+QString oneLine(QString text)
+{
+    for (QChar &c : text) {
+        if (!c.isPrint() && !c.isSurrogate())
+            c = u' ';
+    }
+    return text;
+}
+
+void appendOutline(QString &out, const LinkList &links, int depth)
+{
+    for (const LinkItem &item : links) {
+        out += item.stableId + QStringLiteral("  ") + QString(depth * 2, u' ') + oneLine(item.name);
+        if (item.isGroup())
+            out += u'/';
+        else if (item.type != LinkType::Note)
+            out += QStringLiteral("  ") + oneLine(item.path);
+        out += u'\n';
+        if (item.children)
+            appendOutline(out, *item.children, depth + 1);
+    }
+}
+
+/// A path given relative to the caller's folder as an absolute one; anything
+/// else as it is.
+QString expandedAddress(const QString &text, const QString &workingDirectory)
+{
+    if (isValidLink(text))
+        return text;
+    const QFileInfo file(QDir(workingDirectory), text);
+    return file.exists() ? QDir::cleanPath(file.absoluteFilePath()) : text;
+}
+
+CommandResult storedOrRefused(const CommandContext &context, const QByteArray &out)
+{
+    if (context.links.hasUnsavedChanges())
+        return CommandResult::refused(QStringLiteral("The change could not be saved."));
+    return CommandResult::done(out);
+}
+
+CommandResult noSuchItem()
+{
+    return CommandResult::refused(QStringLiteral("There is no item with this id."));
+}
+
+} // namespace
+
+CommandResult runLinks(const CommandArguments &arguments, CommandContext &context)
+{
+    const LinkList &links = context.links.links();
+    if (arguments.has(QStringLiteral("json")))
+        return CommandResult::done(encodeLinks(links) + '\n');
+    QString out;
+    appendOutline(out, links, 0);
+    return CommandResult::done(out.toUtf8());
+}
+
+CommandResult runMenu(const CommandArguments &arguments, CommandContext &context)
+{
+    const Menu menu = context.buildMenu();
+    return CommandResult::done(arguments.has(QStringLiteral("json")) ? menuJson(menu) : menuOutline(menu).toUtf8());
+}
+
+CommandResult runAdd(const CommandArguments &arguments, CommandContext &context)
+{
+    const QString address = expandedAddress(arguments.positional.at(0), context.workingDirectory);
+    const auto item =
+        linkFromText(address, arguments.options.value(QStringLiteral("name")), context.volumes, context.clock.now());
+    if (!item)
+        return CommandResult::refused(QStringLiteral("This is no address, file or folder that Orvelle can keep."));
+    if (arguments.has(QStringLiteral("group"))) {
+        const auto group = context.links.findByText(arguments.options.value(QStringLiteral("group")));
+        if (!group || !group->isGroup())
+            return CommandResult::refused(QStringLiteral("There is no group with this id."));
+        if (!context.links.addLinkToGroup(*item, group->id))
+            return CommandResult::refused(QStringLiteral("The group cannot take this item."));
+    } else {
+        context.links.addLink(*item);
+    }
+    return storedOrRefused(context, item->stableId.toUtf8() + '\n');
+}
+
+CommandResult runOpen(const CommandArguments &arguments, CommandContext &context)
+{
+    const auto item = context.links.findByText(arguments.positional.at(0));
+    if (!item)
+        return noSuchItem();
+    if (item->isGroup())
+        return CommandResult::refused(QStringLiteral("A group cannot be opened."));
+    if (item->type == LinkType::Note && !context.app)
+        return CommandResult::refused(QStringLiteral("Orvelle must be running to open a note."));
+    if (!context.open(*item))
+        return CommandResult::refused(QStringLiteral("This link leads nowhere, or nothing can open it."));
+    return CommandResult::done();
+}
+
+CommandResult runUndo(const CommandArguments &, CommandContext &context)
+{
+    const auto name = context.links.undoLastDestructiveStep();
+    if (!name)
+        return CommandResult::refused(QStringLiteral("There is nothing to undo."));
+    return storedOrRefused(context, name->toUtf8() + '\n');
+}
+
+CommandResult runSnapshots(const CommandArguments &, CommandContext &context)
+{
+    QString out;
+    for (const SnapshotInfo &snapshot : context.snapshots.list(context.debugMode.isDebugMode())) {
+        out += QStringLiteral("%1  %2  %3  %4\n")
+                   .arg(snapshot.name, snapshot.takenAt.toDateTime().toLocalTime().toString(Qt::ISODate),
+                        oneLine(snapshot.reason), QString::number(snapshot.itemCount));
+    }
+    return CommandResult::done(out.toUtf8());
+}
+
+CommandResult runSnapshotsRestore(const CommandArguments &arguments, CommandContext &context)
+{
+    const QString &name = arguments.positional.at(0);
+    const auto known = context.snapshots.list(context.debugMode.isDebugMode());
+    const bool exists =
+        std::any_of(known.begin(), known.end(), [&](const SnapshotInfo &snapshot) { return snapshot.name == name; });
+    if (!exists)
+        return CommandResult::refused(QStringLiteral("There is no snapshot of this name."));
+    if (!context.links.restoreSnapshot(name))
+        return CommandResult::refused(QStringLiteral("The snapshot cannot be read."));
+    return storedOrRefused(context, {});
+}
+
+} // namespace orvelle
