@@ -1,6 +1,7 @@
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuPopup.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -35,7 +36,6 @@ MenuEntry disabled(const QString &title)
     entry.enabled = false;
     return entry;
 }
-
 
 class MenuPopupTest : public ::testing::Test
 {
@@ -77,8 +77,8 @@ TEST_F(MenuPopupTest, ArrowsSkipWhatCannotBeChosenAndGoRound)
     struct {
         int key;
         const char *expected;
-    } const walk[] = {{Qt::Key_Down, "a"}, {Qt::Key_Down, "b"}, {Qt::Key_Down, "a"}, {Qt::Key_Up, "b"},
-                      {Qt::Key_Home, "a"}, {Qt::Key_End, "b"}, {Qt::Key_PageUp, "a"}};
+    } const walk[] = {{Qt::Key_Down, "a"}, {Qt::Key_Down, "b"}, {Qt::Key_Down, "a"},  {Qt::Key_Up, "b"},
+                      {Qt::Key_Home, "a"}, {Qt::Key_End, "b"},  {Qt::Key_PageUp, "a"}};
     for (const auto &step : walk) {
         press(step.key);
         EXPECT_EQ(current(), QLatin1String(step.expected));
@@ -164,7 +164,7 @@ TEST_F(MenuPopupTest, TypingFindsNamesWithoutCaseAndAccents)
         quint64 pause;
         const char16_t *expected;
     } const cases[] = {
-        {"e", 5000, u"Étoile"}, {"t", 200, u"Étoile"}, {"n", 200, u"Etna"}, {"z", 1500, u"Zoo"},
+        {"e", 5000, u"Étoile"}, {"t", 200, u"Étoile"}, {"n", 200, u"Etna"},    {"z", 1500, u"Zoo"},
         {"e", 1500, u"Étoile"}, {"e", 100, u"Etna"},   {"&", 1500, u"& more"}, {"q", 1500, u"& more"},
     };
     for (const auto &each : cases) {
@@ -233,6 +233,25 @@ TEST_F(MenuPopupTest, AWidgetRowThatGrowsKeepsTheRowsAboveInPlace)
     EXPECT_GT(panel.rowRect(2).y(), before);
     EXPECT_EQ(panel.height(), panel.wantedSize().height());
     EXPECT_EQ(label->geometry(), panel.rowRect(1));
+}
+
+TEST_F(MenuPopupTest, RowsAndButtonsAreNamedForAssistiveTechnology)
+{
+    open({item(u"a"_s), ofKind(MenuEntry::Kind::Submenu, u"g"_s), disabled(u"off"_s),
+          ofKind(MenuEntry::Kind::BottomRow)});
+    QAccessibleInterface *menu = QAccessible::queryAccessibleInterface(popup.panels().constFirst());
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(menu->role(), QAccessible::PopupMenu);
+    ASSERT_EQ(menu->childCount(), 6);
+    EXPECT_EQ(menu->child(1)->text(QAccessible::Name), u"g"_s);
+    EXPECT_TRUE(menu->child(1)->state().hasPopup);
+    EXPECT_TRUE(menu->child(2)->state().disabled);
+    EXPECT_EQ(menu->child(4)->text(QAccessible::Name), BottomRowView::name(1));
+    menu->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QApplication::processEvents();
+    QApplication::processEvents();
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(*chosen, item(u"a"_s).action);
 }
 
 TEST(BottomRowTest, ShortLabelsServeANarrowMenu)

@@ -38,8 +38,8 @@ MenuFrame menuGeometry(const QSize &size, const MenuPlacement &placement, const 
     const int width = std::min(size.width(), available.width());
     const int x = besideX(at, width, available, rightToLeft);
 
-    const bool sidePanel = placement.atIcon && (at.x() < available.x() || at.x() >= right(available))
-                           && at.y() >= available.y() && at.y() < bottom(available);
+    const bool sidePanel = placement.atIcon && (at.x() < available.x() || at.x() >= right(available)) &&
+                           at.y() >= available.y() && at.y() < bottom(available);
     if (sidePanel) {
         const int height = std::min(size.height(), available.height());
         return {{x, clampedStart(at.y(), height, available.y(), bottom(available)), width, height}, false};
@@ -67,7 +67,8 @@ QRect submenuGeometry(const QSize &size, const QRect &parent, const QRect &row, 
     const int before = parent.x() - available.x() + overlap;
     const bool fitsAfter = width <= after;
     const bool fitsBefore = width <= before;
-    const bool toTheRight = rightToLeft ? !fitsBefore && (fitsAfter || after > before) : fitsAfter || (!fitsBefore && after >= before);
+    const bool toTheRight =
+        rightToLeft ? !fitsBefore && (fitsAfter || after > before) : fitsAfter || (!fitsBefore && after >= before);
     const int x = toTheRight ? right(parent) - overlap : parent.x() + overlap - width;
     return {clampedStart(x, width, available.x(), right(available)),
             clampedStart(row.y() - inset, height, available.y(), bottom(available)), width, height};

@@ -15,11 +15,11 @@
 namespace orvelle {
 namespace {
 
-constexpr int margin = 10;      ///< from the panel's edge to the icon, and at the end of the row
-constexpr int iconGap = 9;      ///< between icon and name
+constexpr int margin = 10; ///< from the panel's edge to the icon, and at the end of the row
+constexpr int iconGap = 9; ///< between icon and name
 constexpr int chevronSide = 10;
-constexpr int chevronGap = 14;  ///< between name and chevron
-constexpr int rowPadding = 4;   ///< above and below the line of text
+constexpr int chevronGap = 14; ///< between name and chevron
+constexpr int rowPadding = 4;  ///< above and below the line of text
 constexpr int separatorHeight = 9;
 constexpr double tintRadius = 5;
 constexpr double iconContrast = 2.0;
@@ -54,8 +54,11 @@ QString displayTitle(const QString &title)
 }
 
 MenuLook::MenuLook(const QWidget &widget)
-    : m_widget(widget), m_metrics(widget.font()), m_italicMetrics(italic(widget.font())),
-      m_frameWidth(std::max(1, widget.style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, &widget)))
+    : m_widget(widget),
+      m_metrics(widget.font()),
+      m_italicMetrics(italic(widget.font())),
+      m_frameWidth(std::max(1, widget.style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, &widget))),
+      m_ground(paintedGround())
 {
 }
 
@@ -116,10 +119,23 @@ QString MenuLook::elidedTitle(const MenuEntry &entry, const QRect &row) const
     return metrics.elidedText(displayTitle(entry.title), Qt::ElideMiddle, titleRect(entry, row).width());
 }
 
-void MenuLook::paintPanel(QPainter &painter) const
+/// Styles fill their menus as they like, so the colour is looked up in a drawn
+/// panel.
+QColor MenuLook::paintedGround() const
 {
+    QImage sample(16, 16, QImage::Format_RGB32);
+    QPainter painter(&sample);
+    paintPanel(painter, sample.rect());
+    painter.end();
+    return sample.pixelColor(sample.rect().center());
+}
+
+void MenuLook::paintPanel(QPainter &painter, const QRect &rect) const
+{
+    painter.fillRect(rect, m_widget.palette().window());
     QStyleOptionMenuItem panel;
     panel.initFrom(&m_widget);
+    panel.rect = rect;
     panel.state = QStyle::State_None;
     panel.checkType = QStyleOptionMenuItem::NotCheckable;
     panel.maxIconWidth = 0;
@@ -127,6 +143,7 @@ void MenuLook::paintPanel(QPainter &painter) const
     m_widget.style()->drawPrimitive(QStyle::PE_PanelMenu, &panel, &painter, &m_widget);
     QStyleOptionFrame frame;
     frame.initFrom(&m_widget);
+    frame.rect = rect;
     frame.state = QStyle::State_None;
     frame.lineWidth = m_frameWidth;
     frame.midLineWidth = 0;
@@ -137,25 +154,28 @@ MenuLook::Ink MenuLook::rowInk(const MenuEntry &entry, bool selected) const
 {
     const QPalette &palette = m_widget.palette();
     if (!entry.enabled)
-        return {palette.color(QPalette::Window), palette.color(QPalette::Disabled, QPalette::WindowText), false, false};
+        return {m_ground, palette.color(QPalette::Disabled, QPalette::WindowText), false, false};
     if (selected)
         return {palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText), true, true};
-    const QColor ground = palette.color(QPalette::Window);
     const QColor text = palette.color(QPalette::WindowText);
     if (!entry.tint)
-        return {ground, text, true, false};
-    const Tint tint = softTint(toQColor(*entry.tint, palette), ground, text);
+        return {m_ground, text, true, false};
+    const Tint tint = softTint(toQColor(*entry.tint, palette), m_ground, text);
     return {tint.ground, tint.text, true, false};
 }
 
 void MenuLook::paintRow(QPainter &painter, const MenuEntry &entry, const QRect &row, bool selected, int button) const
 {
     switch (entry.kind) {
-    case MenuEntry::Kind::Separator: return paintSeparator(painter, row);
-    case MenuEntry::Kind::BottomRow: return paintBottomRow(painter, row, selected, button);
-    case MenuEntry::Kind::Widget: return;
+    case MenuEntry::Kind::Separator:
+        return paintSeparator(painter, row);
+    case MenuEntry::Kind::BottomRow:
+        return paintBottomRow(painter, row, selected, button);
+    case MenuEntry::Kind::Widget:
+        return;
     case MenuEntry::Kind::Item:
-    case MenuEntry::Kind::Submenu: break;
+    case MenuEntry::Kind::Submenu:
+        break;
     }
     const Ink ink = rowInk(entry, selected);
     if (ink.selected) {
@@ -194,8 +214,8 @@ void MenuLook::paintIcon(QPainter &painter, const MenuEntry &entry, const QRect 
     QColor color = ink.text;
     if (icon.color && ink.enabled && !ink.selected)
         color = readable(toQColor(*icon.color, m_widget.palette()), ink.ground, ink.text, iconContrast);
-    const QPixmap pixmap =
-        linkPixmap({icon.imageData, icon.filePath, icon.symbol}, iconSide, color, painter.device()->devicePixelRatioF());
+    const QPixmap pixmap = linkPixmap({icon.imageData, icon.filePath, icon.symbol}, iconSide, color,
+                                      painter.device()->devicePixelRatioF());
     if (pixmap.isNull())
         return;
     const bool picture = !icon.imageData.isEmpty() || !icon.filePath.isEmpty();
@@ -248,7 +268,8 @@ void MenuLook::paintBottomRow(QPainter &painter, const QRect &row, bool selected
         const int x = rect.x() + (rect.width() - content) / 2;
         const QRect icon(x, rect.y() + (rect.height() - BottomRowView::iconSide) / 2, BottomRowView::iconSide,
                          BottomRowView::iconSide);
-        const QRect label(x + BottomRowView::iconSide + BottomRowView::iconGap, rect.y(), labelWidth + 1, rect.height());
+        const QRect label(x + BottomRowView::iconSide + BottomRowView::iconGap, rect.y(), labelWidth + 1,
+                          rect.height());
         const Qt::LayoutDirection direction = m_widget.layoutDirection();
         paintSymbol(painter, BottomRowView::symbol(i), QStyle::visualRect(direction, rect, icon), color);
         painter.setPen(color);
@@ -259,13 +280,12 @@ void MenuLook::paintBottomRow(QPainter &painter, const QRect &row, bool selected
 
 void MenuLook::paintScroller(QPainter &painter, const QRect &strip, bool upper) const
 {
-    const QColor ground = m_widget.palette().color(QPalette::Window);
-    QColor clear = ground;
+    QColor clear = m_ground;
     clear.setAlpha(0);
     QLinearGradient fade(strip.topLeft(), strip.bottomLeft());
     fade.setColorAt(upper ? 1 : 0, clear);
-    fade.setColorAt(upper ? 0.55 : 0.45, ground);
-    fade.setColorAt(upper ? 0 : 1, ground);
+    fade.setColorAt(upper ? 0.55 : 0.45, m_ground);
+    fade.setColorAt(upper ? 0 : 1, m_ground);
     painter.fillRect(strip, fade);
     QRect arrow(0, 0, chevronSide, chevronSide);
     arrow.moveCenter(strip.center());

@@ -5,9 +5,9 @@
 #include <QColor>
 #include <QFont>
 #include <QFontMetrics>
+#include <QWidget>
 
 class QPainter;
-class QWidget;
 
 namespace orvelle {
 
@@ -31,7 +31,7 @@ public:
     QString elidedTitle(const MenuEntry &entry, const QRect &row) const;
     const QFontMetrics &fontMetrics() const { return m_metrics; }
 
-    void paintPanel(QPainter &painter) const;
+    void paintPanel(QPainter &painter) const { paintPanel(painter, m_widget.rect()); }
     /// `button` is the current one in a selected bottom row.
     void paintRow(QPainter &painter, const MenuEntry &entry, const QRect &row, bool selected, int button = 0) const;
     /// The strip that tells of rows beyond the edge.
@@ -49,6 +49,8 @@ private:
         bool selected = false;
     };
 
+    QColor paintedGround() const;
+    void paintPanel(QPainter &painter, const QRect &rect) const;
     bool rightToLeft() const;
     int wantedWidth(const MenuEntry &entry) const;
     Ink rowInk(const MenuEntry &entry, bool selected) const;
@@ -64,6 +66,7 @@ private:
     QFontMetrics m_metrics;
     QFontMetrics m_italicMetrics;
     int m_frameWidth = 1;
+    QColor m_ground; ///< behind the rows
 };
 
 /// A name as one line: without control characters, and of a very long one only

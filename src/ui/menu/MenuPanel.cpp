@@ -2,11 +2,11 @@
 
 #include "ui/menu/BottomRowView.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QEvent>
-#include <QFontMetrics>
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QStyle>
 
 #include <algorithm>
@@ -37,8 +37,7 @@ Widget &dressed(Widget &widget)
 } // namespace
 
 MenuPanel::MenuPanel(const QList<MenuEntry> &entries, const WidgetRowFactory &factory)
-    : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), m_look(dressed(*this)), m_rows(entries),
-      m_factory(factory)
+    : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), m_look(dressed(*this)), m_rows(entries), m_factory(factory)
 {
     setMouseTracking(true);
     setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
@@ -104,8 +103,8 @@ void MenuPanel::placeWidgets()
 
 QRect MenuPanel::viewport() const
 {
-    const QRect inner = rect().adjusted(m_look.sideFrame(), m_look.verticalFrame(), -m_look.sideFrame(),
-                                        -m_look.verticalFrame());
+    const QRect inner =
+        rect().adjusted(m_look.sideFrame(), m_look.verticalFrame(), -m_look.sideFrame(), -m_look.verticalFrame());
     return inner.adjusted(0, 0, 0, -m_rows.pinnedHeight());
 }
 
@@ -154,6 +153,11 @@ void MenuPanel::setCurrent(int row, int button)
     m_current = row;
     m_button = button;
     updateRow(m_current);
+    if (m_current >= 0) {
+        QAccessibleEvent focused(this, QAccessible::Focus);
+        focused.setChild(m_current + m_button);
+        QAccessible::updateAccessibility(&focused);
+    }
     emit currentChanged();
 }
 
@@ -207,7 +211,8 @@ void MenuPanel::ensureVisible(int row)
 
 int MenuPanel::sameEntry(const MenuEntry &entry) const
 {
-    const auto found = std::ranges::find_if(m_rows.entries(), [&](const MenuEntry &each) { return isSame(each, entry); });
+    const auto found =
+        std::ranges::find_if(m_rows.entries(), [&](const MenuEntry &each) { return isSame(each, entry); });
     return found == m_rows.entries().end() ? -1 : static_cast<int>(found - m_rows.entries().begin());
 }
 
@@ -276,8 +281,9 @@ void MenuPanel::paintEvent(QPaintEvent *event)
 {
     {
         QPainter painter(this);
-        painter.fillRect(event->rect(), palette().window());
+        painter.setClipRect(event->rect());
         m_look.paintPanel(painter);
+        painter.setClipping(false);
         paintRows(painter, event->rect());
     }
     if (!m_paintedOnce) {

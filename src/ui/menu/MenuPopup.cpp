@@ -1,6 +1,7 @@
 #include "ui/menu/MenuPopup.h"
 
 #include "ui/menu/BottomRowView.h"
+#include "ui/menu/MenuAccessible.h"
 
 #include <QCursor>
 #include <QEvent>
@@ -35,6 +36,7 @@ void MenuPopup::PanelDeleter::operator()(MenuPanel *panel) const
 MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
     : QObject(parent), m_childEntries(std::move(childEntries))
 {
+    installMenuAccessibility();
     m_submenuTimer.setSingleShot(true);
     m_aimTimer.setSingleShot(true);
     m_scrollTimer.setInterval(scrollInterval);
@@ -73,8 +75,7 @@ MenuPopup::PanelPointer MenuPopup::makePanel(const QList<MenuEntry> &entries)
     return made;
 }
 
-void MenuPopup::present(const Menu &menu, const MenuPlacement &placement,
-                        std::function<void(MenuAction chosen)> closed)
+void MenuPopup::present(const Menu &menu, const MenuPlacement &placement, std::function<void(MenuAction chosen)> closed)
 {
     finish({});
     m_closed = std::move(closed);
@@ -88,9 +89,11 @@ void MenuPopup::present(const Menu &menu, const MenuPlacement &placement,
     const QRect available = screenAt(placement.position)->availableGeometry();
     m_frame = menuGeometry(root.wantedSize(), placement, available, QGuiApplication::isRightToLeft());
     root.setGeometry(m_frame.rect);
-    root.show();
     m_grabTries = 0;
-    grabInput();
+    // The toolkit grabs when it shows a popup; this one tries again where the
+    // tray host still held the pointer, and waits for the first frame.
+    connect(&root, &MenuPanel::painted, this, &MenuPopup::grabInput);
+    root.show();
 }
 
 void MenuPopup::fitPanel(MenuPanel *changed)
@@ -112,8 +115,7 @@ void MenuPopup::grabInput()
     if (m_panels.empty())
         return;
     QWindow *window = panel(0).windowHandle();
-    const bool grabbed =
-        window && window->setMouseGrabEnabled(true) && window->setKeyboardGrabEnabled(true);
+    const bool grabbed = window && window->setMouseGrabEnabled(true) && window->setKeyboardGrabEnabled(true);
     if (!grabbed && ++m_grabTries < mostGrabTries)
         m_grabTimer.start();
 }
@@ -220,11 +222,15 @@ void MenuPopup::activate(int level)
         return;
     const MenuEntry entry = at.rows().at(row);
     switch (entry.kind) {
-    case MenuEntry::Kind::Submenu: return openSubmenu(level, row, true);
-    case MenuEntry::Kind::BottomRow: return finish(BottomRowView::action(at.currentButton()));
-    case MenuEntry::Kind::Item: return finish(entry.action);
+    case MenuEntry::Kind::Submenu:
+        return openSubmenu(level, row, true);
+    case MenuEntry::Kind::BottomRow:
+        return finish(BottomRowView::action(at.currentButton()));
+    case MenuEntry::Kind::Item:
+        return finish(entry.action);
     case MenuEntry::Kind::Separator:
-    case MenuEntry::Kind::Widget: return;
+    case MenuEntry::Kind::Widget:
+        return;
     }
 }
 

@@ -45,12 +45,18 @@ bool MenuPopup::keyPressed(const QKeyEvent &event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-    case Qt::Key_Select: activate(level); return true;
+    case Qt::Key_Select:
+        activate(level);
+        return true;
     case Qt::Key_Left:
-    case Qt::Key_Right: return sidewaysKey(level, event.key());
-    case Qt::Key_Tab: return tabKey(level, event.modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
-    case Qt::Key_Backtab: return tabKey(level, -1);
-    default: break;
+    case Qt::Key_Right:
+        return sidewaysKey(level, event.key());
+    case Qt::Key_Tab:
+        return tabKey(level, event.modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+    case Qt::Key_Backtab:
+        return tabKey(level, -1);
+    default:
+        break;
     }
     if (!navigationKey(level, event.key()))
         typed(level, event);
@@ -63,13 +69,26 @@ bool MenuPopup::navigationKey(int level, int key)
     const MenuRows &rows = at.rows();
     const int row = at.currentRow();
     switch (key) {
-    case Qt::Key_Down: moveTo(level, rows.next(row, 1)); return true;
-    case Qt::Key_Up: moveTo(level, rows.next(row, -1)); return true;
-    case Qt::Key_Home: moveTo(level, rows.next(-1, 1)); return true;
-    case Qt::Key_End: moveTo(level, rows.next(-1, -1)); return true;
-    case Qt::Key_PageDown: moveTo(level, rows.page(row, at.pageHeight())); return true;
-    case Qt::Key_PageUp: moveTo(level, rows.page(row, -at.pageHeight())); return true;
-    default: return false;
+    case Qt::Key_Down:
+        moveTo(level, rows.next(row, 1));
+        return true;
+    case Qt::Key_Up:
+        moveTo(level, rows.next(row, -1));
+        return true;
+    case Qt::Key_Home:
+        moveTo(level, rows.next(-1, 1));
+        return true;
+    case Qt::Key_End:
+        moveTo(level, rows.next(-1, -1));
+        return true;
+    case Qt::Key_PageDown:
+        moveTo(level, rows.page(row, at.pageHeight()));
+        return true;
+    case Qt::Key_PageUp:
+        moveTo(level, rows.page(row, -at.pageHeight()));
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -110,8 +129,8 @@ bool MenuPopup::tabKey(int level, int step)
 
 void MenuPopup::typed(int level, const QKeyEvent &event)
 {
-    if (event.text().isEmpty() || !event.text().front().isPrint()
-        || event.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+    if (event.text().isEmpty() || !event.text().front().isPrint() ||
+        event.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return;
     const MenuRows &rows = panel(level).rows();
     const auto name = [&rows](int row) { return rows.isSelectable(row) ? rows.at(row).title : QString(); };

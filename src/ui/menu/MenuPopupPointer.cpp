@@ -39,17 +39,24 @@ bool MenuPopup::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonRelease:
         pointerReleased(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
         return true;
-    case QEvent::Wheel: wheeled(*static_cast<QWheelEvent *>(event)); return true;
-    case QEvent::KeyPress: return m_parked || keyPressed(*static_cast<QKeyEvent *>(event));
-    case QEvent::ToolTip: showToolTip(*static_cast<QHelpEvent *>(event)); return true;
-    case QEvent::ContextMenu: return true;
+    case QEvent::Wheel:
+        wheeled(*static_cast<QWheelEvent *>(event));
+        return true;
+    case QEvent::KeyPress:
+        return m_parked || keyPressed(*static_cast<QKeyEvent *>(event));
+    case QEvent::ToolTip:
+        showToolTip(*static_cast<QHelpEvent *>(event));
+        return true;
+    case QEvent::ContextMenu:
+        return true;
     case QEvent::Hide:
     case QEvent::Close:
         // Somebody else took the popup down: the compositor, or the session.
         if (watched == m_panels.front().get())
             finish({});
         return false;
-    default: return false;
+    default:
+        return false;
     }
 }
 
@@ -180,7 +187,8 @@ void MenuPopup::showToolTip(const QHelpEvent &event)
     if (title.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(event.globalPos(), u"<p>"_s + title.left(longestToolTip).toHtmlEscaped() + u"</p>"_s, &panel(place.level));
+        QToolTip::showText(event.globalPos(), u"<p>"_s + title.left(longestToolTip).toHtmlEscaped() + u"</p>"_s,
+                           &panel(place.level));
 }
 
 } // namespace orvelle

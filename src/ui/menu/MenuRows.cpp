@@ -12,10 +12,17 @@ void MenuRows::layOut(const RowHeights &heights, const WidgetHeight &widgetHeigh
         int height = heights.item;
         switch (at(row).kind) {
         case MenuEntry::Kind::Item:
-        case MenuEntry::Kind::Submenu: break;
-        case MenuEntry::Kind::Separator: height = heights.separator; break;
-        case MenuEntry::Kind::BottomRow: height = heights.bottomRow; break;
-        case MenuEntry::Kind::Widget: height = widgetHeight(row); break;
+        case MenuEntry::Kind::Submenu:
+            break;
+        case MenuEntry::Kind::Separator:
+            height = heights.separator;
+            break;
+        case MenuEntry::Kind::BottomRow:
+            height = heights.bottomRow;
+            break;
+        case MenuEntry::Kind::Widget:
+            height = widgetHeight(row);
+            break;
         }
         m_tops.push_back(m_tops.back() + height);
     }
