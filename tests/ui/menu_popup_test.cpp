@@ -264,6 +264,8 @@ TEST(BottomRowTest, ShortLabelsServeANarrowMenu)
     const QRect narrow(0, 0, BottomRowView::preferredWidth(font), 30);
     const auto tight = BottomRowView::buttons(narrow, font, true);
     EXPECT_EQ(tight[0].label, text("menu.newLinkShort"_text));
+    EXPECT_EQ(tight[1].label, text("menu.newNoteShort"_text));
+    EXPECT_EQ(tight[2].label, BottomRowView::name(2));
     EXPECT_GT(tight[0].rect.x(), tight[2].rect.x()) << "mirrored";
     EXPECT_EQ(tight[2].rect.x(), 0);
 }

@@ -29,7 +29,8 @@ const ButtonKind &kind(int button)
 
 Widths naturalWidths(const QFontMetrics &font, TextKey ButtonKind::*label)
 {
-    constexpr int besideLabel = 2 * BottomRowView::padding + BottomRowView::iconSide + BottomRowView::iconGap;
+    // One more pixel, as rounding the shared room may take one.
+    constexpr int besideLabel = 1 + 2 * BottomRowView::padding + BottomRowView::iconSide + BottomRowView::iconGap;
     Widths widths = {};
     std::ranges::transform(kinds, widths.begin(), [&](const ButtonKind &each) {
         return besideLabel + font.horizontalAdvance(text(each.*label));
