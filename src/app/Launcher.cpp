@@ -7,6 +7,7 @@
 #include "app/cli/CommandLine.h"
 #include "base/Text.h"
 #include "base/Translations.h"
+#include "ui/common/Icons.h"
 
 #include <QApplication>
 #include <QDir>
@@ -213,6 +214,7 @@ int Launcher::runApplication(const FirstRequest &request)
         return handOverWithoutDisplay(request);
     GuiApplication app(m_argc, m_argv);
     installTranslations(app, QLocale::system());
+    QApplication::setWindowIcon(symbolIcon(QStringLiteral("link")));
     Application *running = nullptr;
     if (!m_hasBus) {
         const Folders folders = Folders::ofUser();
