@@ -13,6 +13,7 @@ fail() {
 [ "$ORVELLE_DARK" = no ] || export ORVELLE_COLOR_SCHEME=dark
 xsetroot -solid '#3b5a72' 2> /dev/null || true
 seed_tree "$tree"
+"$orvelle" defaults write HasLaunchedBefore bool true
 shot "$ORVELLE_DESKTOP/before.png"
 start_orvelle
 wait_until 20 tray_icon "$ORVELLE_DESKTOP/before.png" || fail "no icon appeared in the tray"

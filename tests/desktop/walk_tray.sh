@@ -13,7 +13,7 @@ fail() {
     echo "FAILED: $1" >&2
     mkdir -p build/screenshots
     shot "build/screenshots/walk-failed-${ORVELLE_WALK_NAME-}.png" && echo "the screen is in build/screenshots" >&2
-    echo "--- windows" >&2; xwininfo -root -tree >&2
+    echo "--- windows" >&2; xwininfo -root -children >&2
     echo "--- Orvelle's output" >&2; tail -n 40 "$ORVELLE_DESKTOP/log/orvelle" >&2
     exit 1
 }
@@ -50,6 +50,7 @@ seed() {
  {"name": "Zulu", "path": "http://zulu.invalid/", "type": "url"}]
 JSON
     seed_tree "$ORVELLE_DESKTOP/tree.json" || fail "the tree could not be stored"
+    "$orvelle" defaults write HasLaunchedBefore bool true || fail "the settings could not be stored"
 }
 
 icon_is_there() { tray_icon "$before"; }
@@ -137,26 +138,31 @@ right_click_shows_two_items() {
     click_icon 3
     choose_by_keys Down Return
     expect 10 "the first item of the right-click menu did not open the settings" app_window
-    xdotool windowclose "$(app_window)" || true
-    expect 10 "the settings did not close" no_app_window
+    close_app_window
     is_running || fail "Orvelle ended with its settings window"
     "$orvelle" settings || fail "orvelle settings failed"
     expect 10 "orvelle settings opened no window" app_window
-    xdotool windowactivate "$(app_window)" key alt+F4
-    expect 10 "the settings did not close" no_app_window
+    close_app_window
 
     click_icon 3
     choose_by_keys Down Down Return
     expect 10 "the second item of the right-click menu did not quit" has_ended
 }
+close_app_window() {
+    xdotool windowactivate "$(app_window)"
+    is_active() { [ "$(xdotool getactivewindow)" = "$(app_window)" ]; }
+    expect 10 "the settings did not come to the front" is_active
+    xdotool key alt+F4
+    expect 10 "the settings did not close" no_app_window
+}
 # The menu of a right click may be the panel's own.
-any_menu_open() { menus_open 1 || xdotool search --onlyvisible --class '^[xX]fce4-panel$' 2> /dev/null | popup_among; }
-popup_among() {
+any_menu_open() {
     local window
-    while read -r window; do
-        xprop -id "$window" _NET_WM_WINDOW_TYPE 2> /dev/null | grep -q MENU && return 0
+    for window in $(xwininfo -root -children | grep -o '^ *0x[0-9a-f]*'); do
+        xwininfo -id "$window" 2> /dev/null | grep -q 'IsViewable' &&
+            xprop -id "$window" _NET_WM_WINDOW_TYPE 2> /dev/null | grep -q MENU && return 0
     done
-    return 1
+    menus_open 1
 }
 choose_by_keys() {
     expect 10 "a right click opened no menu" any_menu_open
