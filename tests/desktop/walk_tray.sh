@@ -131,12 +131,14 @@ keys_open_entries() {
     expect 10 "the focus did not come back" has_focus
     kill "$other"
     wait "$other" 2> /dev/null
+    other_is_gone() { ! xdotool search --onlyvisible --name '^Event Tester$'; }
+    expect 10 "the other window stayed" other_is_gone
 }
 
 right_click_shows_two_items() {
     step "a right click shows two items: settings and quit"
-    click_icon 3
-    choose_by_keys Down Return
+    right_click
+    xdotool key Down Return
     expect 10 "the first item of the right-click menu did not open the settings" app_window
     close_app_window
     is_running || fail "Orvelle ended with its settings window"
@@ -144,8 +146,8 @@ right_click_shows_two_items() {
     expect 10 "orvelle settings opened no window" app_window
     close_app_window
 
-    click_icon 3
-    choose_by_keys Down Down Return
+    right_click
+    xdotool key Down Down Return
     expect 10 "the second item of the right-click menu did not quit" has_ended
 }
 close_app_window() {
@@ -164,9 +166,15 @@ any_menu_open() {
     done
     menus_open 1
 }
-choose_by_keys() {
-    expect 10 "a right click opened no menu" any_menu_open
-    xdotool key "$@"
+# A click that comes right after a menu was dismissed counts as the one that
+# dismissed it, so the second try has to work.
+right_click() {
+    local try
+    for try in first second; do
+        click_icon 3
+        wait_until 3 any_menu_open && return
+    done
+    fail "a right click opened no menu"
 }
 
 register_handler
