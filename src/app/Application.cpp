@@ -23,6 +23,8 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_keysBefore(opened.defaults->keys()),
       m_damagedCopy(opened.damagedCopy),
       m_notWritable(opened.notWritable),
+      m_colorScheme(surroundings.sessionBus),
+      m_theme(m_colorScheme),
       m_powerEvents(surroundings.sessionBus),
       m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
       m_workspace(surroundings.sessionBus),
@@ -75,6 +77,7 @@ SettingsServices Application::settingsServices(AppWindows &windows)
 void Application::start()
 {
     m_delegate.applicationDidFinishLaunching();
+    m_colorScheme.start();
     m_core.links.restoreRootAccess();
     m_core.defaults->startWatching();
     m_powerEvents.start();

@@ -8,12 +8,14 @@
 #include "app/cli/CommandContext.h"
 #include "app/cli/CommandResult.h"
 #include "menubar/MenuBarManager.h"
+#include "platform/freedesktop/DesktopColorScheme.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/GioWorkspace.h"
 #include "platform/freedesktop/JournalLog.h"
 #include "platform/freedesktop/LogindPowerEvents.h"
 #include "ui/common/MessageAlerts.h"
 #include "ui/common/QtFolderChooser.h"
+#include "ui/common/Theme.h"
 #include "ui/menu/MenuPopup.h"
 
 namespace orvelle {
@@ -62,6 +64,8 @@ private:
     QStringList m_keysBefore; ///< the settings' keys before the tree was loaded
     std::optional<QString> m_damagedCopy;
     std::optional<DefaultsError> m_notWritable;
+    DesktopColorScheme m_colorScheme;
+    Theme m_theme;
     LogindPowerEvents m_powerEvents;
     CoreServices m_core;
     QtFolderChooser m_folderChooser;

@@ -25,10 +25,7 @@ struct Timestamp {
     constexpr double unixSeconds() const { return seconds + unixEpochOffset; }
 
     /// Rounded to whole milliseconds, in UTC.
-    QDateTime toDateTime() const
-    {
-        return QDateTime::fromMSecsSinceEpoch(qRound64(unixSeconds() * 1000.0), Qt::UTC);
-    }
+    QDateTime toDateTime() const { return QDateTime::fromMSecsSinceEpoch(qRound64(unixSeconds() * 1000.0), Qt::UTC); }
 
     friend constexpr auto operator<=>(const Timestamp &, const Timestamp &) = default;
 

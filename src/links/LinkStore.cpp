@@ -88,7 +88,7 @@ LinkStore::Outcome LinkStore::perform(const Pending &pending, bool triggerSync)
 
 bool LinkStore::keepSnapshot(Step step, const QString &reason, const LinkList &links)
 {
-    if (step == Step::Ordinary || links.isEmpty())
+    if (step == Step::Ordinary)
         return true;
     const auto taken = m_services.snapshots.take(links, reason, m_loadedInDebugMode);
     if (taken)

@@ -92,6 +92,9 @@ public:
     virtual void present(const Menu &menu, const MenuPlacement &placement,
                          std::function<void(MenuAction chosen)> closed) = 0;
     virtual bool isOpen() const = 0;
+    /// Whether the last menu went because a button was pressed beside it: the
+    /// click may have been meant for the icon, whose host reports it too.
+    virtual bool wasClosedByPress() const = 0;
     /// Closes without animation; `closed` is still called.
     virtual void close() = 0;
     /// The pointer's place in global pixels.

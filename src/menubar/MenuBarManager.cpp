@@ -163,7 +163,7 @@ void MenuBarManager::menuDidClose(const MenuAction &chosen, WindowToken previous
         m_services.jobs.stopLiveWidgets();
     // Before the choice is carried out: what it opens is to have the focus.
     m_services.workspace.focusWindow(previousWindow);
-    if (chosen.kind == MenuAction::Kind::None)
+    if (m_services.presenter.wasClosedByPress())
         m_dismissedAt = m_services.clock.now();
     perform(chosen);
 }

@@ -98,7 +98,7 @@ private:
     Services m_services;
     MenuBuilder m_builder;
     LinkOpener m_opener;
-    std::optional<Timestamp> m_dismissedAt; ///< when a menu closed without a choice
+    std::optional<Timestamp> m_dismissedAt; ///< when a press beside it closed a menu
     bool m_isShowingPopupMenu = false;
     bool m_liveWidgets = false;
     bool m_waitingForTray = false;

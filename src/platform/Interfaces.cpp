@@ -1,4 +1,5 @@
 // Gives the output of moc for the interfaces of this folder a home.
+#include "platform/Appearance.h"
 #include "platform/PowerEvents.h"
 #include "platform/StatusItem.h"
 #include "platform/UserDefaults.h"

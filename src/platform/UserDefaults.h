@@ -13,8 +13,8 @@
 
 namespace orvelle {
 
-using DefaultsValue = std::variant<bool, qint64, double, QString, QByteArray, Timestamp, QStringList,
-                                   QList<QByteArray>, QList<qint64>>;
+using DefaultsValue =
+    std::variant<bool, qint64, double, QString, QByteArray, Timestamp, QStringList, QList<QByteArray>, QList<qint64>>;
 
 /// Why a change was not stored. The stored data is as it was before.
 struct DefaultsError {

@@ -8,8 +8,8 @@ namespace orvelle {
 
 /// A network volume as it is mounted here.
 struct RemoteVolume {
-    QString mountPoint;      ///< absolute path without trailing slash ("/" alone excepted)
-    QString remountAddress;  ///< "smb://server/share", percent-encoded, without trailing slash
+    QString mountPoint;     ///< absolute path without trailing slash ("/" alone excepted)
+    QString remountAddress; ///< "smb://server/share", percent-encoded, without trailing slash
     friend bool operator==(const RemoteVolume &, const RemoteVolume &) = default;
 };
 

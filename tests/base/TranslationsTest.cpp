@@ -1,5 +1,6 @@
-#include "base/Text.h"
 #include "base/Translations.h"
+
+#include "base/Text.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -114,6 +114,17 @@ TEST_F(StoreTest, DestructiveStepsLeaveSnapshots)
     EXPECT_EQ(stored(), u"b c d");
 }
 
+TEST_F(StoreTest, AStepThatFillsAnEmptyTreeCanBeTakenBackToo)
+{
+    put(u"a"_s);
+    start();
+    store->removeLink(idOf(u"a"_s));
+    ASSERT_TRUE(store->restoreSnapshot(snapshots.list(false).first().name));
+    EXPECT_EQ(stored(), u"a");
+    EXPECT_TRUE(store->undoLastDestructiveStep());
+    EXPECT_EQ(stored(), u"");
+}
+
 TEST_F(StoreTest, NoSnapshotNoDestruction)
 {
     put(u"a b"_s);

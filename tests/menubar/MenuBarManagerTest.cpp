@@ -152,11 +152,16 @@ TEST(MenuBarManager, ClicksOpenAndCloseAndGiveTheFocusBack)
     // The press that dismissed the popup arrives once more, as a click.
     shell.clock.advance(1s);
     shell.statusItem.userClicks({10, 20});
-    shell.presenter.userChooses({});
+    shell.presenter.userPressesBeside();
     shell.clock.advance(200ms);
     shell.statusItem.userClicks({10, 20});
     EXPECT_FALSE(shell.presenter.isOpen());
     shell.statusItem.userClicks({10, 20});
+    EXPECT_TRUE(shell.presenter.isOpen());
+
+    // Escape leaves no click behind.
+    shell.presenter.userChooses({});
+    shell.statusItem.userRightClicks({10, 20});
     EXPECT_TRUE(shell.presenter.isOpen());
 }
 

@@ -77,8 +77,10 @@ public:
         menu = shown;
         placement = where;
         m_closed = std::move(closed);
+        m_closedByPress = false;
     }
     bool isOpen() const override { return menu.has_value(); }
+    bool wasClosedByPress() const override { return m_closedByPress; }
     void close() override { userChooses({}); }
     QPoint pointerPosition() const override { return {300, 400}; }
 
@@ -88,7 +90,14 @@ public:
         std::exchange(m_closed, {})(action);
     }
 
+    void userPressesBeside()
+    {
+        m_closedByPress = true;
+        userChooses({});
+    }
+
 private:
+    bool m_closedByPress = false;
     std::function<void(MenuAction)> m_closed;
 };
 

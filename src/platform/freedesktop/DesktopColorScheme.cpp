@@ -6,6 +6,8 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QSettings>
+#include <QStandardPaths>
 
 namespace orvelle {
 
@@ -37,10 +39,18 @@ QString schemeKey()
     return u"color-scheme"_s;
 }
 
+bool gtkPrefersDark()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QSettings gtk(folder + u"/gtk-3.0/settings.ini"_s, QSettings::IniFormat);
+    return gtk.value(u"Settings/gtk-application-prefer-dark-theme"_s).toBool() ||
+           gtk.value(u"Settings/gtk-theme-name"_s).toString().endsWith(u"-dark"_s, Qt::CaseInsensitive);
+}
+
 } // namespace
 
 DesktopColorScheme::DesktopColorScheme(const QDBusConnection &sessionBus, QObject *parent)
-    : QObject(parent),
+    : Appearance(parent),
       m_bus(sessionBus),
       m_portal(portalService(), sessionBus, QDBusServiceWatcher::WatchForRegistration)
 {
@@ -56,6 +66,11 @@ void DesktopColorScheme::start()
     m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     askPortal();
+}
+
+bool DesktopColorScheme::prefersDark() const
+{
+    return m_preference == Preference::None ? gtkPrefersDark() : m_preference == Preference::Dark;
 }
 
 QColor DesktopColorScheme::symbolColor() const
@@ -83,7 +98,7 @@ bool DesktopColorScheme::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp && m_preference == Preference::None)
         emit changed();
-    return QObject::eventFilter(watched, event);
+    return Appearance::eventFilter(watched, event);
 }
 
 void DesktopColorScheme::askPortal()

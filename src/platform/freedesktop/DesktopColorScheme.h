@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Appearance.h"
+
 #include <QColor>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
@@ -8,11 +10,14 @@
 
 namespace orvelle {
 
-/// The colour that symbols on a panel should have: light on a dark desktop and
-/// dark on a light one, as org.freedesktop.portal.Settings says
+/// Whether the desktop is dark, as org.freedesktop.portal.Settings says
 /// ("org.freedesktop.appearance" "color-scheme"); where the portal is silent,
-/// the text colour of the application's palette. Main thread, never blocks.
-class DesktopColorScheme : public QObject
+/// as the GTK settings file says, which desktops without a portal write.
+///
+/// And the colour that symbols on a panel should have: light on a dark desktop
+/// and dark on a light one; where the portal is silent, the text colour of the
+/// application's palette. Main thread, never blocks.
+class DesktopColorScheme : public Appearance
 {
     Q_OBJECT
 
@@ -21,6 +26,7 @@ public:
 
     /// Asks the portal, now and whenever it comes (back); it is not started.
     void start();
+    bool prefersDark() const override;
     QColor symbolColor() const;
 
     static QColor onDark() { return {0xf5, 0xf5, 0xf5}; }
@@ -29,9 +35,6 @@ public:
     static QColor contrastTo(const QColor &background);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-
-signals:
-    void changed();
 
 private slots:
     void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);

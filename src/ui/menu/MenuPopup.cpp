@@ -78,6 +78,7 @@ MenuPopup::PanelPointer MenuPopup::makePanel(const QList<MenuEntry> &entries)
 void MenuPopup::present(const Menu &menu, const MenuPlacement &placement, std::function<void(MenuAction chosen)> closed)
 {
     finish({});
+    m_closedByPress = false;
     m_closed = std::move(closed);
     m_openedAt = m_lastPointer = QCursor::pos();
     m_armed = false;
@@ -202,6 +203,7 @@ void MenuPopup::finish(const MenuAction &chosen)
 void MenuPopup::park()
 {
     closeBelow(0);
+    m_closedByPress = true;
     m_parked = true;
     const QRect everything = panel(0).screen()->virtualGeometry();
     panel(0).move(everything.topLeft() - QPoint(2 * panel(0).width(), 2 * panel(0).height()));

@@ -37,6 +37,7 @@ public:
     void present(const Menu &menu, const MenuPlacement &placement,
                  std::function<void(MenuAction chosen)> closed) override;
     bool isOpen() const override { return !m_panels.empty() && !m_parked; }
+    bool wasClosedByPress() const override { return m_closedByPress; }
     void close() override { finish({}); }
     QPoint pointerPosition() const override;
 
@@ -108,7 +109,8 @@ private:
     int m_grabTries = 0;
     QPoint m_lastPointer;
     QPoint m_openedAt;
-    bool m_armed = false;  ///< a release of the button chooses
+    bool m_armed = false; ///< a release of the button chooses
+    bool m_closedByPress = false;
     bool m_parked = false; ///< gone from sight, waiting for the button's release
 };
 
