@@ -31,10 +31,11 @@ settled_shot() { # FILE
 # a window of its own; one drawn by the panel is what differs from a picture
 # of the panel without it. The clock, right of the tray, ticks and is left out.
 tray_icon() { # PICTURE-WITHOUT-ICON
-    local window box now width height edge
+    local window box now width height edge scale=${GDK_SCALE:-1} scale=${QT_SCALE_FACTOR:-1}
+    scale=${scale%%.*}
     for window in $(xdotool search --onlyvisible --classname '^orvelle$' 2> /dev/null); do
         eval "$(xdotool getwindowgeometry --shell "$window")"
-        if [ "$WIDTH" -le 48 ] && [ "$HEIGHT" -le 48 ]; then
+        if [ "$WIDTH" -le $((48 * scale)) ] && [ "$HEIGHT" -le $((48 * scale)) ]; then
             echo $((X + WIDTH / 2)) $((Y + HEIGHT / 2))
             return 0
         fi
@@ -42,11 +43,11 @@ tray_icon() { # PICTURE-WITHOUT-ICON
     now=$(mktemp --suffix=.png)
     shot "$now"
     read -r width height < <(identify -format '%w %h\n' "$now")
-    for edge in 0 $((height - 40)); do
-        box=$(convert "$1" "$now" -compose difference -composite -crop "$((width - 68))x40+0+$edge" +repage \
+    for edge in 0 $((height - 40 * scale)); do
+        box=$(convert "$1" "$now" -compose difference -composite -crop "$((width - 68 * scale))x$((40 * scale))+0+$edge" +repage \
             -colorspace Gray -threshold 4% -bordercolor black -border 1 -format '%@' info: 2> /dev/null)
         [[ $box =~ ^([0-9]+)x([0-9]+)\+([0-9]+)\+([0-9]+) ]] || continue
-        [ "${BASH_REMATCH[1]}" -ge 6 ] && [ "${BASH_REMATCH[1]}" -le 64 ] || continue
+        [ "${BASH_REMATCH[1]}" -ge 6 ] && [ "${BASH_REMATCH[1]}" -le $((64 * scale)) ] || continue
         echo $((BASH_REMATCH[3] + BASH_REMATCH[1] / 2)) $((edge + BASH_REMATCH[4] + BASH_REMATCH[2] / 2))
         rm -f "$now"
         return 0

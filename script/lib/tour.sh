@@ -10,10 +10,6 @@ fail() {
     exit 1
 }
 
-if [ "$ORVELLE_DARK" = yes ]; then
-    mkdir -p "$XDG_CONFIG_HOME/gtk-3.0"
-    printf '[Settings]\ngtk-application-prefer-dark-theme=1\n' > "$XDG_CONFIG_HOME/gtk-3.0/settings.ini"
-fi
 xsetroot -solid '#3b5a72' 2> /dev/null || true
 seed_tree "$tree"
 "$orvelle" defaults write HasLaunchedBefore bool true
