@@ -107,12 +107,16 @@ void addBenchmarks()
     inRuns(benchmark::RegisterBenchmark("edit/orvelle", edit)->Arg(10000));
 }
 
-/// For script/bench: a tree in the stored form, for the program as a whole.
-int writeTree(const QString &path)
+/// For script/bench: makes the settings of a program that has 1,000 links. They
+/// are too long for a command line.
+int seedSettings(const QString &folder)
 {
-    QFile file(path);
-    const QByteArray json = encodeLinks(sampleTree(1000, 30));
-    return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 1;
+    SystemClock clock;
+    auto opened = SqliteUserDefaults::open(folder, clock);
+    if (!opened)
+        return 1;
+    const auto written = opened->defaults->write(LinkStore::linksBaseKey(), encodeLinks(sampleTree(1000, 30)));
+    return written ? 0 : 1;
 }
 
 } // namespace
@@ -120,8 +124,8 @@ int writeTree(const QString &path)
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    if (argc == 3 && QByteArray(argv[1]) == "--write-tree")
-        return writeTree(QFile::decodeName(argv[2]));
+    if (argc == 3 && QByteArray(argv[1]) == "--seed-settings")
+        return seedSettings(QFile::decodeName(argv[2]));
     addBenchmarks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
