@@ -31,7 +31,7 @@ settled_shot() { # FILE
 # a window of its own; one drawn by the panel is what differs from a picture
 # of the panel without it. The clock, right of the tray, ticks and is left out.
 tray_icon() { # PICTURE-WITHOUT-ICON
-    local window box now width height edge scale=${GDK_SCALE:-1} scale=${QT_SCALE_FACTOR:-1}
+    local window box now width height edge scale=${QT_SCALE_FACTOR:-1}
     scale=${scale%%.*}
     for window in $(xdotool search --onlyvisible --classname '^orvelle$' 2> /dev/null); do
         eval "$(xdotool getwindowgeometry --shell "$window")"
