@@ -20,7 +20,6 @@ constexpr std::chrono::milliseconds answerDelay{20};
 
 Application::Application(const Surroundings &surroundings, const Folders &folders, SqliteUserDefaults::Opened opened)
     : m_surroundings(surroundings),
-      m_keysBefore(opened.defaults->keys()),
       m_damagedCopy(opened.damagedCopy),
       m_notWritable(opened.notWritable),
       m_colorScheme(surroundings.sessionBus),
@@ -97,12 +96,10 @@ void Application::reportHowSettingsOpened()
         m_storageAlerts.damagedSettingsMovedTo(*m_damagedCopy);
     if (m_notWritable)
         m_storageAlerts.writeFailed(*m_notWritable);
-    // The tree was loaded before anybody could listen.
-    for (const QString &key : m_core.links.rescuedDataKeys()) {
-        if (!m_keysBefore.contains(key))
-            m_storageAlerts.linksSetAside(key);
-    }
-    m_keysBefore.clear();
+    // The tree was loaded before anybody could listen. A command of another
+    // process may have met these bytes first and kept them; it told nobody here.
+    if (const auto key = m_core.links.keptUnreadableAt())
+        m_storageAlerts.linksSetAside(*key);
 }
 
 void Application::openSettings()

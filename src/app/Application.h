@@ -61,7 +61,6 @@ private:
     void saveAndExit();
 
     Surroundings m_surroundings;
-    QStringList m_keysBefore; ///< the settings' keys before the tree was loaded
     std::optional<QString> m_damagedCopy;
     std::optional<DefaultsError> m_notWritable;
     DesktopColorScheme m_colorScheme;

@@ -11,6 +11,13 @@ StorageAlerts::StorageAlerts(UserDefaults &defaults, LinkStore &links, Alerts &a
 {
     connect(&defaults, &UserDefaults::writeFailed, this,
             [this](const QString &, const DefaultsError &error) { writeFailed(error); });
+    // An edit that was refused for want of a snapshot wrote no setting; its
+    // user has to hear of it each time.
+    connect(&links, &LinkStore::saveFailed, this, [this](const DefaultsError &error) {
+        if (!m_links.hasUnsavedChanges())
+            m_failing = false;
+        writeFailed(error);
+    });
     connect(&links, &LinkStore::undecodableDataSetAside, this, &StorageAlerts::linksSetAside);
     connect(&links, &LinkStore::linksChanged, this, [this] {
         if (!m_links.hasUnsavedChanges())

@@ -136,6 +136,9 @@ public:
 
     /// Keys under which undecodable stored bytes were set aside, newest first.
     QStringList rescuedDataKeys() const;
+    /// Where the bytes are kept that the last load could not read; absent when
+    /// it could, or when they could not be copied yet.
+    std::optional<QString> keptUnreadableAt() const { return m_keptUnreadableAt; }
     /// Tries to read such bytes again and makes them the tree. The copy stays.
     bool restoreRescuedData(const QString &key);
 
@@ -199,6 +202,7 @@ private:
     /// Undecodable stored bytes that could not be copied yet; nothing is saved
     /// over them before.
     std::optional<DefaultsValue> m_notYetSetAside;
+    std::optional<QString> m_keptUnreadableAt;
     QString m_loadedKey; ///< where the tree came from and goes back to
     bool m_loadedInDebugMode = false;
     qint64 m_revision = 0;

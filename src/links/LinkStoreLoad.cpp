@@ -44,6 +44,7 @@ void LinkStore::loadLinks()
     m_history->clear();
     m_pending.clear();
     m_notYetSetAside.reset();
+    m_keptUnreadableAt.reset();
     m_unsaved = false;
     Stored stored = readStored();
     m_links = std::move(stored.links).value_or(LinkList());
@@ -113,8 +114,10 @@ void LinkStore::setAside(const DefaultsValue &value)
     m_notYetSetAside.reset();
     const QStringList earlier = rescuedDataKeys();
     for (const QString &key : earlier) {
-        if (defaults.value(key) == value)
+        if (defaults.value(key) == value) {
+            m_keptUnreadableAt = key;
             return;
+        }
     }
     const QString stamp = m_services.clock.now().toDateTime().toString(u"yyyy-MM-dd'T'HH-mm-ss'Z'"_s);
     const QString base = m_loadedKey + rescueInfix + stamp;
@@ -127,6 +130,7 @@ void LinkStore::setAside(const DefaultsValue &value)
         return;
     }
     qCWarning(lcLinkStore).noquote() << "The unreadable bytes were copied to" << key;
+    m_keptUnreadableAt = key;
     emit undecodableDataSetAside(key);
 }
 

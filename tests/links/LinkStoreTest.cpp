@@ -124,6 +124,7 @@ TEST_F(StoreTest, UnreadableBytesAreSetAsideOnceAndCanComeBack)
     EXPECT_EQ(storedBytes(), bad) << "nothing is written back before the next save";
     clock.advance(std::chrono::hours(1));
     EXPECT_EQ(start().rescuedDataKeys(), QStringList(key)) << "identical bytes are copied once";
+    EXPECT_EQ(store->keptUnreadableAt(), key) << "though they were there before, the load failed";
     EXPECT_FALSE(store->restoreRescuedData(key));
     EXPECT_FALSE(store->restoreRescuedData(u"orvelle_machineId"_s));
 
