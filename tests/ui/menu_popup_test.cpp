@@ -174,6 +174,34 @@ TEST_F(MenuPopupTest, TypingFindsNamesWithoutCaseAndAccents)
     }
 }
 
+TEST_F(MenuPopupTest, ABlankGoesOnWithANameAndElseChooses)
+{
+    open({item(u"Salt"_s), item(u"Salt & pepper"_s)});
+    for (const QChar c : u"salt &"_s)
+        press(c == u' ' ? int(Qt::Key_Space) : int(Qt::Key_A), c);
+    ASSERT_TRUE(popup.isOpen());
+    EXPECT_EQ(current(), u"Salt & pepper"_s);
+    milliseconds += 1500;
+    press(Qt::Key_Space, u" "_s);
+    QApplication::processEvents();
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(*chosen, item(u"Salt & pepper"_s).action);
+}
+
+TEST_F(MenuPopupTest, WhatWasTypedBeforeAnotherKeyIsForgotten)
+{
+    open({item(u"x"_s), ofKind(MenuEntry::Kind::Submenu, u"Group"_s)});
+    press(Qt::Key_G, u"g"_s);
+    press(Qt::Key_Shift);
+    press(Qt::Key_R, u"r"_s);
+    EXPECT_EQ(current(), u"Group"_s);
+    press(Qt::Key_Right);
+    ASSERT_EQ(current(), u"Group 1"_s);
+    for (const QChar c : u"group 2"_s)
+        press(c == u' ' ? int(Qt::Key_Space) : int(Qt::Key_A), c);
+    EXPECT_EQ(current(), u"Group 2"_s);
+}
+
 TEST_F(MenuPopupTest, TenThousandRowsScrollToTheEnd)
 {
     QList<MenuEntry> entries;

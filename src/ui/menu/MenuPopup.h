@@ -78,9 +78,12 @@ private:
 
     // Keys
     bool keyPressed(const QKeyEvent &event);
+    bool commandKey(int level, const QKeyEvent &event);
     bool navigationKey(int level, int key);
     bool sidewaysKey(int level, int key);
     bool tabKey(int level, int step);
+    TypeAhead::Rows searchableRows(int level) const;
+    bool isTyping(int level, const QKeyEvent &event) const;
     void typed(int level, const QKeyEvent &event);
     int keyLevel() const;
     void moveTo(int level, int row, int button = 0);

@@ -34,13 +34,22 @@ bool MenuPopup::keyPressed(const QKeyEvent &event)
     m_submenuTimer.stop();
     m_aimTimer.stop();
     const int level = keyLevel();
+    if (isTyping(level, event))
+        typed(level, event);
+    else if (commandKey(level, event))
+        m_typeAhead.reset();
+    return true;
+}
+
+/// False for keys without a meaning here, such as Shift by itself.
+bool MenuPopup::commandKey(int level, const QKeyEvent &event)
+{
     switch (event.key()) {
     case Qt::Key_Escape:
-        if (level == 0) {
+        if (level == 0)
             finish({});
-        } else {
+        else
             closeBelow(level - 1);
-        }
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -56,11 +65,8 @@ bool MenuPopup::keyPressed(const QKeyEvent &event)
     case Qt::Key_Backtab:
         return tabKey(level, -1);
     default:
-        break;
+        return navigationKey(level, event.key());
     }
-    if (!navigationKey(level, event.key()))
-        typed(level, event);
-    return true;
 }
 
 bool MenuPopup::navigationKey(int level, int key)
@@ -127,14 +133,26 @@ bool MenuPopup::tabKey(int level, int step)
     return true;
 }
 
-void MenuPopup::typed(int level, const QKeyEvent &event)
+TypeAhead::Rows MenuPopup::searchableRows(int level) const
+{
+    const MenuRows &rows = panel(level).rows();
+    return {rows.count(), [&rows](int row) { return rows.isSelectable(row) ? rows.at(row).title : QString(); }};
+}
+
+/// A blank chooses the row unless it goes on with a name.
+bool MenuPopup::isTyping(int level, const QKeyEvent &event) const
 {
     if (event.text().isEmpty() || !event.text().front().isPrint() ||
         event.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return;
-    const MenuRows &rows = panel(level).rows();
-    const auto name = [&rows](int row) { return rows.isSelectable(row) ? rows.at(row).title : QString(); };
-    moveTo(level, m_typeAhead.find({rows.count(), name}, panel(level).currentRow(), event.text(), event.timestamp()));
+        return false;
+    return event.key() != Qt::Key_Space ||
+           m_typeAhead.continues(searchableRows(level), event.text(), event.timestamp());
+}
+
+void MenuPopup::typed(int level, const QKeyEvent &event)
+{
+    moveTo(level,
+           m_typeAhead.find(searchableRows(level), panel(level).currentRow(), event.text(), event.timestamp()));
 }
 
 } // namespace orvelle

@@ -36,6 +36,12 @@ QString foldedName(const QString &name)
     return letters.toCaseFolded();
 }
 
+bool TypeAhead::continues(const Rows &rows, const QString &typed, quint64 milliseconds) const
+{
+    return !m_prefix.isEmpty() && milliseconds - m_last <= pauseMilliseconds &&
+           findPrefix(rows, 0, m_prefix + foldedName(typed)) >= 0;
+}
+
 int TypeAhead::find(const Rows &rows, int current, const QString &typed, quint64 milliseconds)
 {
     if (milliseconds - m_last > pauseMilliseconds)

@@ -23,6 +23,9 @@ public:
     /// The row for `typed`, pressed at `milliseconds` of any clock; -1 when
     /// none begins so. `current` may be -1.
     int find(const Rows &rows, int current, const QString &typed, quint64 milliseconds);
+    /// Whether `typed` goes on with a name that is just being typed; a blank
+    /// does so in "Salt & pepper", where else it would choose the row.
+    bool continues(const Rows &rows, const QString &typed, quint64 milliseconds) const;
     void reset() { m_prefix.clear(); }
 
 private:
