@@ -66,7 +66,8 @@ std::optional<QStringList> decodedArguments(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
-        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        QStringDecoder decoder(QStringDecoder::Utf8,
+                               QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
         const QString argument = decoder.decode(QByteArrayView(argv[i], qstrlen(argv[i])));
         if (decoder.hasError())
             return std::nullopt;

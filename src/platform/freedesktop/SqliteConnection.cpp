@@ -1,5 +1,7 @@
 #include "platform/freedesktop/SqliteConnection.h"
 
+#include "base/JsonReader.h"
+
 #include <cerrno>
 #include <cstring>
 
@@ -68,7 +70,7 @@ QByteArray SqliteStatement::bytes(int index) const
 QString SqliteStatement::text(int index) const
 {
     const auto *data = reinterpret_cast<const char *>(sqlite3_column_text(get(), index));
-    return QString::fromUtf8(data, sqlite3_column_bytes(get(), index));
+    return textFromUtf8({data, static_cast<std::size_t>(sqlite3_column_bytes(get(), index))});
 }
 
 qint64 SqliteStatement::integer(int index) const
