@@ -145,7 +145,7 @@ int Launcher::runCommand(const CommandCall &call)
         if (m_hasBus) {
             const RunningInstance instance(QDBusConnection::sessionBus());
             if (instance.exists()) {
-                if (const auto result = instance.run(m_arguments, m_workingDirectory)) {
+                if (const auto result = instance.run(m_arguments, m_workingDirectory, call.command->onlyOnce)) {
                     if (qstrcmp(call.command->name, "quit") == 0 && result->exitCode == CommandResult::Done)
                         instance.waitUntilGone();
                     return finish(*result);

@@ -3,6 +3,7 @@
 #include "app/BusAdaptors.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QEventLoop>
@@ -65,9 +66,14 @@ QDBusMessage RunningInstance::call(const QString &interface, const QString &meth
     return m_bus.call(message, QDBus::Block, answerTimeout);
 }
 
-std::optional<CommandResult> RunningInstance::run(const QStringList &arguments, const QString &workingDirectory) const
+std::optional<CommandResult> RunningInstance::run(const QStringList &arguments, const QString &workingDirectory,
+                                                  bool onlyOnce) const
 {
     const QDBusMessage reply = call(commandInterface(), QStringLiteral("RunCommand"), {arguments, workingDirectory});
+    if (onlyOnce && reply.errorName() == QDBusError::errorString(QDBusError::NoReply)) {
+        return CommandResult::refused(
+            QStringLiteral("Orvelle ended or hung before it answered; the command may have been carried out."));
+    }
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 3)
         return std::nullopt;
     const QVariantList answer = reply.arguments();

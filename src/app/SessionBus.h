@@ -27,7 +27,10 @@ public:
     explicit RunningInstance(const QDBusConnection &bus) : m_bus(bus) {}
 
     bool exists() const;
-    std::optional<CommandResult> run(const QStringList &arguments, const QString &workingDirectory) const;
+    /// With `onlyOnce`, an application that got the command but ended or hung
+    /// before it answered counts as a refusal: it may have done it.
+    std::optional<CommandResult> run(const QStringList &arguments, const QString &workingDirectory,
+                                     bool onlyOnce = false) const;
     /// False when nobody answered.
     bool activate() const;
     bool open(const QStringList &paths) const;

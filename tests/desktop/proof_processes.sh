@@ -65,6 +65,25 @@ killed() { # ROUND
     [ -z "$(missing names_in_store)" ] || fail "lost by a kill: $(missing names_in_store)"
 }
 
+unanswered() {
+    step "killed with a command unanswered: the command is not done a second time"
+    start_ready
+    dbus-monitor --session member=RunCommand > "$ORVELLE_DESKTOP/calls" &
+    local monitor=$! command
+    watched() { "$orvelle" links && grep -q RunCommand "$ORVELLE_DESKTOP/calls"; }
+    expect 10 "the bus cannot be watched" watched
+    kill -STOP "$orvelle_pid"
+    "$orvelle" add http://unanswered.invalid/ > /dev/null 2> "$ORVELLE_DESKTOP/refusal" &
+    command=$!
+    expect 10 "the command was not sent" grep -q unanswered "$ORVELLE_DESKTOP/calls"
+    kill -KILL "$orvelle_pid" "$monitor"
+    wait "$orvelle_pid" "$monitor" 2> /dev/null
+    wait "$command"
+    [ $? -eq 1 ] || fail "the command does not say that it is uncertain"
+    grep -q 'before it answered' "$ORVELLE_DESKTOP/refusal" || fail "said: $(cat "$ORVELLE_DESKTOP/refusal")"
+    names_in_store | grep -q unanswered && fail "the command was done by another process"
+}
+
 : > "$acknowledged"
 no_first_steps
 start_ready
@@ -74,6 +93,8 @@ step "killed while three others add, three times"
 for round in 1 2 3; do
     killed "$round"
 done
+[ -z "$(names_in_store | uniq --repeated)" ] || fail "added twice: $(names_in_store | uniq --repeated)"
+unanswered
 step "it starts again with everything"
 start_ready
 [ -z "$(missing names_in_app)" ] || fail "lost: $(missing names_in_app)"

@@ -36,6 +36,7 @@ struct Command {
     const char *valued; ///< options with a value, blank-separated
     CommandPlace place;
     CommandResult (*run)(const CommandArguments &, CommandContext &);
+    bool onlyOnce = false; ///< done twice, it does something else
 };
 
 std::span<const Command> commands();
