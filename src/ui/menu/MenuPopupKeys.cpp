@@ -151,8 +151,7 @@ bool MenuPopup::isTyping(int level, const QKeyEvent &event) const
 
 void MenuPopup::typed(int level, const QKeyEvent &event)
 {
-    moveTo(level,
-           m_typeAhead.find(searchableRows(level), panel(level).currentRow(), event.text(), event.timestamp()));
+    moveTo(level, m_typeAhead.find(searchableRows(level), panel(level).currentRow(), event.text(), event.timestamp()));
 }
 
 } // namespace orvelle
