@@ -36,14 +36,16 @@ bool isWithinDepth(const dom::element &element, std::size_t levelsLeft)
     return true;
 }
 
-simdjson::error_code parseInto(dom::document &document, QByteArrayView bytes, std::size_t maxDepth, dom::element &root)
+simdjson::error_code parseInto(dom::document &document, QByteArrayView bytes, bool padded, std::size_t maxDepth,
+                               dom::element &root)
 {
     // The parser's work space is several times the text, so it does not
     // outlive this call; the document holds only the result.
     dom::parser parser;
     if (const auto error = parser.allocate(0, maxDepth))
         return error;
-    return parser.parse_into_document(document, bytes.data(), static_cast<std::size_t>(bytes.size())).get(root);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    return parser.parse_into_document(document, bytes.data(), size, !padded).get(root);
 }
 
 } // namespace
@@ -58,12 +60,24 @@ JsonDocument::JsonDocument(JsonDocument &&) noexcept = default;
 JsonDocument &JsonDocument::operator=(JsonDocument &&) noexcept = default;
 JsonDocument::~JsonDocument() = default;
 
+static_assert(JsonDocument::padding >= simdjson::SIMDJSON_PADDING);
+
 Result<JsonDocument, JsonError> JsonDocument::parse(QByteArrayView bytes)
 {
+    return parse(bytes, false);
+}
+
+Result<JsonDocument, JsonError> JsonDocument::parseInPlace(const QByteArray &bytes)
+{
+    return parse(bytes, bytes.capacity() >= bytes.size() + padding);
+}
+
+Result<JsonDocument, JsonError> JsonDocument::parse(QByteArrayView bytes, bool padded)
+{
     auto parsed = std::make_unique<Private>();
-    auto error = parseInto(parsed->document, bytes, maxDepth, parsed->root);
+    auto error = parseInto(parsed->document, bytes, padded, maxDepth, parsed->root);
     if (error == simdjson::DEPTH_ERROR) {
-        error = parseInto(parsed->document, bytes, maxDepth + 1, parsed->root);
+        error = parseInto(parsed->document, bytes, padded, maxDepth + 1, parsed->root);
         if (error == simdjson::SUCCESS && !isWithinDepth(parsed->root, maxDepth))
             error = simdjson::DEPTH_ERROR;
     }

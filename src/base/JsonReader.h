@@ -66,6 +66,10 @@ public:
     static constexpr std::size_t maxDepth = 512;
 
     static Result<JsonDocument, JsonError> parse(QByteArrayView bytes);
+    /// The same without a copy of the text, when the array has room for
+    /// `padding` bytes more than it holds.
+    static Result<JsonDocument, JsonError> parseInPlace(const QByteArray &bytes);
+    static constexpr qsizetype padding = 64;
 
     JsonDocument(JsonDocument &&) noexcept;
     JsonDocument &operator=(JsonDocument &&) noexcept;
@@ -76,6 +80,7 @@ public:
 private:
     struct Private;
     explicit JsonDocument(std::unique_ptr<Private> d);
+    static Result<JsonDocument, JsonError> parse(QByteArrayView bytes, bool padded);
     std::unique_ptr<Private> d;
 };
 

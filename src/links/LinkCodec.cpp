@@ -266,10 +266,10 @@ void write(JsonWriter &writer, const LinkList &list)
 }
 
 template<typename T>
-Result<T, LinkCodecError> decode(QByteArrayView bytes, bool (*readValue)(T &, JsonValue, Decoding &),
+Result<T, LinkCodecError> decode(const QByteArray &bytes, bool (*readValue)(T &, JsonValue, Decoding &),
                                  LinkCodecNotes *notes = nullptr)
 {
-    const auto document = JsonDocument::parse(bytes);
+    const auto document = JsonDocument::parseInPlace(bytes);
     if (!document)
         return LinkCodecError{document.error().reason};
     T result;
@@ -299,12 +299,12 @@ QByteArray encodeLink(const LinkItem &item)
     return writer.take();
 }
 
-Result<LinkList, LinkCodecError> decodeLinks(QByteArrayView bytes, LinkCodecNotes *notes)
+Result<LinkList, LinkCodecError> decodeLinks(const QByteArray &bytes, LinkCodecNotes *notes)
 {
     return decode<LinkList>(bytes, readList, notes);
 }
 
-Result<LinkItem, LinkCodecError> decodeLink(QByteArrayView bytes)
+Result<LinkItem, LinkCodecError> decodeLink(const QByteArray &bytes)
 {
     return decode<LinkItem>(bytes, readItem);
 }

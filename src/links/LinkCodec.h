@@ -41,8 +41,8 @@ QByteArray encodeLink(const LinkItem &item);
 /// "id" or "stableId" becomes a new random one; any other key may be missing
 /// or null; unknown keys are ignored and of a repeated key the first counts.
 /// One bad item fails the whole.
-Result<LinkList, LinkCodecError> decodeLinks(QByteArrayView bytes, LinkCodecNotes *notes = nullptr);
+Result<LinkList, LinkCodecError> decodeLinks(const QByteArray &bytes, LinkCodecNotes *notes = nullptr);
 
-Result<LinkItem, LinkCodecError> decodeLink(QByteArrayView bytes);
+Result<LinkItem, LinkCodecError> decodeLink(const QByteArray &bytes);
 
 } // namespace orvelle

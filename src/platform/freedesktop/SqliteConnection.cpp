@@ -64,7 +64,12 @@ int SqliteStatement::columnType(int index) const
 QByteArray SqliteStatement::bytes(int index) const
 {
     const auto *data = static_cast<const char *>(sqlite3_column_blob(get(), index));
-    return QByteArray(data, sqlite3_column_bytes(get(), index));
+    const qsizetype size = sqlite3_column_bytes(get(), index);
+    QByteArray bytes;
+    // So that a long text can be parsed where it is.
+    bytes.reserve(size + JsonDocument::padding);
+    bytes.append(data, size);
+    return bytes;
 }
 
 QString SqliteStatement::text(int index) const
