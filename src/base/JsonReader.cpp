@@ -44,8 +44,9 @@ simdjson::error_code parseInto(dom::document &document, QByteArrayView bytes, bo
     dom::parser parser;
     if (const auto error = parser.allocate(0, maxDepth))
         return error;
+    const char *text = bytes.data() ? bytes.data() : ""; // never null for the parser
     const auto size = static_cast<std::size_t>(bytes.size());
-    return parser.parse_into_document(document, bytes.data(), size, !padded).get(root);
+    return parser.parse_into_document(document, text, size, !padded).get(root);
 }
 
 } // namespace

@@ -84,7 +84,7 @@ public:
     void close() override { userChooses({}); }
     QPoint pointerPosition() const override { return {300, 400}; }
 
-    void userChooses(const MenuAction &action)
+    void userChooses(MenuAction action)
     {
         menu.reset();
         std::exchange(m_closed, {})(action);
