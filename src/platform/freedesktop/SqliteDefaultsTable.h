@@ -74,6 +74,7 @@ public:
     SqliteConnection &connection() { return *m_connection; }
 
 private:
+    Result<QByteArray, SqliteError> readBytes(qint64 rowId);
     explicit SqliteDefaultsTable(std::unique_ptr<SqliteConnection> connection);
     std::optional<SqliteError> prepareAll();
     Result<Stored, PutError> putInTransaction(const QByteArray &key, const EncodedDefault *value,
