@@ -127,7 +127,10 @@ std::optional<QString> addressOfWebFolder(const QByteArray &source)
     if (!url.isValid() || url.host().isEmpty() || (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
         return std::nullopt;
     // Never a password: the address is stored and shown.
-    return QString::fromLatin1(url.toEncoded(QUrl::RemovePassword | QUrl::StripTrailingSlash));
+    QByteArray address = url.toEncoded(QUrl::RemovePassword);
+    while (address.endsWith('/'))
+        address.chop(1);
+    return QString::fromLatin1(address);
 }
 
 struct SourceForm {
