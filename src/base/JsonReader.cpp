@@ -190,11 +190,14 @@ std::optional<JsonValue> JsonValue::member(std::string_view key) const
 
 QString textFromUtf8(std::string_view utf8)
 {
-    const auto size = static_cast<qsizetype>(utf8.size());
-    // QString takes a leading U+FEFF for a signature and drops it.
-    if (utf8.starts_with("\xef\xbb\xbf"))
-        return QChar(QChar::ByteOrderMark) + QString::fromUtf8(utf8.data() + 3, size - 3);
-    return QString::fromUtf8(utf8.data(), size);
+    // QString takes a leading U+FEFF for a signature and drops it, and the next
+    // one as well once the first is gone.
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    QString marks;
+    for (; utf8.starts_with(mark); utf8.remove_prefix(mark.size()))
+        marks += QChar(QChar::ByteOrderMark);
+    const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return marks.isEmpty() ? text : marks + text;
 }
 
 std::optional<QString> jsonText(const std::optional<JsonValue> &value)

@@ -35,7 +35,7 @@ const DefaultsValue values[] = {
     QString(),
     QStringLiteral("r\u00e9sum\u00e9 \U0001F427"),
     QStringLiteral("a") + QChar(0) + QStringLiteral("b"),
-    QChar(QChar::ByteOrderMark) + QStringLiteral("x"),
+    QString(2, QChar(QChar::ByteOrderMark)) + QStringLiteral("x"),
     QString(QChar(0xD800)) + QStringLiteral("unpaired"),
     QByteArray(),
     QByteArray("\0\xff\0", 3),
