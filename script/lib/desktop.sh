@@ -9,6 +9,12 @@ wait_until() { # SECONDS COMMAND...: polls the command until it succeeds
     done
 }
 
+step() { echo "- $1"; }
+expect() { # SECONDS WHAT COMMAND...: ends the script by its own `fail`
+    local seconds=$1 what=$2; shift 2
+    wait_until "$seconds" "$@" || fail "$what"
+}
+
 seed_tree() { # JSON-FILE: makes it the tree of this desktop's own profile
     "$orvelle" defaults write orvelle_savedLinks data "$(base64 --wrap=0 "$1")"
 }

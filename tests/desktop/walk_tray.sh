@@ -17,11 +17,6 @@ fail() {
     echo "--- Orvelle's output" >&2; tail -n 40 "$ORVELLE_DESKTOP/log/orvelle" >&2
     exit 1
 }
-step() { echo "- $1"; }
-expect() { # SECONDS WHAT COMMAND...
-    local seconds=$1 what=$2; shift 2
-    wait_until "$seconds" "$@" || fail "$what"
-}
 
 # Addresses go to a program of our own that writes down what it is given.
 register_handler() {
