@@ -1,0 +1,85 @@
+#pragma once
+
+#include "base/Result.h"
+#include "base/Timestamp.h"
+#include "links/LinkItem.h"
+
+#include <QByteArray>
+
+#include <atomic>
+#include <memory>
+
+namespace orvelle {
+
+class Clock;
+class ExchangeSettings;
+class FileBookmarks;
+class LinkStore;
+struct ExportData;
+
+enum class ImportMode { Replace, Merge, Sync };
+
+struct ImportResult {
+    qint64 importedCount = 0;
+    qint64 skippedCount = 0; ///< left out because the tree holds them already
+    bool quickLaunchImported = false;
+    bool hasVersionMismatch = false;
+    friend bool operator==(const ImportResult &, const ImportResult &) = default;
+};
+
+struct ImportError {
+    enum class Kind { Undecodable, TooLarge, TooManyItems, TooDeep, ChecksumMismatch, Cancelled, NotStored };
+    Kind kind = Kind::Undecodable;
+    QString detail; ///< names a place in the document, never a name or an address
+};
+
+/// One sentence for the user.
+QString importErrorText(const ImportError &error);
+
+/// How far long work has come, and the wish to end it. Any thread.
+struct WorkProgress {
+    std::atomic<int> permille{0};
+    std::atomic<bool> cancelled{false};
+};
+
+/// A document that was read and checked and can be applied at once.
+struct PreparedImport {
+    std::shared_ptr<const ExportData> document;
+    LinkList items; ///< the valid ones, paths resolved, bookmarks made
+    bool hasVersionMismatch = false;
+};
+
+/// Limits of what is read.
+constexpr qint64 maxExchangeBytes = qint64(64) << 20;
+constexpr qint64 maxExchangeItems = 200'000;
+
+/// The slow half of an import: decodes, drops invalid items, resolves home
+/// paths and makes bookmarks. Changes nothing; any thread.
+Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, FileBookmarks &bookmarks, Timestamp now,
+                                                  WorkProgress *progress = nullptr);
+
+/// Writes the tree and the portable settings as an exchange document, and
+/// takes one in. Main thread.
+class LinkExchange
+{
+public:
+    LinkExchange(LinkStore &links, ExchangeSettings &settings, FileBookmarks &bookmarks, Clock &clock);
+
+    struct Exported {
+        QByteArray bytes;
+        QByteArray contentDigest; ///< SHA-256 hex text over links and settings
+    };
+    Exported exportJSON() const;
+
+    Result<ImportResult, ImportError> importJSON(const QByteArray &document, ImportMode mode);
+    /// The quick half. One edit, one undo step, after a snapshot.
+    Result<ImportResult, ImportError> importPrepared(const PreparedImport &prepared, ImportMode mode);
+
+private:
+    LinkStore &m_links;
+    ExchangeSettings &m_settings;
+    FileBookmarks &m_bookmarks;
+    Clock &m_clock;
+};
+
+} // namespace orvelle
