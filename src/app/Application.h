@@ -71,8 +71,8 @@ private:
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
     MenuPopup m_presenter;
-    Windows m_windows;
     UnavailableImporter m_importer;
+    Windows m_windows;
     MenuBarManager m_menuBar;
     AppDelegate m_delegate;
     StorageAlerts m_storageAlerts;

@@ -10,6 +10,7 @@ CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
       clock(systemClock),
       defaults(std::move(openedDefaults)),
       debugMode(*defaults, notifications),
+      favicons(*defaults, debugMode, notifications),
       snapshots(folders.snapshots, clock),
       links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}),
       widgetOrder(*defaults, debugMode, notifications)

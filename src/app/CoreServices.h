@@ -4,6 +4,7 @@
 #include "app/InactiveJobs.h"
 #include "base/Notifications.h"
 #include "base/Result.h"
+#include "links/FaviconSettings.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
 #include "menubar/WidgetOrderManager.h"
@@ -43,6 +44,7 @@ public:
     DebugModeManager debugMode;
     InodeFileBookmarks bookmarks;
     MountVolumes volumes;
+    FaviconSettings favicons;
     SnapshotStore snapshots;
     InactiveLinkStoreHooks hooks;
     InactiveJobs jobs;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "links/LinkEditing.h"
 #include "links/LinkItem.h"
 #include "platform/UserDefaults.h"
 
+#include <QHash>
 #include <QObject>
 #include <QSet>
 
@@ -98,9 +100,33 @@ public:
 
     void addLink(const LinkItem &item);
     bool addLinkToGroup(const LinkItem &item, const QUuid &groupId);
+    /// Into the top level; an index beyond its end appends.
+    void insertLink(const LinkItem &item, qsizetype index);
     bool removeLink(const QUuid &id);
+    /// All of them as one step; the tree before it is kept as a snapshot.
+    std::optional<EditRefusal> removeLinks(const QList<QUuid> &ids);
     /// Replaces the item with the same id.
     bool updateLink(const LinkItem &item, bool touchModifiedAt = true);
+
+    /// Changes each of the items as one step, for example their colour.
+    std::optional<EditRefusal> updateLinks(const QList<QUuid> &ids, const std::function<void(LinkItem &)> &change);
+
+    /// Reorders the top level: the items at `from` come to stand before what is
+    /// at `to` now.
+    void moveLinks(const QSet<qsizetype> &from, qsizetype to);
+    /// As moveItem(); a refusal is logged and returned.
+    std::optional<EditRefusal> moveLink(const QUuid &id, const std::optional<QUuid> &toGroup,
+                                        std::optional<qsizetype> at = {});
+    /// As moveItems(), as one step.
+    std::optional<EditRefusal> moveLinks(const QList<QUuid> &ids, const std::optional<QUuid> &toGroup,
+                                         std::optional<qsizetype> before = {});
+    std::optional<EditRefusal> indentLink(const QUuid &id);
+    std::optional<EditRefusal> outdentLink(const QUuid &id);
+    std::optional<EditRefusal> sortGroupAlphabetically(const QUuid &groupId);
+
+    /// Puts picture bytes (or nothing) into items, by run id, without saving
+    /// and outside of undo. Emits faviconsChanged() once when anything changed.
+    void setFaviconData(const QHash<QUuid, std::optional<QByteArray>> &pictures);
 
     /// The item with this run id, anywhere in the tree.
     std::optional<LinkItem> find(const QUuid &id) const;
@@ -146,6 +172,8 @@ signals:
     /// The tree is another one now. Once per edit, load or outside change.
     void linksChanged();
     void historyChanged();
+    /// Pictures of items are others now; nothing else is.
+    void faviconsChanged();
     void saveFailed(const orvelle::DefaultsError &error);
     /// Stored bytes could not be read and were copied to `key`.
     void undecodableDataSetAside(const QString &key);

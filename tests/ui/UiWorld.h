@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Notifications.h"
+#include "links/FaviconSettings.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
 #include "menubar/AppWindows.h"
@@ -9,6 +10,7 @@
 #include "support/FakeClock.h"
 #include "support/FakeUserDefaults.h"
 #include "support/Fakes.h"
+#include "ui/common/ExchangeDialogs.h"
 #include "ui/notes/NoteEditors.h"
 #include "ui/quickadd/QuickAddPanel.h"
 #include "ui/settings/SettingsWindow.h"
@@ -32,6 +34,24 @@ public:
     void closeSettings() override { opened += QStringLiteral("close"); }
 };
 
+class FakeExchangeDialogs : public ExchangeDialogs
+{
+public:
+    QStringList asked;
+    bool takesDrops = true;
+
+    void exportDocument(QWidget *) override { asked += QStringLiteral("export"); }
+    void importDocument(QWidget *) override { asked += QStringLiteral("import"); }
+    void importBookmarks(QWidget *) override { asked += QStringLiteral("importBookmarks"); }
+    void exportBookmarks(QWidget *) override { asked += QStringLiteral("exportBookmarks"); }
+    void importLinkFolder(QWidget *) override { asked += QStringLiteral("importLinkFolder"); }
+    bool openDropped(const QStringList &paths, QWidget *) override
+    {
+        asked += QStringLiteral("dropped:") + paths.join(u',');
+        return takesDrops;
+    }
+};
+
 /// Everything the windows work on, over fakes, with a real store. Each
 /// notification that settings post is noted by name.
 struct UiWorld {
@@ -47,9 +67,12 @@ struct UiWorld {
     SnapshotStore snapshots{folder.filePath(QStringLiteral("snapshots")), clock};
     LinkStore links{{defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}};
     WidgetOrderManager widgetOrder{defaults, debugMode, notifications};
+    FaviconSettings favicons{defaults, debugMode, notifications};
+    FakeExchangeDialogs exchange;
     FakeAppWindows windows;
     FakeAlerts alerts;
     QStringList openedLinks;
+    QStringList revealed;
     QStringList posted;
 
     UiWorld()
@@ -70,10 +93,14 @@ struct UiWorld {
                 notifications,
                 widgetOrder,
                 debugMode,
+                snapshots,
+                favicons,
+                exchange,
                 windows,
                 alerts,
                 clock,
                 [this](const LinkItem &item) { openedLinks += item.name; },
+                [this](const QString &path) { revealed += path; },
                 [](const QString &) {},
                 {QStringLiteral("1.2.3"), QStringLiteral("7"),
                  QStringLiteral("/home/ada/.config/orvelle/settings.sqlite"),

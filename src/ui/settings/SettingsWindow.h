@@ -14,8 +14,11 @@ class Alerts;
 class AppWindows;
 class Clock;
 class DebugModeManager;
+class ExchangeDialogs;
+class FaviconSettings;
 class LinkStore;
 class Notifications;
+class SnapshotStore;
 class UserDefaults;
 class WidgetOrderManager;
 
@@ -34,11 +37,16 @@ struct SettingsServices {
     Notifications &notifications;
     WidgetOrderManager &widgetOrder;
     DebugModeManager &debugMode;
+    SnapshotStore &snapshots;
+    FaviconSettings &favicons;
+    ExchangeDialogs &exchange;
     AppWindows &windows; ///< quick add and note editors
     Alerts &alerts;
     Clock &clock;
     /// Opens an item exactly as the menu does.
     std::function<void(const LinkItem &)> openLink;
+    /// Shows a file or folder in the file manager, selected.
+    std::function<void(const QString &path)> reveal;
     /// Opens a file-manager window on a folder.
     std::function<void(const QString &folder)> showFolder;
     AboutInfo about;

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "base/Timestamp.h"
+#include "links/LinkItem.h"
+
+#include <functional>
+#include <optional>
+
+namespace orvelle {
+
+// Edits of a tree as pure functions. Depth is the number of groups around an
+// item: 0 at the top level. Each returns why it refused, or nothing when the
+// tree was changed; a refused edit leaves the tree as it was.
+
+/// Why an edit was not done.
+enum class EditRefusal {
+    NotFound,    ///< no such item or group
+    NotAGroup,   ///< the target cannot hold items
+    TooDeep,     ///< the target group's depth is 2 or more
+    IntoItself,  ///< a group cannot move below itself
+    NothingToDo, ///< first of its list, not below a group, already at the top, nothing to sort
+    NotStored,   ///< the snapshot before a destructive step could not be kept
+};
+
+/// The line that the log gets, and the command line prints.
+QString logText(EditRefusal refusal);
+
+struct LinkLocation {
+    LinkItem item;
+    std::optional<LinkItem> parent; ///< absent at the top level
+    qsizetype index = 0;            ///< in the parent's children, or in the top level
+    int depth = 0;
+};
+
+struct GroupAtDepth {
+    LinkItem group;
+    int depth = 0;
+};
+
+std::optional<LinkLocation> findLinkLocation(const LinkList &links, const QUuid &id);
+std::optional<int> getDepth(const LinkList &links, const QUuid &id);
+/// Whether `childId` lies somewhere below `parentId`. An item is not its own
+/// descendant.
+bool isDescendant(const LinkList &links, const QUuid &parentId, const QUuid &childId);
+/// Levels of groups below a group: 0 when it holds no group.
+int maxNestedDepth(const LinkItem &group);
+/// Every group in display order, a group before its own groups.
+QList<GroupAtDepth> allGroups(const LinkList &links, int depth = 0);
+/// All items in display order.
+LinkList flatten(const LinkList &links);
+
+/// Moves an item into a group, or to the top level when there is none. An
+/// index counts in the destination after the item was taken out; beyond its
+/// end, or without one, the item comes last. Moving B to 0 in [A, B, C] gives
+/// [B, A, C]. Sets the item's modifiedAt.
+std::optional<EditRefusal> moveItem(LinkList &links, const QUuid &id, const std::optional<QUuid> &toGroup,
+                                    std::optional<qsizetype> at, Timestamp now);
+
+/// Moves several items so that they stand side by side in display order. Items
+/// inside another moved one travel with it. Here `before` counts in the
+/// destination as it is before anything moves. All or nothing.
+std::optional<EditRefusal> moveItems(LinkList &links, const QList<QUuid> &ids, const std::optional<QUuid> &toGroup,
+                                     std::optional<qsizetype> before, Timestamp now);
+
+bool canIndent(const LinkList &links, const QUuid &id);
+std::optional<EditRefusal> indentItem(LinkList &links, const QUuid &id, Timestamp now);
+bool canOutdent(const LinkList &links, const QUuid &id);
+std::optional<EditRefusal> outdentItem(LinkList &links, const QUuid &id, Timestamp now);
+
+/// Sorts the group's direct members by name as the locale does, without regard
+/// to case; equal names keep their order. Sets the group's modifiedAt.
+std::optional<EditRefusal> sortGroup(LinkList &links, const QUuid &groupId, Timestamp now);
+
+/// Removes all these items with their subtrees. NotFound when none is there.
+std::optional<EditRefusal> removeItems(LinkList &links, const QList<QUuid> &ids);
+
+/// Applies `change` to each of the items and sets their modifiedAt. NotFound
+/// when none is there.
+std::optional<EditRefusal> changeEach(LinkList &links, const QList<QUuid> &ids,
+                                      const std::function<void(LinkItem &)> &change, Timestamp now);
+
+} // namespace orvelle

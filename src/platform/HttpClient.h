@@ -1,0 +1,69 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace orvelle {
+
+/// One request. Only http and https addresses are sent.
+struct HttpRequest {
+    QUrl url;
+    QByteArray method = "GET";
+    QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+    std::chrono::milliseconds idleTimeout{10000};  ///< without a byte received
+    std::chrono::milliseconds totalTimeout{60000}; ///< from sending to the last byte
+    qint64 maxBytes = qint64(1) << 20;             ///< of the decoded answer; held while streaming
+    int maxRedirects = 3;                          ///< 0 hands a redirect back as the answer
+    bool redirectsMayLeaveHttps = false;           ///< an https request never follows to http otherwise
+    bool redirectsMayLeaveHost = true;             ///< false: another host, port or scheme is refused
+};
+
+/// What the server said, whatever its status.
+struct HttpResponse {
+    int status = 0;
+    QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+    QUrl url; ///< after redirects
+
+    /// The first header of that name, in any case; empty when there is none.
+    QByteArray header(const QByteArray &name) const;
+};
+
+struct HttpError {
+    enum class Kind { Refused, Unreachable, TimedOut, TooLarge, BadRedirect, Tls, Authentication, Protocol };
+    Kind kind = Kind::Unreachable;
+    QString detail; ///< for the log: no address, no host
+};
+
+/// A request on its way. Destroying it cancels it; its callback is then never
+/// called.
+class HttpCall
+{
+public:
+    virtual ~HttpCall() = default;
+};
+
+/// Sends requests with the application's user agent. No cookies are kept and
+/// no credentials sent but those in `headers`, which never follow a redirect
+/// to another host. Main thread; callbacks run there from the event loop,
+/// never from inside send().
+class HttpClient
+{
+public:
+    using Done = std::function<void(const Result<HttpResponse, HttpError> &)>;
+
+    virtual ~HttpClient() = default;
+    [[nodiscard]] virtual std::unique_ptr<HttpCall> send(const HttpRequest &request, Done done) = 0;
+};
+
+} // namespace orvelle
