@@ -29,5 +29,21 @@ TEST(Base64, RefusesEverythingElse)
         EXPECT_FALSE(base64Decoded(text)) << text;
 }
 
+TEST(Base64, RefusesAForeignCharacterAtEveryPlace)
+{
+    const std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    QByteArray text = QByteArray("0aZ/").repeated(24);
+    for (qsizetype place = 0; place < text.size() - 2; ++place) {
+        const char before = text[place];
+        for (int c = 0; c < 256; ++c) {
+            text[place] = static_cast<char>(c);
+            const auto bytes = base64Decoded({text.constData(), static_cast<std::size_t>(text.size())});
+            ASSERT_EQ(bytes.has_value(), alphabet.find(static_cast<char>(c)) != alphabet.npos) << place << ' ' << c;
+            ASSERT_EQ(bytes.value_or(QByteArray()).toBase64(), bytes ? text : QByteArray()) << place << ' ' << c;
+        }
+        text[place] = before;
+    }
+}
+
 } // namespace
 } // namespace orvelle
