@@ -489,9 +489,6 @@
     <message id="quickAdd.nothingToPaste">
         <translation>The clipboard holds no address and no file.</translation>
     </message>
-    <message id="quickLaunch.title">
-        <translation>Quick launch</translation>
-    </message>
     <message id="quit.confirmTitle">
         <translation>Quit Orvelle?</translation>
     </message>
@@ -695,6 +692,45 @@
     </message>
     <message id="welcome.show">
         <translation>Show the welcome…</translation>
+    </message>
+    <message id="quicklaunch.title">
+        <translation>Quick launch</translation>
+    </message>
+    <message id="clipboard.subtitle">
+        <translation>The texts and pictures you copied last.</translation>
+    </message>
+    <message id="quicklaunch.subtitle">
+        <translation>The applications you start most, in one row.</translation>
+    </message>
+    <message id="calendar.subtitle">
+        <translation>What comes next in your calendars.</translation>
+    </message>
+    <message id="weather.subtitle">
+        <translation>The weather now and over the next days.</translation>
+    </message>
+    <message id="systemInfo.subtitle">
+        <translation>Processor, memory and disk at a glance.</translation>
+    </message>
+    <message id="network.subtitle">
+        <translation>How fast data comes in and goes out.</translation>
+    </message>
+    <message id="timer.subtitle">
+        <translation>A countdown that tells you when time is up.</translation>
+    </message>
+    <message id="widget.show">
+        <translation>Show in the menu</translation>
+    </message>
+    <message id="widget.mode">
+        <translation>Show in the menu:</translation>
+    </message>
+    <message id="widget.off">
+        <translation>Off</translation>
+    </message>
+    <message id="widget.menuBarOnly">
+        <translation>Only in the menu of the tray icon</translation>
+    </message>
+    <message id="widget.menuBarOnlyHint">
+        <translation>Leaves the widget out of the menu that the keyboard shortcut opens.</translation>
     </message>
 </context>
 </TS>

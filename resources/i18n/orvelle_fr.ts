@@ -489,9 +489,6 @@
     <message id="quickAdd.nothingToPaste">
         <translation>Le presse-papiers ne contient ni adresse ni fichier.</translation>
     </message>
-    <message id="quickLaunch.title">
-        <translation>Lancement rapide</translation>
-    </message>
     <message id="quit.confirmTitle">
         <translation>Quitter Orvelle ?</translation>
     </message>
@@ -695,6 +692,45 @@
     </message>
     <message id="welcome.show">
         <translation>Revoir l’accueil…</translation>
+    </message>
+    <message id="quicklaunch.title">
+        <translation>Lancement rapide</translation>
+    </message>
+    <message id="clipboard.subtitle">
+        <translation>Les textes et images copiés récemment.</translation>
+    </message>
+    <message id="quicklaunch.subtitle">
+        <translation>Vos applications favorites, sur une ligne.</translation>
+    </message>
+    <message id="calendar.subtitle">
+        <translation>Les prochains rendez-vous de vos agendas.</translation>
+    </message>
+    <message id="weather.subtitle">
+        <translation>Le temps qu’il fait et qu’il fera.</translation>
+    </message>
+    <message id="systemInfo.subtitle">
+        <translation>Processeur, mémoire et disque en un coup d’œil.</translation>
+    </message>
+    <message id="network.subtitle">
+        <translation>Les débits entrant et sortant.</translation>
+    </message>
+    <message id="timer.subtitle">
+        <translation>Un compte à rebours qui prévient à la fin.</translation>
+    </message>
+    <message id="widget.show">
+        <translation>Afficher dans le menu</translation>
+    </message>
+    <message id="widget.mode">
+        <translation>Dans le menu :</translation>
+    </message>
+    <message id="widget.off">
+        <translation>Désactivé</translation>
+    </message>
+    <message id="widget.menuBarOnly">
+        <translation>Seulement dans le menu de l’icône</translation>
+    </message>
+    <message id="widget.menuBarOnlyHint">
+        <translation>Le widget n’apparaît pas dans le menu ouvert par le raccourci clavier.</translation>
     </message>
 </context>
 </TS>

@@ -52,6 +52,15 @@ QString plainToolTip(const QString &text)
     return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
 }
 
+QLabel *pageTitle(const QString &text, QWidget *parent)
+{
+    QLabel *label = sectionTitle(text, parent);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 1.25);
+    label->setFont(font);
+    return label;
+}
+
 QLabel *sectionTitle(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);

@@ -11,6 +11,9 @@ namespace orvelle {
 /// The margins of every tab's content.
 QMargins tabMargins();
 
+/// The heading of a page, larger than that of a section.
+QLabel *pageTitle(const QString &text, QWidget *parent);
+
 /// The heading of a section.
 QLabel *sectionTitle(const QString &text, QWidget *parent);
 

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "menubar/WidgetOrderManager.h"
 #include "ui/common/Icons.h"
+#include "ui/settings/WidgetSection.h"
 
 #include <QDrag>
 #include <QDropEvent>
@@ -10,32 +11,9 @@
 #include <QMimeData>
 #include <QPainter>
 
-#include <array>
-
 namespace orvelle {
 
 namespace {
-
-struct WidgetPresentation {
-    TextKey title;
-    const char *symbol;
-};
-
-/// In the order of WidgetType.
-const std::array<WidgetPresentation, 7> presentations{{
-    {"clipboard.title"_text, "list.clipboard"},
-    {"quickLaunch.title"_text, "bolt.fill"},
-    {"calendar.title"_text, "calendar"},
-    {"weather.title"_text, "cloud.sun.fill"},
-    {"systemInfo.title"_text, "desktopcomputer"},
-    {"network.title"_text, "network"},
-    {"timer.title"_text, "timer"},
-}};
-
-const WidgetPresentation &presentationOf(WidgetType widget)
-{
-    return presentations.at(static_cast<std::size_t>(widget));
-}
 
 WidgetType widgetOf(const QListWidgetItem &item)
 {
