@@ -71,6 +71,7 @@ SettingsServices Application::settingsServices(AppWindows &windows)
             windows,
             m_surroundings.alerts,
             m_core.clock,
+            m_core.volumes,
             [this](const LinkItem &item) { m_menuBar.openLink(item); },
             [this](const QString &path) { m_workspace.reveal(path); },
             [this](const QString &folder) { m_workspace.showFolder(folder); },

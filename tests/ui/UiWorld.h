@@ -99,6 +99,7 @@ struct UiWorld {
                 windows,
                 alerts,
                 clock,
+                volumes,
                 [this](const LinkItem &item) { openedLinks += item.name; },
                 [this](const QString &path) { revealed += path; },
                 [](const QString &) {},

@@ -20,6 +20,7 @@ class LinkStore;
 class Notifications;
 class SnapshotStore;
 class UserDefaults;
+class Volumes;
 class WidgetOrderManager;
 
 /// What the About tab tells of this installation.
@@ -43,6 +44,7 @@ struct SettingsServices {
     AppWindows &windows; ///< quick add and note editors
     Alerts &alerts;
     Clock &clock;
+    const Volumes &volumes;
     /// Opens an item exactly as the menu does.
     std::function<void(const LinkItem &)> openLink;
     /// Shows a file or folder in the file manager, selected.
