@@ -2,6 +2,7 @@
 
 #include "base/Timestamp.h"
 #include "links/LinkItem.h"
+#include "links/LinkTree.h"
 
 #include <functional>
 #include <optional>
@@ -46,36 +47,54 @@ bool isDescendant(const LinkList &links, const QUuid &parentId, const QUuid &chi
 int maxNestedDepth(const LinkItem &group);
 /// Every group in display order, a group before its own groups.
 QList<GroupAtDepth> allGroups(const LinkList &links, int depth = 0);
-/// All items in display order.
-LinkList flatten(const LinkList &links);
 
 /// Moves an item into a group, or to the top level when there is none. An
 /// index counts in the destination after the item was taken out; beyond its
-/// end, or without one, the item comes last. Moving B to 0 in [A, B, C] gives
-/// [B, A, C]. Sets the item's modifiedAt.
+/// end, or without one, the item comes last; below 0 it comes first. Moving B
+/// to 0 in [A, B, C] gives [B, A, C]. Sets the item's modifiedAt. How deep a
+/// moved group is itself does not matter.
 std::optional<EditRefusal> moveItem(LinkList &links, const QUuid &id, const std::optional<QUuid> &toGroup,
                                     std::optional<qsizetype> at, Timestamp now);
 
 /// Moves several items so that they stand side by side in display order. Items
 /// inside another moved one travel with it. Here `before` counts in the
-/// destination as it is before anything moves. All or nothing.
+/// destination as it is before anything moves: moving A and B before 2 in
+/// [A, C, B, D] gives [C, A, B, D]. All or nothing.
 std::optional<EditRefusal> moveItems(LinkList &links, const QList<QUuid> &ids, const std::optional<QUuid> &toGroup,
                                      std::optional<qsizetype> before, Timestamp now);
 
+/// Whether the item stands right below a group that could take it: one whose
+/// depth is less than 3 and, when the item is a group, plus 1 plus the item's
+/// maxNestedDepth() less than 4. Below a group of depth 2 this holds, and the
+/// move is refused all the same.
 bool canIndent(const LinkList &links, const QUuid &id);
+/// Moves the item to the end of the group right above it.
 std::optional<EditRefusal> indentItem(LinkList &links, const QUuid &id, Timestamp now);
+/// Whether the item is in a group.
 bool canOutdent(const LinkList &links, const QUuid &id);
+/// Moves the item out of its group, to right after it.
 std::optional<EditRefusal> outdentItem(LinkList &links, const QUuid &id, Timestamp now);
 
 /// Sorts the group's direct members by name as the locale does, without regard
 /// to case; equal names keep their order. Sets the group's modifiedAt.
 std::optional<EditRefusal> sortGroup(LinkList &links, const QUuid &groupId, Timestamp now);
 
+/// Reorders the top level: these of its items come to stand before the item
+/// `before`, or last, in display order. Others among `ids` are left where they
+/// are, and nothing is stamped. NothingToDo when the order is such already.
+std::optional<EditRefusal> reorderTopLevel(LinkList &links, const QList<QUuid> &ids,
+                                           const std::optional<QUuid> &before);
+
+/// Gives an item that is about to enter the tree, and its members, new
+/// identities where the tree has theirs already.
+LinkItem withFreeIdentities(const LinkList &links, const LinkItem &item);
+
 /// Removes all these items with their subtrees. NotFound when none is there.
 std::optional<EditRefusal> removeItems(LinkList &links, const QList<QUuid> &ids);
 
-/// Applies `change` to each of the items and sets their modifiedAt. NotFound
-/// when none is there.
+/// Applies `change` to each of the items and sets their modifiedAt. Identities,
+/// members and being a group stay, whatever it does to them. NotFound when none
+/// is there.
 std::optional<EditRefusal> changeEach(LinkList &links, const QList<QUuid> &ids,
                                       const std::function<void(LinkItem &)> &change, Timestamp now);
 

@@ -3,6 +3,7 @@
 #include "base/Notifications.h"
 #include "base/Uuid.h"
 #include "links/LinkCodec.h"
+#include "links/LinkEditing.h"
 #include "links/LinkLog.h"
 #include "links/LinkStoreHistory.h"
 #include "links/LinkTree.h"
@@ -170,6 +171,7 @@ void LinkStore::rebase(Outcome &outcome)
     }
     qCInfo(lcLinkStore) << "Another process changed the links; edits made again:" << survivors << "of"
                         << m_pending.size();
+    keepPictures(tree, m_links);
     m_links = std::move(tree);
     m_services.hooks.hydrateFavicons(m_links);
 }
@@ -180,33 +182,6 @@ void LinkStore::announceTree()
         return;
     emit linksChanged();
     emit historyChanged();
-}
-
-void LinkStore::addLink(const LinkItem &item)
-{
-    edit(Step::Ordinary, u"add"_s, [item](LinkList &links) {
-        links.append(item);
-        return true;
-    });
-}
-
-bool LinkStore::addLinkToGroup(const LinkItem &item, const QUuid &groupId)
-{
-    return edit(Step::Ordinary, u"add"_s,
-                [item, groupId](LinkList &links) { return appendToGroup(links, groupId, item); });
-}
-
-bool LinkStore::removeLink(const QUuid &id)
-{
-    return edit(Step::Destructive, u"remove"_s, [id](LinkList &links) { return removeItem(links, id); });
-}
-
-bool LinkStore::updateLink(const LinkItem &item, bool touchModifiedAt)
-{
-    LinkItem stored = item;
-    if (touchModifiedAt)
-        stored.modifiedAt = m_services.clock.now();
-    return edit(Step::Ordinary, u"update"_s, [stored](LinkList &links) { return replaceItem(links, stored); });
 }
 
 std::optional<LinkItem> LinkStore::find(const QUuid &id) const

@@ -112,7 +112,7 @@ public:
     std::optional<EditRefusal> updateLinks(const QList<QUuid> &ids, const std::function<void(LinkItem &)> &change);
 
     /// Reorders the top level: the items at `from` come to stand before what is
-    /// at `to` now.
+    /// at `to` now. Offsets that are none are ignored; nothing is stamped.
     void moveLinks(const QSet<qsizetype> &from, qsizetype to);
     /// As moveItem(); a refusal is logged and returned.
     std::optional<EditRefusal> moveLink(const QUuid &id, const std::optional<QUuid> &toGroup,
@@ -208,6 +208,10 @@ private:
     void loadOrCreateMachineId();
     QString linksKey() const;
     QString rootBookmarksKey() const;
+
+    /// A pure edit, run on each tree as Edit is.
+    using Attempt = std::function<std::optional<EditRefusal>(LinkList &)>;
+    std::optional<EditRefusal> attempt(Step step, const QString &reason, const Attempt &change);
 
     Outcome perform(const Pending &pending, bool triggerSync);
     bool keepSnapshot(Step step, const QString &reason, const LinkList &links);

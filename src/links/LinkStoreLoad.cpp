@@ -47,7 +47,9 @@ void LinkStore::loadLinks()
     m_keptUnreadableAt.reset();
     m_unsaved = false;
     Stored stored = readStored();
-    m_links = std::move(stored.links).value_or(LinkList());
+    LinkList links = std::move(stored.links).value_or(LinkList());
+    keepPictures(links, m_links);
+    m_links = std::move(links);
     if (stored.value && !stored.links)
         setAside(*stored.value);
     migrateLinksIfNeeded(stored.madeStableIds);

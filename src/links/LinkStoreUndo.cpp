@@ -38,7 +38,9 @@ bool LinkStore::travel(QList<LinkList> &from, QList<LinkList> &to, const QString
     const LinkList target = from.constLast();
     const Outcome outcome = perform({Step::Destructive, reason,
                                      [target](LinkList &links) {
-                                         links = target;
+                                         LinkList restored = target;
+                                         keepPictures(restored, links);
+                                         links = restored;
                                          return true;
                                      }},
                                     true);

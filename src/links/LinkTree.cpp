@@ -1,34 +1,74 @@
 #include "links/LinkTree.h"
 
+#include <QHash>
+
 namespace orvelle {
 
 namespace {
 
-/// Positions from the root list down to an item.
-using Path = QList<qsizetype>;
-
-bool findPath(const LinkList &links, const QUuid &id, Path &path)
+bool findPath(const LinkList &links, const QUuid &id, ItemPath &path)
 {
     for (qsizetype i = 0; i < links.size(); ++i) {
+        if (links.at(i).id == id) {
+            path += i;
+            return true;
+        }
+    }
+    for (qsizetype i = 0; i < links.size(); ++i) {
+        if (!links.at(i).children)
+            continue;
         path += i;
-        const LinkItem &item = links.at(i);
-        if (item.id == id || (item.children && findPath(*item.children, id, path)))
+        if (findPath(*links.at(i).children, id, path))
             return true;
         path.removeLast();
     }
     return false;
 }
 
-/// The list that holds the last position of the path, ready to be changed.
-LinkList &listAt(LinkList &links, const Path &path)
+void takeInto(LinkList &taken, LinkList &links, const QSet<QUuid> &ids)
+{
+    bool anyHere = false;
+    for (qsizetype i = 0; i < links.size(); ++i) {
+        const LinkItem &item = links.at(i);
+        if (ids.contains(item.id)) {
+            taken += item;
+            anyHere = true;
+        } else if (item.children) {
+            LinkList children = *item.children;
+            const qsizetype before = taken.size();
+            takeInto(taken, children, ids);
+            if (taken.size() > before)
+                links[i].children = std::move(children);
+        }
+    }
+    if (anyHere)
+        links.removeIf([&ids](const LinkItem &item) { return ids.contains(item.id); });
+}
+
+} // namespace
+
+ItemPath pathTo(const LinkList &links, const QUuid &id)
+{
+    ItemPath path;
+    findPath(links, id, path);
+    return path;
+}
+
+const LinkItem &itemAt(const LinkList &links, const ItemPath &path)
+{
+    const LinkItem *item = &links.at(path.first());
+    for (qsizetype level = 1; level < path.size(); ++level)
+        item = &item->children->at(path[level]);
+    return *item;
+}
+
+LinkList &listHolding(LinkList &links, const ItemPath &path)
 {
     LinkList *list = &links;
     for (qsizetype level = 0; level + 1 < path.size(); ++level)
         list = &*(*list)[path[level]].children;
     return *list;
 }
-
-} // namespace
 
 const LinkItem *findItem(const LinkList &links, const std::function<bool(const LinkItem &)> &matches)
 {
@@ -45,7 +85,8 @@ const LinkItem *findItem(const LinkList &links, const std::function<bool(const L
 
 const LinkItem *findItem(const LinkList &links, const QUuid &id)
 {
-    return findItem(links, [&id](const LinkItem &item) { return item.id == id; });
+    const ItemPath path = pathTo(links, id);
+    return path.isEmpty() ? nullptr : &itemAt(links, path);
 }
 
 void walk(const LinkList &links, const std::function<void(const LinkItem &)> &visit)
@@ -55,6 +96,13 @@ void walk(const LinkList &links, const std::function<void(const LinkItem &)> &vi
         if (item.children)
             walk(*item.children, visit);
     }
+}
+
+LinkList flatten(const LinkList &links)
+{
+    LinkList items;
+    walk(links, [&items](const LinkItem &item) { items += item; });
+    return items;
 }
 
 qint64 countAll(const LinkList &links)
@@ -76,31 +124,35 @@ int treeLevels(const LinkList &links)
 
 bool replaceItem(LinkList &links, const LinkItem &item)
 {
-    Path path;
-    if (!findPath(links, item.id, path))
+    const ItemPath path = pathTo(links, item.id);
+    if (path.isEmpty())
         return false;
-    listAt(links, path)[path.last()] = item;
+    listHolding(links, path)[path.last()] = item;
     return true;
 }
 
 bool removeItem(LinkList &links, const QUuid &id)
 {
-    Path path;
-    if (!findPath(links, id, path))
+    const ItemPath path = pathTo(links, id);
+    if (path.isEmpty())
         return false;
-    listAt(links, path).removeAt(path.last());
+    listHolding(links, path).removeAt(path.last());
     return true;
+}
+
+LinkList takeItems(LinkList &links, const QSet<QUuid> &ids)
+{
+    LinkList taken;
+    takeInto(taken, links, ids);
+    return taken;
 }
 
 bool appendToGroup(LinkList &links, const QUuid &groupId, const LinkItem &item)
 {
-    Path path;
-    if (!findPath(links, groupId, path))
+    const ItemPath path = pathTo(links, groupId);
+    if (path.isEmpty() || !itemAt(links, path).isGroup())
         return false;
-    const LinkItem *group = findItem(links, groupId);
-    if (!group->isGroup())
-        return false;
-    LinkItem &target = listAt(links, path)[path.last()];
+    LinkItem &target = listHolding(links, path)[path.last()];
     if (!target.children)
         target.children.emplace();
     target.children->append(item);
@@ -124,6 +176,27 @@ bool changeItems(LinkList &links, const std::function<std::optional<LinkItem>(co
         changed = true;
     }
     return changed;
+}
+
+void keepPictures(LinkList &links, const LinkList &shown)
+{
+    struct Picture {
+        QString path;
+        std::optional<QByteArray> data;
+    };
+    QHash<QUuid, Picture> pictures;
+    walk(shown, [&pictures](const LinkItem &item) {
+        if (item.type == LinkType::Url)
+            pictures.insert(item.id, {item.path, item.faviconData});
+    });
+    changeItems(links, [&pictures](const LinkItem &old) -> std::optional<LinkItem> {
+        const auto picture = pictures.constFind(old.id);
+        if (picture == pictures.cend() || picture->path != old.path || picture->data == old.faviconData)
+            return std::nullopt;
+        LinkItem item = old;
+        item.faviconData = picture->data;
+        return item;
+    });
 }
 
 } // namespace orvelle

@@ -1,0 +1,150 @@
+#include "links/LinkLog.h"
+#include "links/LinkStore.h"
+#include "links/LinkTree.h"
+#include "platform/Clock.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle {
+
+/// Makes an edit and tells why it was refused. The reason is that of its last
+/// run, as it may run again on another process's tree.
+std::optional<EditRefusal> LinkStore::attempt(Step step, const QString &reason, const Attempt &change)
+{
+    const auto refusal = std::make_shared<std::optional<EditRefusal>>();
+    const bool done = edit(step, reason, [change, refusal](LinkList &links) {
+        *refusal = change(links);
+        return !refusal->has_value();
+    });
+    if (done)
+        return std::nullopt;
+    if (!*refusal)
+        return step == Step::Destructive ? EditRefusal::NotStored : EditRefusal::TooDeep;
+    if (*refusal == EditRefusal::TooDeep || *refusal == EditRefusal::IntoItself)
+        qCInfo(lcLinkStore).noquote() << logText(**refusal);
+    return *refusal;
+}
+
+void LinkStore::addLink(const LinkItem &item)
+{
+    edit(Step::Ordinary, u"add"_s, [item](LinkList &links) {
+        links.append(withFreeIdentities(links, item));
+        return true;
+    });
+}
+
+bool LinkStore::addLinkToGroup(const LinkItem &item, const QUuid &groupId)
+{
+    return edit(Step::Ordinary, u"add"_s, [item, groupId](LinkList &links) {
+        return appendToGroup(links, groupId, withFreeIdentities(links, item));
+    });
+}
+
+void LinkStore::insertLink(const LinkItem &item, qsizetype index)
+{
+    edit(Step::Ordinary, u"add"_s, [item, index](LinkList &links) {
+        links.insert(std::clamp<qsizetype>(index, 0, links.size()), withFreeIdentities(links, item));
+        return true;
+    });
+}
+
+bool LinkStore::removeLink(const QUuid &id)
+{
+    return edit(Step::Destructive, u"remove"_s, [id](LinkList &links) { return removeItem(links, id); });
+}
+
+std::optional<EditRefusal> LinkStore::removeLinks(const QList<QUuid> &ids)
+{
+    return attempt(Step::Destructive, u"remove"_s, [ids](LinkList &links) { return removeItems(links, ids); });
+}
+
+bool LinkStore::updateLink(const LinkItem &item, bool touchModifiedAt)
+{
+    LinkItem stored = item;
+    if (touchModifiedAt)
+        stored.modifiedAt = m_services.clock.now();
+    return edit(Step::Ordinary, u"update"_s, [stored](LinkList &links) {
+        const LinkItem *old = findItem(links, stored.id);
+        if (!old)
+            return false;
+        LinkItem fresh = stored;
+        // A copy that was taken before the picture came does not take it away.
+        if (!fresh.faviconData && fresh.path == old->path)
+            fresh.faviconData = old->faviconData;
+        return replaceItem(links, fresh);
+    });
+}
+
+std::optional<EditRefusal> LinkStore::updateLinks(const QList<QUuid> &ids,
+                                                  const std::function<void(LinkItem &)> &change)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"update"_s,
+                   [ids, change, now](LinkList &links) { return changeEach(links, ids, change, now); });
+}
+
+void LinkStore::moveLinks(const QSet<qsizetype> &from, qsizetype to)
+{
+    // By identity, as offsets mean nothing on another process's tree.
+    QList<QUuid> ids;
+    std::optional<QUuid> before;
+    for (qsizetype i = 0; i < m_links.size(); ++i) {
+        if (from.contains(i))
+            ids += m_links.at(i).id;
+        else if (!before && i >= to)
+            before = m_links.at(i).id;
+    }
+    attempt(Step::Ordinary, u"move"_s, [ids, before](LinkList &links) { return reorderTopLevel(links, ids, before); });
+}
+
+std::optional<EditRefusal> LinkStore::moveLink(const QUuid &id, const std::optional<QUuid> &toGroup,
+                                               std::optional<qsizetype> at)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"move"_s,
+                   [id, toGroup, at, now](LinkList &links) { return moveItem(links, id, toGroup, at, now); });
+}
+
+std::optional<EditRefusal> LinkStore::moveLinks(const QList<QUuid> &ids, const std::optional<QUuid> &toGroup,
+                                                std::optional<qsizetype> before)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"move"_s, [ids, toGroup, before, now](LinkList &links) {
+        return moveItems(links, ids, toGroup, before, now);
+    });
+}
+
+std::optional<EditRefusal> LinkStore::indentLink(const QUuid &id)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"move"_s, [id, now](LinkList &links) { return indentItem(links, id, now); });
+}
+
+std::optional<EditRefusal> LinkStore::outdentLink(const QUuid &id)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"move"_s, [id, now](LinkList &links) { return outdentItem(links, id, now); });
+}
+
+std::optional<EditRefusal> LinkStore::sortGroupAlphabetically(const QUuid &groupId)
+{
+    const Timestamp now = m_services.clock.now();
+    return attempt(Step::Ordinary, u"sort"_s,
+                   [groupId, now](LinkList &links) { return sortGroup(links, groupId, now); });
+}
+
+void LinkStore::setFaviconData(const QHash<QUuid, std::optional<QByteArray>> &pictures)
+{
+    const bool changed = changeItems(m_links, [&pictures](const LinkItem &old) -> std::optional<LinkItem> {
+        const auto picture = pictures.constFind(old.id);
+        if (picture == pictures.cend() || old.faviconData == *picture)
+            return std::nullopt;
+        LinkItem item = old;
+        item.faviconData = *picture;
+        return item;
+    });
+    if (changed)
+        emit faviconsChanged();
+}
+
+} // namespace orvelle
