@@ -19,6 +19,16 @@ seed_tree() { # JSON-FILE: makes it the tree of this desktop's own profile
     "$orvelle" defaults write orvelle_savedLinks data "$(base64 --wrap=0 "$1")"
 }
 
+# Ends the script: says what failed and shows what can be seen of it.
+give_up_with() { # MESSAGE PICTURE
+    echo "FAILED: $1" >&2
+    mkdir -p "$(dirname "$2")"
+    shot "$2" && echo "the screen is in $2" >&2
+    echo "--- windows" >&2; xwininfo -root -children >&2
+    echo "--- Orvelle's output" >&2; tail -n 40 "$ORVELLE_DESKTOP/log/orvelle" >&2
+    exit 1
+}
+
 shot() { import -silent -window root "$1"; }
 
 # Sees to it that a picture is not taken while something is still being drawn.

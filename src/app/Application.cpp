@@ -27,7 +27,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_powerEvents(surroundings.sessionBus),
       m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
       m_workspace(surroundings.sessionBus),
-      m_statusItem(surroundings.clock, surroundings.sessionBus),
+      m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
       m_presenter(&childEntries),
       m_importer(surroundings.alerts),
       m_windows(windowServices()),

@@ -1,5 +1,7 @@
 #include "base/JsonReader.h"
 
+#include "base/Text.h"
+
 #include <simdjson.h>
 
 #include <bit>
@@ -186,18 +188,6 @@ std::optional<JsonValue> JsonValue::member(std::string_view key) const
         return !found;
     });
     return found;
-}
-
-QString textFromUtf8(std::string_view utf8)
-{
-    // QString takes a leading U+FEFF for a signature and drops it, and the next
-    // one as well once the first is gone.
-    constexpr std::string_view mark = "\xef\xbb\xbf";
-    QString marks;
-    for (; utf8.starts_with(mark); utf8.remove_prefix(mark.size()))
-        marks += QChar(QChar::ByteOrderMark);
-    const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-    return marks.isEmpty() ? text : marks + text;
 }
 
 std::optional<QString> jsonText(const std::optional<JsonValue> &value)

@@ -84,10 +84,6 @@ private:
     std::unique_ptr<Private> d;
 };
 
-/// Valid UTF-8 as text, whole: NUL and a byte order mark are characters like
-/// any other.
-QString textFromUtf8(std::string_view utf8);
-
 /// A string value as text; absent when it is missing or not a string.
 std::optional<QString> jsonText(const std::optional<JsonValue> &value);
 

@@ -32,4 +32,16 @@ QString text(TextKey key, qlonglong argument)
     return filled(text(key), QLatin1StringView("%lld"), QLocale().toString(argument));
 }
 
+QString textFromUtf8(std::string_view utf8)
+{
+    // QString takes a leading U+FEFF for a signature and drops it, and the next
+    // one as well once the first is gone.
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    QString marks;
+    for (; utf8.starts_with(mark); utf8.remove_prefix(mark.size()))
+        marks += QChar(QChar::ByteOrderMark);
+    const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return marks.isEmpty() ? text : marks + text;
+}
+
 } // namespace orvelle

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 namespace orvelle {
 
 /// A key of the text table ("menu.settings"). Made only by the `_text`
@@ -26,5 +28,9 @@ QString text(TextKey key);
 /// The same with the one placeholder of the key ("%@" or "%lld") filled in.
 QString text(TextKey key, const QString &argument);
 QString text(TextKey key, qlonglong argument);
+
+/// Valid UTF-8 as text, whole: NUL and a byte order mark are characters like
+/// any other.
+QString textFromUtf8(std::string_view utf8);
 
 } // namespace orvelle

@@ -3,6 +3,7 @@
 #include "base/Base64.h"
 #include "base/JsonReader.h"
 #include "base/JsonWriter.h"
+#include "base/Text.h"
 #include "base/Uuid.h"
 
 #include <array>

@@ -9,13 +9,7 @@ database=$XDG_CONFIG_HOME/orvelle/defaults.sqlite
 pictures=${ORVELLE_PICTURES:-build/screenshots}
 proof=$(basename "$0" .sh)
 
-fail() {
-    echo "FAILED: $1" >&2
-    picture failed && echo "the screen is in $pictures/$proof-failed.png" >&2
-    echo "--- windows" >&2; xwininfo -root -children >&2
-    echo "--- Orvelle's output" >&2; tail -n 40 "$ORVELLE_DESKTOP/log/orvelle" >&2
-    exit 1
-}
+fail() { give_up_with "$1" "$pictures/$proof-failed.png"; }
 picture() { # NAME
     mkdir -p "$pictures"
     settled_shot "$pictures/$proof-$1.png"

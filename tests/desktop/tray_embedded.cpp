@@ -1,4 +1,5 @@
 #include "desktop/tray_tools.h"
+#include "platform/freedesktop/DesktopColorScheme.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/XcbTools.h"
 #include "support/FakeClock.h"
@@ -83,7 +84,7 @@ private:
 class EmbeddedTest : public testing::Test
 {
 protected:
-    EmbeddedTest() : item(clock, program.bus())
+    EmbeddedTest() : item(clock, colors, program.bus())
     {
         item.setPainter(paintFrame);
         QObject::connect(&item, &StatusItem::activated, [this](QPoint at) { activations += at; });
@@ -100,6 +101,7 @@ protected:
 
     FakeClock clock;
     BusClient program;
+    DesktopColorScheme colors{program.bus()};
     FreedesktopStatusItem item;
     QList<QPoint> activations, contextMenus;
 };
@@ -188,7 +190,9 @@ TEST(EmbeddedWithoutDisplayTest, IsNoTrayAndNoError)
     const QByteArray display = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":4711");
     FakeClock clock;
-    FreedesktopStatusItem item(clock, QDBusConnection(u"no such connection"_s));
+    const QDBusConnection none(u"no such connection"_s);
+    DesktopColorScheme colors(none);
+    FreedesktopStatusItem item(clock, colors, none);
     QList<Host> hosts;
     QObject::connect(&item, &StatusItem::hostChanged, [&](Host host) { hosts += host; });
     item.show();

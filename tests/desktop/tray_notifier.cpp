@@ -1,4 +1,5 @@
 #include "desktop/tray_tools.h"
+#include "platform/freedesktop/DesktopColorScheme.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/HostMenu.h"
 #include "platform/freedesktop/NotifierItem.h"
@@ -71,7 +72,7 @@ private:
 class NotifierTest : public testing::Test
 {
 protected:
-    NotifierTest() : item(clock, program.bus())
+    NotifierTest() : item(clock, colors, program.bus())
     {
         item.setPainter(paintFrame);
         item.setTitle(u"Orvelle"_s);
@@ -105,6 +106,7 @@ protected:
     FakeClock clock;
     BusClient program; ///< the application's connection
     BusClient panel;   ///< the host's
+    DesktopColorScheme colors{program.bus()};
     FreedesktopStatusItem item;
     QList<Host> hosts;
     QList<QPoint> activations, contextMenus;
@@ -176,6 +178,7 @@ TEST_F(NotifierTest, PixmapsFollowTheColourScheme)
     auto portalBus = portalClient.bus();
     portalBus.registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, &portal);
     FakeWatcher watcher(true);
+    colors.start();
     item.show();
     ASSERT_TRUE(hostBecomes(Host::Notifier));
     ASSERT_TRUE(portalBus.registerService(u"org.freedesktop.portal.Desktop"_s));

@@ -1,4 +1,5 @@
 #include "desktop/tray_tools.h"
+#include "platform/freedesktop/DesktopColorScheme.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/SystemClock.h"
 
@@ -33,7 +34,8 @@ QRect markedArea()
 TEST(PanelTest, ShowsTheIconOnceAndAnswersRealClicks)
 {
     SystemClock clock;
-    FreedesktopStatusItem item(clock);
+    DesktopColorScheme colors(QDBusConnection::sessionBus());
+    FreedesktopStatusItem item(clock, colors);
     item.setPainter([](int side, const QColor &) { return paintFrame(side, QColor::fromRgb(marker)); });
     item.setTitle(u"Orvelle"_s);
     item.setHostMenu({{1, u"Settings"_s, {}, false}, {2, u"Quit"_s, {}, false}});

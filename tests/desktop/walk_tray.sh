@@ -9,14 +9,7 @@ orvelle=$1
 opened=$ORVELLE_DESKTOP/opened
 before=$ORVELLE_DESKTOP/before.png
 
-fail() {
-    echo "FAILED: $1" >&2
-    mkdir -p build/screenshots
-    shot "build/screenshots/walk-failed-${ORVELLE_WALK_NAME-}.png" && echo "the screen is in build/screenshots" >&2
-    echo "--- windows" >&2; xwininfo -root -children >&2
-    echo "--- Orvelle's output" >&2; tail -n 40 "$ORVELLE_DESKTOP/log/orvelle" >&2
-    exit 1
-}
+fail() { give_up_with "$1" "build/screenshots/walk-failed-${ORVELLE_WALK_NAME-}.png"; }
 
 # Addresses go to a program of our own that writes down what it is given.
 register_handler() {

@@ -34,15 +34,16 @@ QPoint hostPosition(const QPoint &given)
 
 } // namespace
 
-FreedesktopStatusItem::FreedesktopStatusItem(Clock &clock, const QDBusConnection &sessionBus)
+FreedesktopStatusItem::FreedesktopStatusItem(Clock &clock, DesktopColorScheme &colors,
+                                             const QDBusConnection &sessionBus)
     : m_clock(clock),
       m_bus(sessionBus),
-      m_colors(std::make_unique<DesktopColorScheme>(sessionBus)),
+      m_colors(colors),
       m_hostMenu(std::make_unique<HostMenu>()),
       m_notifier(std::make_unique<NotifierItem>(sessionBus)),
       m_embedded(std::make_unique<EmbeddedTray>())
 {
-    connect(m_colors.get(), &DesktopColorScheme::changed, this, &FreedesktopStatusItem::recolor);
+    connect(&m_colors, &DesktopColorScheme::changed, this, &FreedesktopStatusItem::recolor);
     connect(m_hostMenu.get(), &HostMenu::chosen, this, &FreedesktopStatusItem::hostMenuChosen);
     connect(m_notifier.get(), &NotifierItem::hostSearched, this, &FreedesktopStatusItem::hostSearched);
     connect(m_notifier.get(), &NotifierItem::activated, this,
@@ -64,7 +65,6 @@ void FreedesktopStatusItem::show()
     if (m_bus.isConnected())
         m_bus.registerObject(HostMenu::objectPath(), m_hostMenu.get(), QDBusConnection::ExportScriptableContents);
     m_notifier->start();
-    m_colors->start();
     m_noneTimer = m_clock.singleShot(searchTime, [this] { reportNone(); });
 }
 
@@ -92,8 +92,8 @@ void FreedesktopStatusItem::setHostMenu(const QList<HostMenuEntry> &entries)
 
 void FreedesktopStatusItem::recolor()
 {
-    m_notifier->setColor(m_colors->symbolColor());
-    m_embedded->setFallbackColor(m_colors->symbolColor());
+    m_notifier->setColor(m_colors.symbolColor());
+    m_embedded->setFallbackColor(m_colors.symbolColor());
 }
 
 void FreedesktopStatusItem::hostSearched(bool found)

@@ -30,9 +30,10 @@ class FreedesktopStatusItem : public StatusItem
     Q_OBJECT
 
 public:
-    /// `clock` must outlive the item. A bus that is not connected is as good as
+    /// `clock` and `colors` must outlive the item. A bus that is not connected is as good as
     /// a desktop without a StatusNotifierItem host.
-    explicit FreedesktopStatusItem(Clock &clock, const QDBusConnection &sessionBus = QDBusConnection::sessionBus());
+    FreedesktopStatusItem(Clock &clock, DesktopColorScheme &colors,
+                          const QDBusConnection &sessionBus = QDBusConnection::sessionBus());
     ~FreedesktopStatusItem() override;
 
     void show() override;
@@ -51,7 +52,7 @@ private:
 
     Clock &m_clock;
     QDBusConnection m_bus;
-    std::unique_ptr<DesktopColorScheme> m_colors;
+    DesktopColorScheme &m_colors;
     std::unique_ptr<HostMenu> m_hostMenu;
     std::unique_ptr<NotifierItem> m_notifier;
     std::unique_ptr<EmbeddedTray> m_embedded;

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/SqliteConnection.h"
 
 #include "base/JsonReader.h"
+#include "base/Text.h"
 
 #include <cerrno>
 #include <cstring>
