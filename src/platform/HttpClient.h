@@ -14,13 +14,16 @@
 
 namespace orvelle {
 
-/// One request. Only http and https addresses are sent.
+/// One request. Only http and https addresses without credentials are sent.
+///
+/// A redirect keeps method and body but for 303 and for a POST answered with
+/// 301 or 302, which go on as GET (RFC 9110, 15.4).
 struct HttpRequest {
-    QUrl url;
+    QUrl url = {};
     QByteArray method = "GET";
-    QList<QPair<QByteArray, QByteArray>> headers;
-    QByteArray body;
-    std::chrono::milliseconds idleTimeout{10000};  ///< without a byte received
+    QList<QPair<QByteArray, QByteArray>> headers = {};
+    QByteArray body = {};
+    std::chrono::milliseconds idleTimeout{10000};  ///< without a byte received or taken from us
     std::chrono::milliseconds totalTimeout{60000}; ///< from sending to the last byte
     qint64 maxBytes = qint64(1) << 20;             ///< of the decoded answer; held while streaming
     int maxRedirects = 3;                          ///< 0 hands a redirect back as the answer
@@ -39,14 +42,24 @@ struct HttpResponse {
     QByteArray header(const QByteArray &name) const;
 };
 
+/// Why there is no whole answer. A status of 400 or more is an answer.
 struct HttpError {
-    enum class Kind { Refused, Unreachable, TimedOut, TooLarge, BadRedirect, Tls, Authentication, Protocol };
+    enum class Kind {
+        Refused,     ///< the address is none that is sent to
+        Unreachable, ///< no such host, no connection, or it broke
+        TimedOut,
+        TooLarge,
+        BadRedirect, ///< too many, or to where it may not lead
+        Tls,
+        Authentication, ///< a proxy's; a server's is status 401
+        Protocol,       ///< the answer is no HTTP, or ends too early
+    };
     Kind kind = Kind::Unreachable;
     QString detail; ///< for the log: no address, no host
 };
 
 /// A request on its way. Destroying it cancels it; its callback is then never
-/// called.
+/// called. Also gone with the client it came from.
 class HttpCall
 {
 public:
