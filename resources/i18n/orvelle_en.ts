@@ -18,12 +18,6 @@
     <message id="about.showFolder">
         <translation>Show</translation>
     </message>
-    <message id="about.licence">
-        <translation>Licence</translation>
-    </message>
-    <message id="about.licenceText">
-        <translation>Orvelle is free software under the Apache License, version 2.0. Its symbols come from the Phosphor icon set, under the MIT licence.</translation>
-    </message>
     <message id="calendar.title">
         <translation>Calendar</translation>
     </message>
@@ -113,9 +107,6 @@
     </message>
     <message id="error.importNotAFile">
         <translation>It is not a file.</translation>
-    </message>
-    <message id="error.importTooLarge">
-        <translation>The file is too large.</translation>
     </message>
     <message id="error.importNotAvailable">
         <translation>This version of Orvelle cannot import documents yet.</translation>
@@ -519,15 +510,6 @@
     <message id="repair.prompt">
         <translation>Choose</translation>
     </message>
-    <message id="settings.tab.general">
-        <translation>General</translation>
-    </message>
-    <message id="settings.tab.widgets">
-        <translation>Widgets</translation>
-    </message>
-    <message id="settings.tab.about">
-        <translation>About</translation>
-    </message>
     <message id="settings.windowTitle">
         <translation>Orvelle Settings</translation>
     </message>
@@ -590,9 +572,6 @@
     </message>
     <message id="settings.widgetOrder">
         <translation>Order in the menu</translation>
-    </message>
-    <message id="settings.widgetOrderHint">
-        <translation>Drag a widget onto another to place it just above, or use the buttons.</translation>
     </message>
     <message id="settings.moveUp">
         <translation>Move up</translation>
@@ -731,6 +710,287 @@
     </message>
     <message id="widget.menuBarOnlyHint">
         <translation>Leaves the widget out of the menu that the keyboard shortcut opens.</translation>
+    </message>
+    <message id="timer.doneTitle">
+        <translation>Time is up</translation>
+    </message>
+    <message id="timer.doneMessage %@">
+        <translation>The timer of %@ has ended.</translation>
+    </message>
+    <message id="settings.tab.general">
+        <translation>&amp;General</translation>
+    </message>
+    <message id="settings.tab.widgets">
+        <translation>&amp;Widgets</translation>
+    </message>
+    <message id="settings.tab.sync">
+        <translation>&amp;Sync</translation>
+    </message>
+    <message id="settings.tab.about">
+        <translation>A&amp;bout</translation>
+    </message>
+    <message id="settings.dropHere">
+        <translation>Drop to import</translation>
+    </message>
+    <message id="settings.dropRefused">
+        <translation>Only exported documents, bookmark files and folders of links can be imported.</translation>
+    </message>
+    <message id="settings.widgetOrderHint">
+        <translation>The widgets stand in the menu in this order. Drag one onto another to place it just above, or use the buttons.</translation>
+    </message>
+    <message id="widget.notYet">
+        <translation>This widget is not part of this version yet. Its place in the menu is kept.</translation>
+    </message>
+    <message id="sync.backup">
+        <translation>Backup</translation>
+    </message>
+    <message id="sync.backupHint">
+        <translation>All links, notes and settings in one file, to keep or to take to another computer.</translation>
+    </message>
+    <message id="sync.export">
+        <translation>&amp;Export…</translation>
+    </message>
+    <message id="sync.import">
+        <translation>&amp;Import…</translation>
+    </message>
+    <message id="sync.bookmarks">
+        <translation>Browser bookmarks</translation>
+    </message>
+    <message id="sync.bookmarksHint">
+        <translation>The HTML file that every browser reads and writes.</translation>
+    </message>
+    <message id="sync.exportBookmarks">
+        <translation>E&amp;xport…</translation>
+    </message>
+    <message id="sync.importBookmarks">
+        <translation>I&amp;mport…</translation>
+    </message>
+    <message id="sync.linkFolder">
+        <translation>Link files</translation>
+    </message>
+    <message id="sync.linkFolderHint">
+        <translation>A folder of .desktop, .url or .webloc files, with its subfolders as groups.</translation>
+    </message>
+    <message id="sync.importLinkFolder">
+        <translation>Import &amp;folder…</translation>
+    </message>
+    <message id="snapshot.title">
+        <translation>Snapshots</translation>
+    </message>
+    <message id="snapshot.subtitle">
+        <translation>Orvelle keeps a copy of your links before every step that takes something away. The last 50 are kept, and one a day for 30 days.</translation>
+    </message>
+    <message id="snapshot.column.date">
+        <translation>Date</translation>
+    </message>
+    <message id="snapshot.column.reason">
+        <translation>Taken before</translation>
+    </message>
+    <message id="snapshot.column.items">
+        <translation>Items</translation>
+    </message>
+    <message id="snapshot.reason.remove">
+        <translation>Removing</translation>
+    </message>
+    <message id="snapshot.reason.replace">
+        <translation>Replacing everything by an import</translation>
+    </message>
+    <message id="snapshot.reason.import">
+        <translation>An import</translation>
+    </message>
+    <message id="snapshot.reason.merge">
+        <translation>Merging an import</translation>
+    </message>
+    <message id="snapshot.reason.sync">
+        <translation>A synchronisation</translation>
+    </message>
+    <message id="snapshot.reason.undo">
+        <translation>Undoing</translation>
+    </message>
+    <message id="snapshot.reason.redo">
+        <translation>Redoing</translation>
+    </message>
+    <message id="snapshot.reason.restore">
+        <translation>Restoring a snapshot</translation>
+    </message>
+    <message id="snapshot.reason.other">
+        <translation>Another change</translation>
+    </message>
+    <message id="snapshot.today %@">
+        <translation>Today, %@</translation>
+    </message>
+    <message id="snapshot.yesterday %@">
+        <translation>Yesterday, %@</translation>
+    </message>
+    <message id="snapshot.oneItem">
+        <translation>1 item</translation>
+    </message>
+    <message id="snapshot.items %lld">
+        <translation>%lld items</translation>
+    </message>
+    <message id="snapshot.preview">
+        <translation>&amp;Look inside…</translation>
+    </message>
+    <message id="snapshot.restore">
+        <translation>&amp;Restore</translation>
+    </message>
+    <message id="snapshot.close">
+        <translation>Close</translation>
+    </message>
+    <message id="snapshot.emptyTitle">
+        <translation>No snapshots yet</translation>
+    </message>
+    <message id="snapshot.emptyMessage">
+        <translation>The first one is taken by itself before something is removed, replaced or imported.</translation>
+    </message>
+    <message id="snapshot.previewTitle">
+        <translation>Snapshot</translation>
+    </message>
+    <message id="snapshot.changesTitle">
+        <translation>If you restore it:</translation>
+    </message>
+    <message id="snapshot.oneComesBack">
+        <translation>1 item comes back</translation>
+    </message>
+    <message id="snapshot.comeBack %lld">
+        <translation>%lld items come back</translation>
+    </message>
+    <message id="snapshot.oneGoes">
+        <translation>1 item that is not in it goes</translation>
+    </message>
+    <message id="snapshot.go %lld">
+        <translation>%lld items that are not in it go</translation>
+    </message>
+    <message id="snapshot.oneChanges">
+        <translation>1 item is again as it was</translation>
+    </message>
+    <message id="snapshot.change %lld">
+        <translation>%lld items are again as they were</translation>
+    </message>
+    <message id="snapshot.oneMoves">
+        <translation>1 item moves back to its place</translation>
+    </message>
+    <message id="snapshot.move %lld">
+        <translation>%lld items move back to their places</translation>
+    </message>
+    <message id="snapshot.reorders">
+        <translation>the order is again as it was</translation>
+    </message>
+    <message id="snapshot.noChange">
+        <translation>nothing changes: your links are just like this</translation>
+    </message>
+    <message id="snapshot.fate.comesBack">
+        <translation>comes back</translation>
+    </message>
+    <message id="snapshot.fate.changes">
+        <translation>as it was</translation>
+    </message>
+    <message id="snapshot.fate.moves">
+        <translation>moves</translation>
+    </message>
+    <message id="snapshot.unreadableTitle">
+        <translation>This snapshot cannot be read</translation>
+    </message>
+    <message id="snapshot.unreadable %@">
+        <translation>Your links are as they were. What went wrong: %@</translation>
+    </message>
+    <message id="snapshot.refusedTitle">
+        <translation>The snapshot was not restored</translation>
+    </message>
+    <message id="snapshot.refused">
+        <translation>Your links as they are now could not be kept first, so nothing was changed. Is the disk full?</translation>
+    </message>
+    <message id="snapshot.restored %@">
+        <translation>Your links are again as before: %@.</translation>
+    </message>
+    <message id="about.licence">
+        <translation>Licences</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle is free software and rests on the work of others. Thank you!</translation>
+    </message>
+    <message id="about.readLicence">
+        <translation>Read</translation>
+    </message>
+    <message id="about.licenceOf %@">
+        <translation>Licence of %@</translation>
+    </message>
+    <message id="about.licenceUnreadable %@">
+        <translation>The text cannot be read: %@</translation>
+    </message>
+    <message id="welcome.begin">
+        <translation>A quick start</translation>
+    </message>
+    <message id="welcome.addSample">
+        <translation>Add a sample group</translation>
+    </message>
+    <message id="welcome.sampleAdded">
+        <translation>Sample group added</translation>
+    </message>
+    <message id="welcome.importBookmarks">
+        <translation>Import bookmarks…</translation>
+    </message>
+    <message id="welcome.sampleGroup">
+        <translation>First steps</translation>
+    </message>
+    <message id="welcome.sampleHome">
+        <translation>Home folder</translation>
+    </message>
+    <message id="welcome.sampleDocuments">
+        <translation>Documents</translation>
+    </message>
+    <message id="welcome.sampleNote">
+        <translation>How it works</translation>
+    </message>
+    <message id="welcome.sampleNoteText">
+        <translation>Click the icon in the tray: your links are in the menu.
+The buttons below them add a link, make a note like this one, and open the settings.
+You can change or remove everything here.</translation>
+    </message>
+    <message id="foreign.unnamedFolder">
+        <translation>Unnamed folder</translation>
+    </message>
+    <message id="foreign.errorNotAFolder">
+        <translation>This folder does not exist.</translation>
+    </message>
+    <message id="foreign.errorNotBookmarks">
+        <translation>This file is not a bookmark file of a browser.</translation>
+    </message>
+    <message id="foreign.errorNoLinks">
+        <translation>No links were found.</translation>
+    </message>
+    <message id="foreign.errorTooLarge">
+        <translation>The file is too large. Up to 64 MB can be imported.</translation>
+    </message>
+    <message id="foreign.errorTooManyItems">
+        <translation>There are too many links. Up to 200,000 can be imported.</translation>
+    </message>
+    <message id="foreign.errorTooDeep">
+        <translation>The file is nested too deeply.</translation>
+    </message>
+    <message id="foreign.errorCancelled">
+        <translation>The import was cancelled. Nothing has changed.</translation>
+    </message>
+    <message id="error.importUndecodable %@">
+        <translation>It is not a document that Orvelle can read (%@).</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>It is larger than 64 MiB.</translation>
+    </message>
+    <message id="error.importTooManyItems">
+        <translation>It holds more than 200,000 links.</translation>
+    </message>
+    <message id="error.importTooDeep">
+        <translation>It is nested deeper than 512 levels.</translation>
+    </message>
+    <message id="import.checksumError">
+        <translation>Its checksum is wrong: it was damaged or changed by hand.</translation>
+    </message>
+    <message id="error.importCancelled">
+        <translation>The import was cancelled; nothing was changed.</translation>
+    </message>
+    <message id="error.importNotStored">
+        <translation>The links could not be saved, so nothing was imported.</translation>
     </message>
 </context>
 </TS>

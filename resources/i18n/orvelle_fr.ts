@@ -18,12 +18,6 @@
     <message id="about.showFolder">
         <translation>Afficher</translation>
     </message>
-    <message id="about.licence">
-        <translation>Licence</translation>
-    </message>
-    <message id="about.licenceText">
-        <translation>Orvelle est un logiciel libre sous licence Apache, version 2.0. Ses symboles proviennent du jeu d’icônes Phosphor, sous licence MIT.</translation>
-    </message>
     <message id="calendar.title">
         <translation>Calendrier</translation>
     </message>
@@ -113,9 +107,6 @@
     </message>
     <message id="error.importNotAFile">
         <translation>Ce n’est pas un fichier.</translation>
-    </message>
-    <message id="error.importTooLarge">
-        <translation>Le fichier est trop volumineux.</translation>
     </message>
     <message id="error.importNotAvailable">
         <translation>Cette version d’Orvelle ne sait pas encore importer de documents.</translation>
@@ -519,15 +510,6 @@
     <message id="repair.prompt">
         <translation>Choisir</translation>
     </message>
-    <message id="settings.tab.general">
-        <translation>Général</translation>
-    </message>
-    <message id="settings.tab.widgets">
-        <translation>Widgets</translation>
-    </message>
-    <message id="settings.tab.about">
-        <translation>À propos</translation>
-    </message>
     <message id="settings.windowTitle">
         <translation>Réglages d’Orvelle</translation>
     </message>
@@ -590,9 +572,6 @@
     </message>
     <message id="settings.widgetOrder">
         <translation>Ordre dans le menu</translation>
-    </message>
-    <message id="settings.widgetOrderHint">
-        <translation>Faites glisser un widget sur un autre pour le placer juste au-dessus, ou utilisez les boutons.</translation>
     </message>
     <message id="settings.moveUp">
         <translation>Monter</translation>
@@ -731,6 +710,287 @@
     </message>
     <message id="widget.menuBarOnlyHint">
         <translation>Le widget n’apparaît pas dans le menu ouvert par le raccourci clavier.</translation>
+    </message>
+    <message id="timer.doneTitle">
+        <translation>C’est l’heure</translation>
+    </message>
+    <message id="timer.doneMessage %@">
+        <translation>Le minuteur de %@ est terminé.</translation>
+    </message>
+    <message id="settings.tab.general">
+        <translation>&amp;Général</translation>
+    </message>
+    <message id="settings.tab.widgets">
+        <translation>&amp;Widgets</translation>
+    </message>
+    <message id="settings.tab.sync">
+        <translation>&amp;Synchronisation</translation>
+    </message>
+    <message id="settings.tab.about">
+        <translation>À &amp;propos</translation>
+    </message>
+    <message id="settings.dropHere">
+        <translation>Déposer pour importer</translation>
+    </message>
+    <message id="settings.dropRefused">
+        <translation>Seuls un document exporté, un fichier de favoris ou un dossier de liens peuvent être importés.</translation>
+    </message>
+    <message id="settings.widgetOrderHint">
+        <translation>Les widgets suivent cet ordre dans le menu. Déposez-en un sur un autre pour le placer juste au-dessus, ou utilisez les boutons.</translation>
+    </message>
+    <message id="widget.notYet">
+        <translation>Ce widget ne fait pas encore partie de cette version. Sa place dans le menu est conservée.</translation>
+    </message>
+    <message id="sync.backup">
+        <translation>Sauvegarde</translation>
+    </message>
+    <message id="sync.backupHint">
+        <translation>Tous les liens, notes et réglages dans un fichier, à conserver ou à emporter sur un autre ordinateur.</translation>
+    </message>
+    <message id="sync.export">
+        <translation>&amp;Exporter…</translation>
+    </message>
+    <message id="sync.import">
+        <translation>&amp;Importer…</translation>
+    </message>
+    <message id="sync.bookmarks">
+        <translation>Favoris du navigateur</translation>
+    </message>
+    <message id="sync.bookmarksHint">
+        <translation>Le fichier HTML que tout navigateur lit et écrit.</translation>
+    </message>
+    <message id="sync.exportBookmarks">
+        <translation>E&amp;xporter…</translation>
+    </message>
+    <message id="sync.importBookmarks">
+        <translation>I&amp;mporter…</translation>
+    </message>
+    <message id="sync.linkFolder">
+        <translation>Fichiers de liens</translation>
+    </message>
+    <message id="sync.linkFolderHint">
+        <translation>Un dossier de fichiers .desktop, .url ou .webloc, ses sous-dossiers devenant des groupes.</translation>
+    </message>
+    <message id="sync.importLinkFolder">
+        <translation>Importer un &amp;dossier…</translation>
+    </message>
+    <message id="snapshot.title">
+        <translation>Instantanés</translation>
+    </message>
+    <message id="snapshot.subtitle">
+        <translation>Orvelle garde une copie de vos liens avant chaque opération qui en retire. Les 50 dernières sont conservées, puis une par jour pendant 30 jours.</translation>
+    </message>
+    <message id="snapshot.column.date">
+        <translation>Date</translation>
+    </message>
+    <message id="snapshot.column.reason">
+        <translation>Prise avant</translation>
+    </message>
+    <message id="snapshot.column.items">
+        <translation>Éléments</translation>
+    </message>
+    <message id="snapshot.reason.remove">
+        <translation>Une suppression</translation>
+    </message>
+    <message id="snapshot.reason.replace">
+        <translation>Un import remplaçant tout</translation>
+    </message>
+    <message id="snapshot.reason.import">
+        <translation>Un import</translation>
+    </message>
+    <message id="snapshot.reason.merge">
+        <translation>La fusion d’un import</translation>
+    </message>
+    <message id="snapshot.reason.sync">
+        <translation>Une synchronisation</translation>
+    </message>
+    <message id="snapshot.reason.undo">
+        <translation>Une annulation</translation>
+    </message>
+    <message id="snapshot.reason.redo">
+        <translation>Un rétablissement</translation>
+    </message>
+    <message id="snapshot.reason.restore">
+        <translation>La restauration d’un instantané</translation>
+    </message>
+    <message id="snapshot.reason.other">
+        <translation>Une autre modification</translation>
+    </message>
+    <message id="snapshot.today %@">
+        <translation>Aujourd’hui, %@</translation>
+    </message>
+    <message id="snapshot.yesterday %@">
+        <translation>Hier, %@</translation>
+    </message>
+    <message id="snapshot.oneItem">
+        <translation>1 élément</translation>
+    </message>
+    <message id="snapshot.items %lld">
+        <translation>%lld éléments</translation>
+    </message>
+    <message id="snapshot.preview">
+        <translation>Ap&amp;erçu…</translation>
+    </message>
+    <message id="snapshot.restore">
+        <translation>&amp;Restaurer</translation>
+    </message>
+    <message id="snapshot.close">
+        <translation>Fermer</translation>
+    </message>
+    <message id="snapshot.emptyTitle">
+        <translation>Aucun instantané</translation>
+    </message>
+    <message id="snapshot.emptyMessage">
+        <translation>Le premier est pris automatiquement avant une suppression, un remplacement ou un import.</translation>
+    </message>
+    <message id="snapshot.previewTitle">
+        <translation>Instantané</translation>
+    </message>
+    <message id="snapshot.changesTitle">
+        <translation>Si vous le restaurez :</translation>
+    </message>
+    <message id="snapshot.oneComesBack">
+        <translation>1 élément revient</translation>
+    </message>
+    <message id="snapshot.comeBack %lld">
+        <translation>%lld éléments reviennent</translation>
+    </message>
+    <message id="snapshot.oneGoes">
+        <translation>1 élément qui n’y figure pas disparaît</translation>
+    </message>
+    <message id="snapshot.go %lld">
+        <translation>%lld éléments qui n’y figurent pas disparaissent</translation>
+    </message>
+    <message id="snapshot.oneChanges">
+        <translation>1 élément redevient ce qu’il était</translation>
+    </message>
+    <message id="snapshot.change %lld">
+        <translation>%lld éléments redeviennent ce qu’ils étaient</translation>
+    </message>
+    <message id="snapshot.oneMoves">
+        <translation>1 élément reprend sa place</translation>
+    </message>
+    <message id="snapshot.move %lld">
+        <translation>%lld éléments reprennent leur place</translation>
+    </message>
+    <message id="snapshot.reorders">
+        <translation>l’ordre redevient ce qu’il était</translation>
+    </message>
+    <message id="snapshot.noChange">
+        <translation>rien ne change : vos liens sont identiques</translation>
+    </message>
+    <message id="snapshot.fate.comesBack">
+        <translation>revient</translation>
+    </message>
+    <message id="snapshot.fate.changes">
+        <translation>comme avant</translation>
+    </message>
+    <message id="snapshot.fate.moves">
+        <translation>change de place</translation>
+    </message>
+    <message id="snapshot.unreadableTitle">
+        <translation>Cet instantané est illisible</translation>
+    </message>
+    <message id="snapshot.unreadable %@">
+        <translation>Vos liens n’ont pas changé. Cause : %@</translation>
+    </message>
+    <message id="snapshot.refusedTitle">
+        <translation>L’instantané n’a pas été restauré</translation>
+    </message>
+    <message id="snapshot.refused">
+        <translation>L’état actuel de vos liens n’a pas pu être conservé au préalable ; rien n’a donc été changé. Le disque est-il plein ?</translation>
+    </message>
+    <message id="snapshot.restored %@">
+        <translation>Vos liens sont rétablis : %@.</translation>
+    </message>
+    <message id="about.licence">
+        <translation>Licences</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle est un logiciel libre et repose sur le travail d’autrui. Merci !</translation>
+    </message>
+    <message id="about.readLicence">
+        <translation>Lire</translation>
+    </message>
+    <message id="about.licenceOf %@">
+        <translation>Licence de %@</translation>
+    </message>
+    <message id="about.licenceUnreadable %@">
+        <translation>Le texte est illisible : %@</translation>
+    </message>
+    <message id="welcome.begin">
+        <translation>Pour bien commencer</translation>
+    </message>
+    <message id="welcome.addSample">
+        <translation>Ajouter un groupe d’exemple</translation>
+    </message>
+    <message id="welcome.sampleAdded">
+        <translation>Groupe d’exemple ajouté</translation>
+    </message>
+    <message id="welcome.importBookmarks">
+        <translation>Importer des favoris…</translation>
+    </message>
+    <message id="welcome.sampleGroup">
+        <translation>Premiers pas</translation>
+    </message>
+    <message id="welcome.sampleHome">
+        <translation>Dossier personnel</translation>
+    </message>
+    <message id="welcome.sampleDocuments">
+        <translation>Documents</translation>
+    </message>
+    <message id="welcome.sampleNote">
+        <translation>Comment ça marche</translation>
+    </message>
+    <message id="welcome.sampleNoteText">
+        <translation>Cliquez sur l’icône de la zone de notification : vos liens sont dans le menu.
+Les boutons du bas ajoutent un lien, créent une note comme celle-ci et ouvrent les réglages.
+Vous pouvez tout modifier ou supprimer ici.</translation>
+    </message>
+    <message id="foreign.unnamedFolder">
+        <translation>Dossier sans nom</translation>
+    </message>
+    <message id="foreign.errorNotAFolder">
+        <translation>Ce dossier n’existe pas.</translation>
+    </message>
+    <message id="foreign.errorNotBookmarks">
+        <translation>Ce fichier n’est pas un fichier de signets d’un navigateur.</translation>
+    </message>
+    <message id="foreign.errorNoLinks">
+        <translation>Aucun lien n’a été trouvé.</translation>
+    </message>
+    <message id="foreign.errorTooLarge">
+        <translation>Le fichier est trop volumineux. La limite est de 64 Mo.</translation>
+    </message>
+    <message id="foreign.errorTooManyItems">
+        <translation>Il y a trop de liens. La limite est de 200 000.</translation>
+    </message>
+    <message id="foreign.errorTooDeep">
+        <translation>Le fichier comporte trop de niveaux imbriqués.</translation>
+    </message>
+    <message id="foreign.errorCancelled">
+        <translation>L’importation a été annulée. Rien n’a changé.</translation>
+    </message>
+    <message id="error.importUndecodable %@">
+        <translation>Ce n’est pas un document qu’Orvelle sait lire (%@).</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>Il dépasse 64 Mio.</translation>
+    </message>
+    <message id="error.importTooManyItems">
+        <translation>Il contient plus de 200 000 liens.</translation>
+    </message>
+    <message id="error.importTooDeep">
+        <translation>Il est imbriqué sur plus de 512 niveaux.</translation>
+    </message>
+    <message id="import.checksumError">
+        <translation>Sa somme de contrôle est fausse : il a été endommagé ou modifié à la main.</translation>
+    </message>
+    <message id="error.importCancelled">
+        <translation>L’importation a été annulée ; rien n’a changé.</translation>
+    </message>
+    <message id="error.importNotStored">
+        <translation>Les liens n’ont pas pu être enregistrés ; rien n’a été importé.</translation>
     </message>
 </context>
 </TS>

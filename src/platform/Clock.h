@@ -36,6 +36,10 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Timer> repeating(std::chrono::milliseconds period,
                                                            std::function<void()> fire) = 0;
 
+    /// Runs `fire` once when the wall clock shows `date` or later: on time after
+    /// the machine has slept, and at once when the clock was set past it.
+    [[nodiscard]] virtual std::unique_ptr<Timer> atDate(Timestamp date, std::function<void()> fire) = 0;
+
     /// Runs `fire` once after `delay` if `context` still lives then.
     virtual void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> fire) = 0;
 };

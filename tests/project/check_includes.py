@@ -21,7 +21,7 @@ ALLOWED = {
     "services": PLATFORM,
     "links": SERVICES,
     "sync": LINKS,
-    "widgets": PLATFORM,
+    "widgets": SERVICES,
     "menubar": MENUBAR,
     "ui": MENUBAR | {"sync"},
     "app": MENUBAR | {"sync", "ui", "platform/freedesktop"},

@@ -6,6 +6,8 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <vector>
 
 namespace orvelle::test {
@@ -18,8 +20,11 @@ public:
     explicit FakeClock(Timestamp start = Timestamp::fromUnixSeconds(1'790'000'000)) : m_now(start) {}
 
     Timestamp now() const override { return m_now; }
-    /// The wall clock jumps; timers do not notice.
+    /// The wall clock is set; only timers for a date notice, those that are due
+    /// now at the next advance(), be it by nothing.
     void setNow(Timestamp now) { m_now = now; }
+    /// The machine sleeps: the wall clock goes on, timers do not.
+    void sleep(std::chrono::milliseconds time) { m_now = m_now + std::chrono::duration<double>(time).count(); }
 
     std::unique_ptr<Timer> singleShot(std::chrono::milliseconds delay, std::function<void()> fire) override
     {
@@ -29,6 +34,12 @@ public:
     std::unique_ptr<Timer> repeating(std::chrono::milliseconds period, std::function<void()> fire) override
     {
         return add(period, period, std::move(fire));
+    }
+
+    std::unique_ptr<Timer> atDate(Timestamp date, std::function<void()> fire) override
+    {
+        m_entries.push_back({m_nextId, {}, std::chrono::milliseconds(0), std::move(fire), date});
+        return std::make_unique<FakeTimer>(*this, m_nextId++);
     }
 
     void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> fire) override
@@ -45,12 +56,13 @@ public:
     {
         const auto target = m_elapsed + by;
         for (;;) {
-            const auto next = std::min_element(m_entries.begin(), m_entries.end(), [](const auto &a, const auto &b) {
-                return std::pair(a.due, a.id) < std::pair(b.due, b.id);
-            });
-            if (next == m_entries.end() || next->due > target)
+            const auto next =
+                std::min_element(m_entries.begin(), m_entries.end(), [this](const auto &a, const auto &b) {
+                    return std::pair(dueOf(a), a.id) < std::pair(dueOf(b), b.id);
+                });
+            if (next == m_entries.end() || dueOf(*next) > target)
                 break;
-            step(next->due);
+            step(dueOf(*next));
             const Entry entry = *next;
             if (entry.period.count() > 0)
                 next->due += entry.period;
@@ -61,6 +73,9 @@ public:
         step(target);
     }
 
+    /// Seconds since the clock was made, as its timers count them.
+    double runningTime() const { return std::chrono::duration<double>(m_elapsed).count(); }
+
     /// Timers that wait.
     std::size_t pending() const { return m_entries.size(); }
 
@@ -70,7 +85,17 @@ private:
         std::chrono::milliseconds due;
         std::chrono::milliseconds period;
         std::function<void()> fire;
+        std::optional<Timestamp> date = {};
     };
+
+    /// When an entry falls due if nobody sets the clock.
+    std::chrono::milliseconds dueOf(const Entry &entry) const
+    {
+        if (!entry.date)
+            return entry.due;
+        const double left = std::max(0.0, std::ceil((*entry.date - m_now) * 1000 - 1e-3));
+        return m_elapsed + std::chrono::milliseconds(static_cast<qint64>(left));
+    }
 
     class FakeTimer : public Timer
     {

@@ -80,6 +80,8 @@ public:
     void start() override {}
     void systemPowersOff() { emit willPowerOff(); }
     void systemWakes() { emit didWake(); }
+    void screensGoDark() { emit screensDidSleep(); }
+    void screensComeBack() { emit screensDidWake(); }
 };
 
 class FakeWorkspace : public Workspace

@@ -18,6 +18,9 @@ public:
     /// Ticks lie on a grid of `period` from the call; ticks that were missed
     /// (a blocked event loop) are dropped, not made up for.
     std::unique_ptr<Timer> repeating(std::chrono::milliseconds period, std::function<void()> fire) override;
+    /// Within milliseconds of the date. Where the system has no such timers left
+    /// it waits on the monotonic clock.
+    std::unique_ptr<Timer> atDate(Timestamp date, std::function<void()> fire) override;
     void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> fire) override;
 };
 

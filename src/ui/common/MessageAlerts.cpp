@@ -1,5 +1,7 @@
 #include "ui/common/MessageAlerts.h"
 
+#include "ui/common/Icons.h"
+
 #include <QDialog>
 #include <QGridLayout>
 #include <QLabel>
@@ -110,7 +112,9 @@ QDialog *makeDialog(const Alert &alert)
 
     auto *picture = new QLabel(dialog);
     const int size = dialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, dialog);
-    picture->setPixmap(dialog->style()->standardIcon(standardIcon(alert.style)).pixmap(size, size));
+    const QIcon icon =
+        alert.symbol.isEmpty() ? dialog->style()->standardIcon(standardIcon(alert.style)) : symbolIcon(alert.symbol);
+    picture->setPixmap(icon.pixmap(QSize(size, size), dialog->devicePixelRatioF()));
 
     auto *grid = new QGridLayout(dialog);
     grid->setContentsMargins(20, 20, 20, 16);

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -114,6 +116,48 @@ TEST(SystemClock, nowIsTheWallClockWithFractionsOfAMillisecond)
         fractions += std::abs(ms - std::round(ms)) > 0.001;
     }
     EXPECT_GT(fractions, 10);
+}
+
+TEST(SystemClock, aDateIsMetNeverEarlyAndNearly)
+{
+    SystemClock clock;
+    struct Run {
+        double ahead;
+        std::optional<double> late;
+    };
+    std::vector<Run> runs;
+    for (const double ahead : {-1e12, -5.0, 0.0, 0.02, 0.333})
+        runs.push_back({ahead, {}});
+    std::vector<std::unique_ptr<Timer>> timers;
+    for (Run &run : runs) {
+        const Timestamp date = clock.now() + run.ahead;
+        timers.push_back(clock.atDate(date, [&run, date, &clock] { run.late = clock.now() - date; }));
+        EXPECT_FALSE(run.late) << "from inside the call";
+    }
+    bool farFired = false;
+    const auto far = clock.atDate(Timestamp{1e15}, [&] { farFired = true; });
+    runEventsUntil([&] { return std::ranges::all_of(runs, [](const Run &run) { return run.late.has_value(); }); });
+    for (const Run &run : runs) {
+        EXPECT_GE(run.late.value_or(-1), 0) << run.ahead;
+        EXPECT_LE(run.late.value_or(1e9) + std::min(run.ahead, 0.0), 0.4) << run.ahead;
+    }
+    EXPECT_FALSE(farFired);
+}
+
+TEST(SystemClock, aDateTimerEndsWithItsHandleEvenFromInsideItself)
+{
+    SystemClock clock;
+    int cancelled = 0;
+    int ended = 0;
+    (void)clock.atDate(clock.now(), [&] { ++cancelled; });
+    std::unique_ptr<Timer> timer;
+    timer = clock.atDate(clock.now() + 0.01, [&] {
+        timer.reset();
+        ++ended;
+    });
+    runEventsUntil([&] { return ended > 0; });
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(cancelled, 0);
 }
 
 } // namespace orvelle::test

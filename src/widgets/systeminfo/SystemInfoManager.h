@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/HostStatistics.h"
+#include "widgets/MonitorSchedule.h"
+#include "widgets/systeminfo/SystemInfoData.h"
+
+#include <QObject>
+
+namespace orvelle {
+
+class DebugModeManager;
+class Notifications;
+class UserDefaults;
+
+/// The system widget: its settings, and the processor load, memory and disk
+/// space of the moment. Main thread; samples are read beside it.
+class SystemInfoManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Services {
+        UserDefaults &defaults;
+        DebugModeManager &debugMode;
+        Notifications &notifications;
+        const PowerEvents &powerEvents;
+        BackgroundSampler &sampler;
+        /// Used on the sampler's thread, and outlives the sampler.
+        const HostStatistics &host;
+    };
+    /// Reads the settings; samples nothing before startMonitoring().
+    explicit SystemInfoManager(const Services &services, QObject *parent = nullptr);
+
+    SystemInfoDisplayMode displayMode() const { return m_displayMode; }
+    /// Begins or ends the sampling with the widget.
+    void setDisplayMode(SystemInfoDisplayMode mode);
+    bool isEnabled() const { return m_displayMode != SystemInfoDisplayMode::Disabled; }
+    bool menuBarOnly() const { return m_menuBarOnly; }
+    void setMenuBarOnly(bool only);
+
+    /// Absent before the first sample.
+    const std::optional<SystemInfoData> &systemInfo() const { return m_systemInfo; }
+
+    void startMonitoring() { m_schedule.start(); }
+    void stopMonitoring() { m_schedule.stop(); }
+    /// While the menu is open.
+    void startLiveRefresh() { m_schedule.startLive(true); }
+    void stopLiveRefresh() { m_schedule.stopLive(); }
+
+private:
+    void load();
+    void reload();
+    void followMode(bool wasEnabled);
+    BackgroundSampler::Job makeJob();
+    void publish(const SystemInfoData &data);
+
+    Services m_services;
+    SystemInfoDisplayMode m_displayMode = SystemInfoDisplayMode::Disabled;
+    bool m_menuBarOnly = true;
+    std::optional<SystemInfoData> m_systemInfo;
+    MonitorSchedule m_schedule;
+};
+
+/// The share of the time between two readings that the processors worked, in
+/// percent. 0 when no time has passed.
+double cpuLoad(const CpuTicks &before, const CpuTicks &now);
+
+} // namespace orvelle
