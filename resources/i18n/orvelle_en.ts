@@ -992,5 +992,140 @@ You can change or remove everything here.</translation>
     <message id="error.importNotStored">
         <translation>The links could not be saved, so nothing was imported.</translation>
     </message>
+    <message id="settings.addFile">
+        <translation>Add files…</translation>
+    </message>
+    <message id="settings.addFolder">
+        <translation>Add a folder…</translation>
+    </message>
+    <message id="settings.addGroup">
+        <translation>New group</translation>
+    </message>
+    <message id="settings.newGroupName">
+        <translation>New group</translation>
+    </message>
+    <message id="settings.reveal">
+        <translation>Show in the file manager</translation>
+    </message>
+    <message id="settings.indent">
+        <translation>Move into the group above</translation>
+    </message>
+    <message id="settings.outdent">
+        <translation>Move out of the group</translation>
+    </message>
+    <message id="settings.move">
+        <translation>Move</translation>
+    </message>
+    <message id="settings.moveTo">
+        <translation>Move to group</translation>
+    </message>
+    <message id="settings.topLevel">
+        <translation>Top level</translation>
+    </message>
+    <message id="settings.color">
+        <translation>Colour</translation>
+    </message>
+    <message id="settings.defaultColor">
+        <translation>Default colour</translation>
+    </message>
+    <message id="settings.icon">
+        <translation>Icon</translation>
+    </message>
+    <message id="settings.defaultIcon">
+        <translation>Default</translation>
+    </message>
+    <message id="settings.iconSearch">
+        <translation>Search icons</translation>
+    </message>
+    <message id="settings.iconNone">
+        <translation>No icon has that name</translation>
+    </message>
+    <message id="settings.various">
+        <translation>Various</translation>
+    </message>
+    <message id="settings.coloredInMenu">
+        <translation>Coloured in the menu</translation>
+    </message>
+    <message id="edit.sortAlphabetically">
+        <translation>Sort alphabetically</translation>
+    </message>
+    <message id="settings.editNote">
+        <translation>Edit the note</translation>
+    </message>
+    <message id="settings.address">
+        <translation>Address</translation>
+    </message>
+    <message id="settings.path">
+        <translation>Path</translation>
+    </message>
+    <message id="settings.choose">
+        <translation>Choose…</translation>
+    </message>
+    <message id="settings.chooseFile">
+        <translation>Choose a file</translation>
+    </message>
+    <message id="settings.chooseFolder">
+        <translation>Choose a folder</translation>
+    </message>
+    <message id="settings.badPath">
+        <translation>A path begins with “/” or “~”. Press Escape to take this back.</translation>
+    </message>
+    <message id="settings.badAddress">
+        <translation>This is not an address that can be opened, such as https://example.org. Press Escape to take it back.</translation>
+    </message>
+    <message id="settings.itemGone">
+        <translation>This item was removed elsewhere. What you typed stays here until you select another.</translation>
+    </message>
+    <message id="settings.broken">
+        <translation>No longer there</translation>
+    </message>
+    <message id="settings.nothingSelected">
+        <translation>Select something in the list to change it here.</translation>
+    </message>
+    <message id="settings.editor">
+        <translation>What is selected</translation>
+    </message>
+    <message id="settings.selected %lld">
+        <translation>%lld items selected</translation>
+    </message>
+    <message id="settings.memberCount %lld">
+        <translation>Items inside: %lld</translation>
+    </message>
+    <message id="settings.removedSeveral %lld">
+        <translation>%lld items were removed.</translation>
+    </message>
+    <message id="settings.search">
+        <translation>Search names and addresses</translation>
+    </message>
+    <message id="settings.noMatch.title">
+        <translation>Nothing found</translation>
+    </message>
+    <message id="settings.noMatch.message">
+        <translation>No name and no address contains all of these words.</translation>
+    </message>
+    <message id="settings.noMatch.clear">
+        <translation>Clear the search</translation>
+    </message>
+    <message id="settings.dropNothing">
+        <translation>Nothing in there can be added. Drop files, folders or web addresses.</translation>
+    </message>
+    <message id="settings.refused.tooDeep">
+        <translation>That group is at the third level, the last one: nothing can be moved into it.</translation>
+    </message>
+    <message id="settings.refused.intoItself">
+        <translation>A group cannot be moved into itself.</translation>
+    </message>
+    <message id="settings.refused.notFound">
+        <translation>It is no longer in the list.</translation>
+    </message>
+    <message id="settings.refused.notStored">
+        <translation>Nothing was changed, because the copy to go back to could not be kept.</translation>
+    </message>
+    <message id="settings.siteIcons">
+        <translation>Show the icons of web sites</translation>
+    </message>
+    <message id="settings.siteIconsHint %@">
+        <translation>To fetch them, the host name of each web link (such as example.org) is sent to %@. Addresses on your own network are never sent.</translation>
+    </message>
 </context>
 </TS>

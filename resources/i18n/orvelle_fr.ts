@@ -992,5 +992,140 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="error.importNotStored">
         <translation>Les liens n’ont pas pu être enregistrés ; rien n’a été importé.</translation>
     </message>
+    <message id="settings.addFile">
+        <translation>Ajouter des fichiers…</translation>
+    </message>
+    <message id="settings.addFolder">
+        <translation>Ajouter un dossier…</translation>
+    </message>
+    <message id="settings.addGroup">
+        <translation>Nouveau groupe</translation>
+    </message>
+    <message id="settings.newGroupName">
+        <translation>Nouveau groupe</translation>
+    </message>
+    <message id="settings.reveal">
+        <translation>Afficher dans le gestionnaire de fichiers</translation>
+    </message>
+    <message id="settings.indent">
+        <translation>Placer dans le groupe précédent</translation>
+    </message>
+    <message id="settings.outdent">
+        <translation>Sortir du groupe</translation>
+    </message>
+    <message id="settings.move">
+        <translation>Déplacer</translation>
+    </message>
+    <message id="settings.moveTo">
+        <translation>Déplacer vers un groupe</translation>
+    </message>
+    <message id="settings.topLevel">
+        <translation>Premier niveau</translation>
+    </message>
+    <message id="settings.color">
+        <translation>Couleur</translation>
+    </message>
+    <message id="settings.defaultColor">
+        <translation>Couleur par défaut</translation>
+    </message>
+    <message id="settings.icon">
+        <translation>Icône</translation>
+    </message>
+    <message id="settings.defaultIcon">
+        <translation>Par défaut</translation>
+    </message>
+    <message id="settings.iconSearch">
+        <translation>Chercher une icône</translation>
+    </message>
+    <message id="settings.iconNone">
+        <translation>Aucune icône de ce nom</translation>
+    </message>
+    <message id="settings.various">
+        <translation>Diverses</translation>
+    </message>
+    <message id="settings.coloredInMenu">
+        <translation>En couleur dans le menu</translation>
+    </message>
+    <message id="edit.sortAlphabetically">
+        <translation>Trier par ordre alphabétique</translation>
+    </message>
+    <message id="settings.editNote">
+        <translation>Modifier la note</translation>
+    </message>
+    <message id="settings.address">
+        <translation>Adresse</translation>
+    </message>
+    <message id="settings.path">
+        <translation>Chemin</translation>
+    </message>
+    <message id="settings.choose">
+        <translation>Choisir…</translation>
+    </message>
+    <message id="settings.chooseFile">
+        <translation>Choisir un fichier</translation>
+    </message>
+    <message id="settings.chooseFolder">
+        <translation>Choisir un dossier</translation>
+    </message>
+    <message id="settings.badPath">
+        <translation>Un chemin commence par « / » ou « ~ ». La touche Échap rétablit l’ancien.</translation>
+    </message>
+    <message id="settings.badAddress">
+        <translation>Cette adresse ne peut pas être ouverte. Il en faut une comme https://example.org. La touche Échap rétablit l’ancienne.</translation>
+    </message>
+    <message id="settings.itemGone">
+        <translation>Cet élément a été supprimé ailleurs. Votre saisie reste ici jusqu’à ce que vous en sélectionniez un autre.</translation>
+    </message>
+    <message id="settings.broken">
+        <translation>Introuvable</translation>
+    </message>
+    <message id="settings.nothingSelected">
+        <translation>Sélectionnez un élément de la liste pour le modifier ici.</translation>
+    </message>
+    <message id="settings.editor">
+        <translation>La sélection</translation>
+    </message>
+    <message id="settings.selected %lld">
+        <translation>%lld éléments sélectionnés</translation>
+    </message>
+    <message id="settings.memberCount %lld">
+        <translation>Éléments à l’intérieur : %lld</translation>
+    </message>
+    <message id="settings.removedSeveral %lld">
+        <translation>%lld éléments ont été supprimés.</translation>
+    </message>
+    <message id="settings.search">
+        <translation>Chercher un nom ou une adresse</translation>
+    </message>
+    <message id="settings.noMatch.title">
+        <translation>Aucun résultat</translation>
+    </message>
+    <message id="settings.noMatch.message">
+        <translation>Aucun nom ni aucune adresse ne contient tous ces mots.</translation>
+    </message>
+    <message id="settings.noMatch.clear">
+        <translation>Effacer la recherche</translation>
+    </message>
+    <message id="settings.dropNothing">
+        <translation>Rien de cela ne peut être ajouté. Déposez des fichiers, des dossiers ou des adresses web.</translation>
+    </message>
+    <message id="settings.refused.tooDeep">
+        <translation>Ce groupe est au troisième niveau, le dernier : rien ne peut y être déplacé.</translation>
+    </message>
+    <message id="settings.refused.intoItself">
+        <translation>Un groupe ne peut pas être déplacé dans lui-même.</translation>
+    </message>
+    <message id="settings.refused.notFound">
+        <translation>Cet élément n’est plus dans la liste.</translation>
+    </message>
+    <message id="settings.refused.notStored">
+        <translation>Rien n’a été modifié : la copie qui permet de revenir en arrière n’a pas pu être gardée.</translation>
+    </message>
+    <message id="settings.siteIcons">
+        <translation>Afficher les icônes des sites web</translation>
+    </message>
+    <message id="settings.siteIconsHint %@">
+        <translation>Pour les obtenir, le nom de domaine de chaque lien web (comme example.org) est envoyé à %@. Les adresses de votre réseau local ne sont jamais envoyées.</translation>
+    </message>
 </context>
 </TS>

@@ -85,7 +85,7 @@ Result<JsonDocument, JsonError> JsonDocument::parse(QByteArrayView bytes, bool p
             error = simdjson::DEPTH_ERROR;
     }
     if (error != simdjson::SUCCESS)
-        return JsonError{QString::fromUtf8(simdjson::error_message(error))};
+        return JsonError{QString::fromUtf8(simdjson::error_message(error)), error == simdjson::DEPTH_ERROR};
     return JsonDocument(std::move(parsed));
 }
 

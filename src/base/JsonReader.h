@@ -15,6 +15,7 @@ namespace orvelle {
 /// Why a text is not JSON that we accept.
 struct JsonError {
     QString reason;
+    bool tooDeep = false; ///< nothing else is known to be wrong with it
 };
 
 class JsonDocument;

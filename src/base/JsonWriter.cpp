@@ -184,6 +184,13 @@ void JsonWriter::key(std::string_view name)
     d->afterKey = true;
 }
 
+void JsonWriter::textKey(QStringView name)
+{
+    string(name);
+    d->raw(d->style == Style::Pretty ? std::string_view(" : ") : std::string_view(":"));
+    d->afterKey = true;
+}
+
 void JsonWriter::string(QStringView value)
 {
     d->separate();
@@ -194,6 +201,14 @@ void JsonWriter::string(QStringView value)
         d->utf8.resize(room);
     const char *end = encoder.appendToBuffer(d->utf8.data(), value);
     d->emitter.escaped(d->utf8.data(), static_cast<std::size_t>(end - d->utf8.data()));
+}
+
+void JsonWriter::plainText(std::string_view value)
+{
+    d->separate();
+    d->buffer.Put('"');
+    d->raw(value);
+    d->buffer.Put('"');
 }
 
 void JsonWriter::base64(QByteArrayView bytes)

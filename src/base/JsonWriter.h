@@ -33,7 +33,11 @@ public:
     void endArray();
     /// ASCII keys of our own.
     void key(std::string_view name);
+    /// Keys of somebody else.
+    void textKey(QStringView name);
     void string(QStringView value);
+    /// ASCII text of our own without anything to escape, such as a date.
+    void plainText(std::string_view value);
     void base64(QByteArrayView bytes);
     void number(qint64 value);
     /// Must be finite.

@@ -47,6 +47,7 @@ struct PreparedImport {
     std::shared_ptr<const ExportData> document;
     LinkList items; ///< the valid ones, paths resolved, bookmarks made
     bool hasVersionMismatch = false;
+    qint64 droppedCount = 0; ///< items left out: incomplete, or too deep
 };
 
 /// Limits of what is read.
@@ -54,9 +55,10 @@ constexpr qint64 maxExchangeBytes = qint64(64) << 20;
 constexpr qint64 maxExchangeItems = 200'000;
 
 /// The slow half of an import: decodes, drops invalid items, resolves home
-/// paths and makes bookmarks. Changes nothing; any thread.
-Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, FileBookmarks &bookmarks, Timestamp now,
-                                                  WorkProgress *progress = nullptr);
+/// paths with `home` (LinkStore::homeDirectory()) and makes bookmarks. Changes
+/// nothing; any thread.
+Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, FileBookmarks &bookmarks,
+                                                  const QString &home, Timestamp now, WorkProgress *progress = nullptr);
 
 /// Writes the tree and the portable settings as an exchange document, and
 /// takes one in. Main thread.
@@ -71,8 +73,12 @@ public:
     };
     Exported exportJSON() const;
 
+    /// Both halves at once.
     Result<ImportResult, ImportError> importJSON(const QByteArray &document, ImportMode mode);
-    /// The quick half. One edit, one undo step, after a snapshot.
+    /// The quick half. One edit, one undo step, after a snapshot (its reason is
+    /// "replace" or "import"); then the settings. Items that the tree holds
+    /// already, and ImportMode::Sync, change nothing in it. A tree that could
+    /// not be written is kept in memory, as with any other edit.
     Result<ImportResult, ImportError> importPrepared(const PreparedImport &prepared, ImportMode mode);
 
 private:

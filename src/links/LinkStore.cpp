@@ -10,6 +10,7 @@
 #include "links/SnapshotStore.h"
 #include "platform/Clock.h"
 #include "platform/PowerEvents.h"
+#include "platform/Volumes.h"
 #include "services/DebugModeManager.h"
 
 using namespace Qt::StringLiterals;
@@ -182,6 +183,11 @@ void LinkStore::announceTree()
         return;
     emit linksChanged();
     emit historyChanged();
+}
+
+QString LinkStore::homeDirectory() const
+{
+    return m_services.volumes.realHomeDirectory();
 }
 
 std::optional<LinkItem> LinkStore::find(const QUuid &id) const

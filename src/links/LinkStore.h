@@ -159,6 +159,8 @@ public:
     /// Where a file or folder link leads: its bookmark's target, else its path.
     QString securePath(const LinkItem &item) const;
     FileBookmarks &fileBookmarks() const { return m_services.bookmarks; }
+    /// The user's home folder, which documents that leave the machine call "~".
+    QString homeDirectory() const;
 
     /// Keys under which undecodable stored bytes were set aside, newest first.
     QStringList rescuedDataKeys() const;

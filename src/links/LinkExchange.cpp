@@ -1,0 +1,175 @@
+#include "links/LinkExchange.h"
+
+#include "base/Text.h"
+#include "links/BookmarkMaintenance.h"
+#include "links/ExchangeDocument.h"
+#include "links/ExchangeImport.h"
+#include "links/ExchangeSettings.h"
+#include "links/HomePaths.h"
+#include "links/LinkStore.h"
+#include "links/LinkTree.h"
+#include "platform/Clock.h"
+#include "platform/FileBookmarks.h"
+
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcLinkExchange, "LinkExchange", QtInfoMsg)
+
+/// How far an import has come when the document is decoded; making bookmarks
+/// is the rest.
+constexpr int decodedPermille = 500;
+
+bool isCancelled(const WorkProgress *progress)
+{
+    return progress && progress->cancelled;
+}
+
+/// Makes bookmarks until somebody wants it to end, and says how far it is.
+class WatchedBookmarks : public FileBookmarks
+{
+public:
+    WatchedBookmarks(FileBookmarks &bookmarks, WorkProgress *progress, qsizetype count)
+        : m_bookmarks(bookmarks), m_progress(progress), m_count(count)
+    {
+    }
+
+    Result<QByteArray, FileBookmarkError> create(const QString &path) const override
+    {
+        if (isCancelled(m_progress))
+            return FileBookmarkError{u"cancelled"_s};
+        if (m_progress && m_count > 0)
+            m_progress->permille = decodedPermille + static_cast<int>((1000 - decodedPermille) * ++m_done / m_count);
+        return m_bookmarks.create(path);
+    }
+    Result<ResolvedBookmark, FileBookmarkError> resolve(const QByteArray &bookmark) const override
+    {
+        return m_bookmarks.resolve(bookmark);
+    }
+    bool startAccess(const QString &path) override { return m_bookmarks.startAccess(path); }
+    void stopAccess(const QString &path) override { m_bookmarks.stopAccess(path); }
+
+private:
+    FileBookmarks &m_bookmarks;
+    WorkProgress *m_progress;
+    qsizetype m_count;
+    mutable qsizetype m_done = 0;
+};
+
+/// The dates that every item of the tree has. An item that does not tell when
+/// it was changed counts as older than any other copy of it.
+void completeDates(LinkList &links, Timestamp now)
+{
+    changeItems(links, [now](const LinkItem &item) -> std::optional<LinkItem> {
+        if (item.createdAt && item.modifiedAt)
+            return std::nullopt;
+        LinkItem complete = item;
+        complete.createdAt = item.createdAt.value_or(now);
+        complete.modifiedAt = item.modifiedAt.value_or(Timestamp::distantPast());
+        return complete;
+    });
+}
+
+QString importReason(ImportMode mode)
+{
+    return mode == ImportMode::Replace ? u"replace"_s : u"import"_s;
+}
+
+} // namespace
+
+QString importErrorText(const ImportError &error)
+{
+    switch (error.kind) {
+    case ImportError::Kind::Undecodable:
+        return text("error.importUndecodable %@"_text, error.detail);
+    case ImportError::Kind::TooLarge:
+        return text("error.importTooLarge"_text);
+    case ImportError::Kind::TooManyItems:
+        return text("error.importTooManyItems"_text);
+    case ImportError::Kind::TooDeep:
+        return text("error.importTooDeep"_text);
+    case ImportError::Kind::ChecksumMismatch:
+        return text("import.checksumError"_text);
+    case ImportError::Kind::Cancelled:
+        return text("error.importCancelled"_text);
+    case ImportError::Kind::NotStored:
+        return text("error.importNotStored"_text);
+    }
+    Q_UNREACHABLE();
+}
+
+Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, FileBookmarks &bookmarks,
+                                                  const QString &home, Timestamp now, WorkProgress *progress)
+{
+    auto decoded = decodeExchange(document, progress, decodedPermille);
+    if (!decoded)
+        return decoded.error();
+    PreparedImport prepared;
+    prepared.document = std::make_shared<const ExportData>(std::move(decoded).value());
+    prepared.hasVersionMismatch = prepared.document->version > exchangeVersion;
+    prepared.items = resolveHomePaths(validLinks(prepared.document->links, prepared.droppedCount), home);
+    WatchedBookmarks watched(bookmarks, progress, collectAllPaths(prepared.items).size());
+    recreateBookmarks(prepared.items, watched);
+    completeDates(prepared.items, now);
+    if (isCancelled(progress))
+        return ImportError{ImportError::Kind::Cancelled, {}};
+    if (progress)
+        progress->permille = 1000;
+    return prepared;
+}
+
+LinkExchange::LinkExchange(LinkStore &links, ExchangeSettings &settings, FileBookmarks &bookmarks, Clock &clock)
+    : m_links(links), m_settings(settings), m_bookmarks(bookmarks), m_clock(clock)
+{
+}
+
+LinkExchange::Exported LinkExchange::exportJSON() const
+{
+    ExportData document;
+    document.exportDate = m_clock.now();
+    document.links = makePortable(m_links.links(), m_links.homeDirectory());
+    document.lastModifiedByMachineId = m_links.machineId();
+    m_settings.gather(document);
+    const ExchangeDigests digests = exchangeDigests(document);
+    document.checksum = digests.links;
+    return {encodeExchange(document), digests.content};
+}
+
+Result<ImportResult, ImportError> LinkExchange::importJSON(const QByteArray &document, ImportMode mode)
+{
+    const auto prepared = prepareImport(document, m_bookmarks, m_links.homeDirectory(), m_clock.now());
+    if (!prepared)
+        return prepared.error();
+    return importPrepared(*prepared, mode);
+}
+
+Result<ImportResult, ImportError> LinkExchange::importPrepared(const PreparedImport &prepared, ImportMode mode)
+{
+    ImportResult result;
+    result.hasVersionMismatch = prepared.hasVersionMismatch;
+    if (mode == ImportMode::Sync)
+        return result;
+    // Shared, as the store may make the edit again when this call is over.
+    const auto applied = std::make_shared<AppliedImport>();
+    const bool edited = m_links.edit(LinkStore::Step::Destructive, importReason(mode),
+                                     [items = prepared.items, mode, applied](LinkList &tree) {
+                                         *applied = applyImport(tree, items, mode);
+                                         return mode == ImportMode::Replace || applied->imported > 0;
+                                     });
+    const bool nothingNew = mode == ImportMode::Merge && applied->imported == 0;
+    if (!edited && !nothingNew)
+        return ImportError{ImportError::Kind::NotStored, {}};
+    result.importedCount = applied->imported;
+    result.skippedCount = applied->skipped;
+    result.quickLaunchImported = m_settings.apply(*prepared.document);
+    qCInfo(lcLinkExchange).noquote() << "Import," << importReason(mode) << ": taken" << result.importedCount
+                                     << "skipped" << result.skippedCount << "left out" << prepared.droppedCount;
+    return result;
+}
+
+} // namespace orvelle
