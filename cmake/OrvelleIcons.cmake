@@ -28,7 +28,7 @@ function(orvelle_fetch_icons folder)
     file(WRITE "${stamp}" "${wanted}")
 endfunction()
 
-# The .qrc text of the table, with each name checked against the package.
+# The table as a section of a .qrc text, with each name checked against the package.
 function(orvelle_symbol_resources assets result)
     file(STRINGS "${CMAKE_SOURCE_DIR}/resources/icons/symbols.txt" lines REGEX "^[^#]")
     set(text "")
@@ -54,7 +54,7 @@ function(orvelle_symbol_resources assets result)
         endif()
         string(APPEND text "<file alias=\"${symbol}.svg\">${file}</file>\n")
     endforeach()
-    set(${result} "<RCC><qresource prefix=\"/symbols\">\n${text}</qresource></RCC>\n" PARENT_SCOPE)
+    set(${result} "<qresource prefix=\"/symbols\">\n${text}</qresource>\n" PARENT_SCOPE)
 endfunction()
 
 # orvelle_icons(<target>) compiles the pictures into the target. Being part of
@@ -64,7 +64,11 @@ function(orvelle_icons target)
     set_property(DIRECTORY "${CMAKE_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
         "${CMAKE_SOURCE_DIR}/resources/icons/symbols.txt" "${CMAKE_SOURCE_DIR}/package-lock.json")
     orvelle_fetch_icons("${folder}")
-    orvelle_symbol_resources("${folder}/node_modules/${ORVELLE_ICON_PACKAGE}/assets" text)
+    set(package "${folder}/node_modules/${ORVELLE_ICON_PACKAGE}")
+    orvelle_symbol_resources("${package}/assets" symbols)
+    # What is compiled in is passed on with its licence.
+    set(licences "<file alias=\"icons\">${package}/LICENSE</file>\n<file alias=\"orvelle\">${CMAKE_SOURCE_DIR}/LICENSE</file>\n")
+    set(text "<RCC>${symbols}<qresource prefix=\"/licences\">\n${licences}</qresource></RCC>\n")
     file(CONFIGURE OUTPUT "${folder}/symbols.qrc" CONTENT "${text}" @ONLY)
     qt_add_resources(sources "${folder}/symbols.qrc" OPTIONS --no-compress)
     set_source_files_properties(${sources} PROPERTIES SKIP_AUTOGEN ON SKIP_PRECOMPILE_HEADERS ON)

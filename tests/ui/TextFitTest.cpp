@@ -87,7 +87,7 @@ TEST_P(TextFit, SettingsTabs)
 
 TEST_P(TextFit, Welcome)
 {
-    InfoView view;
+    InfoView view(world.settings());
     view.setAttribute(Qt::WA_DeleteOnClose, false);
     expectFits(view);
 }

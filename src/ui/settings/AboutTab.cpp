@@ -4,7 +4,7 @@
 #include "base/Text.h"
 #include "platform/Alerts.h"
 #include "services/DebugModeManager.h"
-#include "ui/common/Icons.h"
+#include "ui/settings/AboutLicencesView.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
 
@@ -42,6 +42,7 @@ AboutTab::AboutTab(const SettingsServices &services, QWidget *parent)
     column->setContentsMargins(tabMargins());
     column->setSpacing(8);
     column->addWidget(makeHead());
+    // Whether there is a newer version will be said here.
     column->addSpacing(12);
     column->addWidget(sectionTitle(text("about.data"_text), this));
     column->addWidget(makeDataSection());
@@ -52,6 +53,7 @@ AboutTab::AboutTab(const SettingsServices &services, QWidget *parent)
     column->addSpacing(12);
     column->addWidget(sectionTitle(text("about.licence"_text), this));
     column->addWidget(sectionSubtitle(text("about.licenceText"_text), this));
+    column->addWidget(new AboutLicencesView(this));
     column->addStretch(1);
 
     connect(m_enterDebug, &QPushButton::clicked, this, [this] { m_services.debugMode.toggle(); });

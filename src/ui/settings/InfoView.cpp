@@ -1,8 +1,13 @@
 #include "ui/settings/InfoView.h"
 
 #include "base/Text.h"
+#include "links/LinkStore.h"
+#include "platform/Clock.h"
+#include "ui/common/ExchangeDialogs.h"
+#include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
+#include "ui/settings/WelcomeSample.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -41,6 +46,14 @@ QLabel *titleLabel(QWidget *parent)
     return label;
 }
 
+QPushButton *wayButton(const char *name, const char *symbol, const QString &title, QWidget *parent)
+{
+    auto *button = new QPushButton(symbolIcon(QString::fromLatin1(symbol)), title, parent);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
 QVBoxLayout *featureTexts(const Feature &feature, QWidget *parent)
 {
     auto *texts = new QVBoxLayout;
@@ -52,7 +65,11 @@ QVBoxLayout *featureTexts(const Feature &feature, QWidget *parent)
 
 } // namespace
 
-InfoView::InfoView(QWidget *parent) : QDialog(parent)
+InfoView::InfoView(const SettingsServices &services, QWidget *parent)
+    : QDialog(parent),
+      m_services(services),
+      m_addSample(wayButton("addSample", "plus", text("welcome.addSample"_text), this)),
+      m_importBookmarks(wayButton("welcomeImport", "square.and.arrow.down", text("welcome.importBookmarks"_text), this))
 {
     setObjectName(QStringLiteral("Welcome"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -61,7 +78,7 @@ InfoView::InfoView(QWidget *parent) : QDialog(parent)
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(28, 24, 28, 20);
     grid->setHorizontalSpacing(16);
-    grid->setVerticalSpacing(16);
+    grid->setVerticalSpacing(14);
     grid->setColumnStretch(1, 1);
     auto *head = new QVBoxLayout;
     head->setSpacing(4);
@@ -77,13 +94,48 @@ InfoView::InfoView(QWidget *parent) : QDialog(parent)
         grid->addLayout(featureTexts(feature, this), row, 1);
         ++row;
     }
+    grid->addWidget(makeWays(), row++, 0, 1, 2);
     auto *start = new QPushButton(text("welcome.start"_text), this);
     start->setDefault(true);
+    start->setFocus();
     connect(start, &QPushButton::clicked, this, &QDialog::accept);
     grid->setRowStretch(row, 1);
     grid->addWidget(start, row + 1, 0, 1, 2, Qt::AlignRight);
     // A window's own minimum size does not reckon with wrapped lines.
-    setFixedSize(windowWidth, grid->totalHeightForWidth(windowWidth));
+    const int width = qMax(windowWidth, grid->totalMinimumSize().width());
+    setFixedSize(width, grid->totalHeightForWidth(width));
+}
+
+QWidget *InfoView::makeWays()
+{
+    auto *ways = new QWidget(this);
+    auto *column = new QVBoxLayout(ways);
+    column->setContentsMargins(0, 6, 0, 6);
+    column->setSpacing(8);
+    column->addWidget(sectionTitle(text("welcome.begin"_text), ways));
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_addSample);
+    row->addWidget(m_importBookmarks);
+    row->addStretch(1);
+    column->addLayout(row);
+    connect(m_addSample, &QPushButton::clicked, this, &InfoView::addSample);
+    connect(m_importBookmarks, &QPushButton::clicked, this, &InfoView::importBookmarks);
+    return ways;
+}
+
+void InfoView::addSample()
+{
+    m_services.links.addLink(welcomeSample(m_services.links.fileBookmarks(), m_services.clock.now()));
+    m_addSample->setEnabled(false);
+    m_addSample->setText(text("welcome.sampleAdded"_text));
+    m_addSample->setIcon(symbolIcon(QStringLiteral("checkmark.circle.fill")));
+    m_importBookmarks->setFocus();
+}
+
+void InfoView::importBookmarks()
+{
+    accept();
+    m_services.exchange.importBookmarks(parentWidget());
 }
 
 } // namespace orvelle

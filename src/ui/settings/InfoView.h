@@ -1,16 +1,29 @@
 #pragma once
 
+#include "ui/settings/SettingsWindow.h"
+
 #include <QDialog>
+
+class QPushButton;
 
 namespace orvelle {
 
-/// The welcome content: what Orvelle keeps within reach.
+/// The welcome content: what Orvelle keeps within reach, and two ways to begin.
 class InfoView : public QDialog
 {
     Q_OBJECT
 
 public:
-    explicit InfoView(QWidget *parent = nullptr);
+    explicit InfoView(const SettingsServices &services, QWidget *parent = nullptr);
+
+private:
+    QWidget *makeWays();
+    void addSample();
+    void importBookmarks();
+
+    SettingsServices m_services;
+    QPushButton *m_addSample;
+    QPushButton *m_importBookmarks;
 };
 
 } // namespace orvelle

@@ -5,15 +5,23 @@
 #include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 #include "services/DebugModeManager.h"
+#include "ui/common/ExchangeDialogs.h"
 #include "ui/common/Icons.h"
 #include "ui/common/NoticeBar.h"
 #include "ui/settings/AboutTab.h"
+#include "ui/settings/DropVeil.h"
 #include "ui/settings/GeneralTab.h"
 #include "ui/settings/InfoView.h"
+#include "ui/settings/PageScroll.h"
+#include "ui/settings/StatusLine.h"
+#include "ui/settings/SyncTab.h"
 #include "ui/settings/WidgetsTab.h"
 
 #include <QCloseEvent>
+#include <QMimeData>
+#include <QScreen>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -25,10 +33,16 @@ using namespace std::chrono_literals;
 
 /// Lets the window appear before the welcome does.
 constexpr auto welcomeDelay = 300ms;
+constexpr QSize firstSize{900, 640};
 
 QString geometryKey()
 {
     return QStringLiteral("SettingsWindowGeometry");
+}
+
+QString tabKey()
+{
+    return QStringLiteral("SettingsWindowTab");
 }
 
 QString launchedBeforeKey()
@@ -36,68 +50,156 @@ QString launchedBeforeKey()
     return QStringLiteral("HasLaunchedBefore");
 }
 
+QStringList localFiles(const QMimeData &data)
+{
+    QStringList paths;
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile())
+            paths += url.toLocalFile();
+    }
+    return paths;
+}
+
+template<typename T>
+void writeIfNew(UserDefaults &defaults, const QString &key, const T &value)
+{
+    // Should it not be stored, the window opens as it did before; that is all.
+    if (defaults.get<T>(key) != value)
+        static_cast<void>(defaults.write(key, value));
+}
+
 } // namespace
 
 class SettingsWindow::Private
 {
 public:
-    Private(SettingsWindow *window, const SettingsServices &s)
-        : services(s), debugNotice(new NoticeBar(window)), tabs(new QTabWidget(window))
+    Private(SettingsWindow *settingsWindow, const SettingsServices &s)
+        : window(settingsWindow),
+          services(s),
+          debugNotice(new NoticeBar(window)),
+          tabs(new QTabWidget(window)),
+          status(new StatusLine(s.clock, window)),
+          veil(new DropVeil(text("settings.dropHere"_text), window))
     {
     }
 
-    void showDebugMode()
+    /// `name` identifies the tab from one run to the next.
+    void addTab(const QString &name, QWidget *page, const char *symbol, TextKey title)
     {
-        if (!services.debugMode.isDebugMode()) {
-            debugNotice->hide();
-            return;
-        }
-        debugNotice->showNotice(text("debug.notice"_text),
-                                {{text("debug.exitMode"_text), [this] { services.debugMode.toggle(); }}}, false);
+        page->setObjectName(name);
+        tabs->addTab(page, symbolIcon(QString::fromLatin1(symbol)), text(title));
     }
 
+    void makeTabs();
+    void makeShortcuts();
+    void restoreState();
+    void showDebugMode();
+
+    void switchTab(int by)
+    {
+        const int count = tabs->count();
+        tabs->setCurrentIndex((tabs->currentIndex() + by + count) % count);
+    }
+
+    void showWelcome() { (new InfoView(services, window))->open(); }
+
+    SettingsWindow *window;
     SettingsServices services;
     NoticeBar *debugNotice;
     QTabWidget *tabs;
+    StatusLine *status;
+    DropVeil *veil;
     bool hasAppeared = false;
 };
+
+void SettingsWindow::Private::makeTabs()
+{
+    tabs->setDocumentMode(true);
+    tabs->setIconSize({16, 16});
+    tabs->tabBar()->setExpanding(false);
+    tabs->tabBar()->setUsesScrollButtons(true);
+    auto *about = new AboutTab(services, window);
+    addTab(QStringLiteral("general"), new PageScroll(new GeneralTab(services, window)), "gearshape.fill",
+           "settings.tab.general"_text);
+    addTab(QStringLiteral("widgets"), new WidgetsTab(services, window), "puzzlepiece.fill",
+           "settings.tab.widgets"_text);
+    addTab(QStringLiteral("sync"), new PageScroll(new SyncTab(services, window)), "arrow.triangle.2.circlepath",
+           "settings.tab.sync"_text);
+    addTab(QStringLiteral("about"), new PageScroll(about), "info.circle.fill", "settings.tab.about"_text);
+    connect(about, &AboutTab::welcomeRequested, window, [this] { showWelcome(); });
+}
+
+void SettingsWindow::Private::makeShortcuts()
+{
+    const auto bind = [this](const QKeySequence &keys, auto run) {
+        connect(new QShortcut(keys, window), &QShortcut::activated, window, run);
+    };
+    bind(QKeySequence::Close, [this] { window->close(); });
+    bind(Qt::CTRL | Qt::Key_PageDown, [this] { switchTab(1); });
+    bind(Qt::CTRL | Qt::Key_PageUp, [this] { switchTab(-1); });
+    bind(Qt::CTRL | Qt::Key_Tab, [this] { switchTab(1); });
+    bind(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { switchTab(-1); });
+    bind(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, [this] { switchTab(-1); });
+}
+
+void SettingsWindow::Private::restoreState()
+{
+    window->resize(firstSize.boundedTo(window->screen()->availableSize() * 0.95));
+    if (const auto geometry = services.defaults.get<QByteArray>(geometryKey()))
+        window->restoreGeometry(*geometry);
+    const QString name = services.defaults.get<QString>(tabKey()).value_or(QString());
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (tabs->widget(i)->objectName() == name)
+            tabs->setCurrentIndex(i);
+    }
+}
+
+void SettingsWindow::Private::showDebugMode()
+{
+    if (!services.debugMode.isDebugMode()) {
+        debugNotice->hide();
+        return;
+    }
+    debugNotice->showNotice(text("debug.notice"_text),
+                            {{text("debug.exitMode"_text), [this] { services.debugMode.toggle(); }}}, false);
+}
 
 SettingsWindow::SettingsWindow(const SettingsServices &services, QWidget *parent)
     : QWidget(parent, Qt::Window), m_p(std::make_unique<Private>(this, services))
 {
     setObjectName(identifier());
     setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
     setWindowTitle(text("settings.windowTitle"_text));
     setWindowIcon(symbolIcon(QStringLiteral("gearshape.fill")));
 
-    auto *about = new AboutTab(m_p->services, this);
-    m_p->tabs->setDocumentMode(true);
-    m_p->tabs->setIconSize({16, 16});
-    m_p->tabs->addTab(new GeneralTab(m_p->services, this), symbolIcon(QStringLiteral("gearshape.fill")),
-                      text("settings.tab.general"_text));
-    m_p->tabs->addTab(new WidgetsTab(services.widgetOrder, this), symbolIcon(QStringLiteral("puzzlepiece.fill")),
-                      text("settings.tab.widgets"_text));
-    m_p->tabs->addTab(about, symbolIcon(QStringLiteral("info.circle.fill")), text("settings.tab.about"_text));
-
+    m_p->makeTabs();
+    m_p->makeShortcuts();
+    m_p->debugNotice->setFlush(true);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    auto *noticeRow = new QHBoxLayout;
-    noticeRow->setContentsMargins(12, 4, 12, 4);
-    noticeRow->addWidget(m_p->debugNotice);
-    column->addLayout(noticeRow);
-    column->addWidget(m_p->tabs);
-    connect(about, &AboutTab::welcomeRequested, this, [this] { (new InfoView(this))->open(); });
+    column->addWidget(m_p->debugNotice);
+    column->addWidget(m_p->tabs, 1);
+    column->addWidget(m_p->status);
+    m_p->veil->raise();
     connect(&services.notifications, &Notifications::debugModeChanged, this, [this] { m_p->showDebugMode(); });
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     m_p->showDebugMode();
-
-    resize(640, 680);
-    if (const auto geometry = services.defaults.get<QByteArray>(geometryKey()))
-        restoreGeometry(*geometry);
+    m_p->restoreState();
 }
 
 SettingsWindow::~SettingsWindow() = default;
+
+void SettingsWindow::showStatus(const QString &text)
+{
+    m_p->status->showText(text);
+}
+
+void SettingsWindow::showStatus(const QWidget *inside, const QString &text)
+{
+    if (auto *window = qobject_cast<SettingsWindow *>(inside->window()))
+        window->showStatus(text);
+}
 
 void SettingsWindow::showEvent(QShowEvent *event)
 {
@@ -109,16 +211,54 @@ void SettingsWindow::showEvent(QShowEvent *event)
         return;
     // Should the marker not be stored, the welcome comes once more; that is all.
     static_cast<void>(defaults.write(launchedBeforeKey(), true));
-    m_p->services.clock.after(welcomeDelay, this, [this] { (new InfoView(this))->open(); });
+    m_p->services.clock.after(welcomeDelay, this, [this] { m_p->showWelcome(); });
 }
 
 void SettingsWindow::closeEvent(QCloseEvent *event)
 {
-    const QByteArray geometry = saveGeometry();
     UserDefaults &defaults = m_p->services.defaults;
-    if (defaults.get<QByteArray>(geometryKey()) != geometry)
-        static_cast<void>(defaults.write(geometryKey(), geometry));
+    writeIfNew(defaults, geometryKey(), saveGeometry());
+    writeIfNew(defaults, tabKey(), m_p->tabs->currentWidget()->objectName());
     QWidget::closeEvent(event);
+}
+
+/// What nothing inside the window had a use for.
+void SettingsWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void SettingsWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (localFiles(*event->mimeData()).isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    m_p->veil->show();
+}
+
+void SettingsWindow::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    m_p->veil->hide();
+    QWidget::dragLeaveEvent(event);
+}
+
+void SettingsWindow::dropEvent(QDropEvent *event)
+{
+    m_p->veil->hide();
+    const QStringList paths = localFiles(*event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Not from inside the drag: the dialogs would keep the other program waiting.
+    m_p->services.clock.after(0ms, this, [this, paths] {
+        if (!m_p->services.exchange.openDropped(paths, this))
+            showStatus(text("settings.dropRefused"_text));
+    });
 }
 
 } // namespace orvelle

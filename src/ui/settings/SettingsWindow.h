@@ -1,6 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "ui/settings/WidgetSection.h"
 
 #include <QString>
 #include <QWidget>
@@ -52,12 +53,15 @@ struct SettingsServices {
     /// Opens a file-manager window on a folder.
     std::function<void(const QString &folder)> showFolder;
     AboutInfo about;
+    /// The sections of the widgets that run.
+    WidgetSectionTable widgetSections = {};
 };
 
-/// The settings: General, Widgets and About. Its objectName is
+/// The settings: General, Widgets, Sync and About. Its objectName is
 /// "SettingsWindow". Closing hides nothing elsewhere; make one with new, show
-/// it, and it deletes itself when closed (WA_DeleteOnClose). On the first
-/// launch ever it shows the welcome content by itself.
+/// it, and it deletes itself when closed (WA_DeleteOnClose). Remembers its size
+/// and its tab. On the first launch ever it shows the welcome content by
+/// itself. Documents dropped on it go to ExchangeDialogs::openDropped().
 class SettingsWindow : public QWidget
 {
     Q_OBJECT
@@ -68,9 +72,20 @@ public:
 
     static QString identifier() { return QStringLiteral("SettingsWindow"); }
 
+    /// Says in the line at the bottom what happened or why something was
+    /// refused, also to screen readers. Goes after some seconds. Plain text.
+    void showStatus(const QString &text);
+    /// The same for a widget somewhere inside the window; a widget that is in
+    /// no settings window says nothing.
+    static void showStatus(const QWidget *inside, const QString &text);
+
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     class Private;
