@@ -15,7 +15,7 @@ struct Alert {
     QString message;         ///< the title line
     QString informativeText; ///< the smaller text below it
     QStringList buttons;     ///< at least one; the last is what Escape means
-    QString symbol;          ///< drawn instead of the picture for the style
+    QString symbol = {};     ///< drawn instead of the picture for the style
 };
 
 /// Shows alerts, one after the other. Main thread.
