@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Sounds.h"
+
+#include <QThreadPool>
+
+#include <functional>
+
+namespace orvelle {
+
+/// Sounds of the desktop's sound theme by libcanberra, else the X server's
+/// bell. Talking to the sound server may take its time and is done beside the
+/// main thread.
+class CanberraSounds : public Sounds
+{
+public:
+    /// `bell` rings when no sound could be played; called on another thread.
+    explicit CanberraSounds(std::function<void()> bell = ringXBell);
+
+    void playAlarm() override;
+
+    /// Waits until every sound so far has been handed to the sound server.
+    void waitUntilHandedOver() { m_pool.waitForDone(); }
+
+    static void ringXBell();
+
+private:
+    std::function<void()> m_bell;
+    QThreadPool m_pool; ///< of one thread
+};
+
+} // namespace orvelle
