@@ -6,14 +6,11 @@
 
 namespace orvelle {
 
-namespace {
-
-/// What is stored, without texts that name no widget, and with the widgets
-/// that are missing at the end. A widget named twice stays so.
-QList<WidgetType> repaired(const QStringList &stored)
+// A widget named twice stays so.
+QList<WidgetType> widgetOrderFromTexts(const QStringList &rawValues)
 {
     QList<WidgetType> order;
-    for (const QString &raw : stored) {
+    for (const QString &raw : rawValues) {
         if (const auto type = widgetTypeFromRawValue(raw))
             order += *type;
     }
@@ -23,8 +20,6 @@ QList<WidgetType> repaired(const QStringList &stored)
     }
     return order;
 }
-
-} // namespace
 
 WidgetOrderManager::WidgetOrderManager(UserDefaults &defaults, DebugModeManager &debugMode,
                                        Notifications &notifications, QObject *parent)
@@ -46,7 +41,7 @@ QString WidgetOrderManager::orderKey() const
 void WidgetOrderManager::load()
 {
     const auto stored = m_defaults.get<QStringList>(orderKey());
-    const QList<WidgetType> order = stored ? repaired(*stored) : defaultWidgetOrder();
+    const QList<WidgetType> order = stored ? widgetOrderFromTexts(*stored) : defaultWidgetOrder();
     if (order == m_order)
         return;
     m_order = order;

@@ -10,6 +10,10 @@ class DebugModeManager;
 class Notifications;
 class UserDefaults;
 
+/// The order that raw values stand for: texts that name no widget are left out,
+/// widgets that are missing come last, in default order.
+QList<WidgetType> widgetOrderFromTexts(const QStringList &rawValues);
+
 /// The user's order of the widgets. Every change is saved and announced
 /// (syncableSettingsChanged, then widgetOrderChanged). Main thread only.
 class WidgetOrderManager : public QObject
