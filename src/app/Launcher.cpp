@@ -4,6 +4,7 @@
 #include "app/Display.h"
 #include "app/LoneCommand.h"
 #include "app/SessionBus.h"
+#include "app/cli/CommandInput.h"
 #include "app/cli/CommandLine.h"
 #include "base/Text.h"
 #include "base/Translations.h"
@@ -13,7 +14,6 @@
 #include <QDir>
 #include <QLockFile>
 #include <QLoggingCategory>
-#include <QStringDecoder>
 
 #include <cstdio>
 
@@ -66,12 +66,10 @@ std::optional<QStringList> decodedArguments(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
-        QStringDecoder decoder(QStringDecoder::Utf8,
-                               QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-        const QString argument = decoder.decode(QByteArrayView(argv[i], qstrlen(argv[i])));
-        if (decoder.hasError())
+        const auto argument = decodedText(QByteArrayView(argv[i], qstrlen(argv[i])));
+        if (!argument)
             return std::nullopt;
-        arguments += argument;
+        arguments += *argument;
     }
     return arguments;
 }
@@ -123,13 +121,18 @@ int Launcher::run()
     if (!arguments)
         return finish(CommandResult::wrongUsage(QStringLiteral("An argument is not valid UTF-8.")));
     m_arguments = *arguments;
-    const ParsedCommandLine parsed = parseCommandLine(m_arguments, m_workingDirectory);
+    ParsedCommandLine parsed = parseCommandLine(m_arguments, m_workingDirectory);
     if (const auto *answer = std::get_if<CommandResult>(&parsed))
         return finish(*answer);
     // Our own options mean nothing to the toolkit.
     m_argc = 1;
-    if (const auto *call = std::get_if<CommandCall>(&parsed))
+    if (auto *call = std::get_if<CommandCall>(&parsed)) {
+        if (const auto refusal = readInput(*call))
+            return finish(*refusal);
+        if (call->command->readsInput)
+            m_arguments = argumentsOf(*call);
         return runCommand(*call);
+    }
     if (const auto *files = std::get_if<OpenFiles>(&parsed))
         return runApplication(*files);
     return runApplication(PlainStart());

@@ -126,6 +126,17 @@ TEST_F(Program, AnswersEachWrongUseWithOneSentence)
         {"add gopher://host", 1},
         {"add https://e --group nobody", 1},
         {"open nobody", 1},
+        {"move nobody", 2},
+        {"move nobody --to root --at -1", 2},
+        {"move nobody --to root --at x", 2},
+        {"move nobody --to root", 1},
+        {"indent nobody", 1},
+        {"outdent nobody", 1},
+        {"sort nobody", 1},
+        {"remove nobody", 1},
+        {"update nobody", 2},
+        {"update nobody --name x", 1},
+        {"update nobody --size 3", 2},
         {"undo", 1},
         {"snapshots restore nothing", 1},
         {"toggle", 1},
@@ -200,6 +211,120 @@ TEST_F(Program, WorksInsideTheRunningApplication)
     EXPECT_EQ(m_started.front()->exitCode(), 0);
     EXPECT_EQ(run(split("toggle")).code, 1);
     m_started.clear();
+}
+
+/// Stored links a, k and a group of c and B, as JSON.
+QByteArray treeOfFour()
+{
+    const auto node = [](const char *name, const char *type, const QByteArray &more = {}) {
+        return QByteArray("{\"name\":\"") + name + R"(","path":"https://e","type":")" + type + R"(","stableId":"id-)" +
+               name + "\"" + more + "}";
+    };
+    return '[' + node("a", "url") + ',' + node("k", "url") + ',' +
+           node("f", "group", ",\"children\":[" + node("c", "url") + ',' + node("B", "url") + ']') + ',' +
+           node("g", "group", ",\"children\":[]") + ']';
+}
+
+TEST_F(Program, EditsTheTree)
+{
+    const auto outline = [this] {
+        QByteArray names;
+        for (const QByteArray &line : run({QStringLiteral("links")}).out.trimmed().split('\n'))
+            names += line.mid(line.indexOf("  ") + 2).replace("  https://e", "").replace("  ", ">") + ' ';
+        return names.trimmed();
+    };
+    ASSERT_EQ(run({QStringLiteral("defaults"), QStringLiteral("write"), QStringLiteral("orvelle_savedLinks"),
+                   QStringLiteral("data"), QString::fromLatin1(treeOfFour().toBase64())})
+                  .code,
+              0);
+    struct Case {
+        const char *line;
+        const char *after; ///< null: refused
+        const char *says;
+    };
+    const Case cases[] = {
+        {"sort id-f", "a k f/ >B >c g/", ""},
+        {"move id-a --to id-f --at 1", "k f/ >B >a >c g/", ""},
+        {"move id-a --to root --at 0", "a k f/ >B >c g/", ""},
+        {"move id-f --to id-f", nullptr,
+         "Déplacement refusé: impossible de déplacer un groupe dans ses propres enfants"},
+        {"move id-a --to id-k", nullptr, "no group"},
+        {"indent id-g", "a k f/ >B >c >g/", ""},
+        {"indent id-a", nullptr, "no group right above"},
+        {"outdent id-a", nullptr, "not in a group"},
+        {"sort id-g", nullptr, "nothing to sort"},
+        {"move id-k --to ID-G", "a f/ >B >c >g/ >>k", ""},
+        {"outdent id-k", "a f/ >B >c >g/ >k", ""},
+        {"update id-k --name new --color red --icon star.fill", "a f/ >B >c >g/ >new", ""},
+        {"update id-k --name x --color crimson", nullptr, "no colour"},
+        {"update id-k --name x --icon nonsense", nullptr, "no icon"},
+        {"update id-k --path gopher://x", nullptr, "no address"},
+        {"update id-k --name=", nullptr, "cannot be empty"},
+        {"update id-f --path /tmp", nullptr, "lead nowhere"},
+        {"remove id-f", "a", ""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.line);
+        const QByteArray before = outline();
+        const Answer answer = run(split(c.line));
+        EXPECT_EQ(answer.code, c.after ? 0 : 1);
+        EXPECT_EQ(outline(), c.after ? QByteArray(c.after) : before);
+        EXPECT_TRUE(answer.err.contains(c.says)) << answer.err.toStdString();
+        EXPECT_EQ(answer.err.isEmpty(), c.after != nullptr);
+    }
+    EXPECT_EQ(run({QStringLiteral("undo")}).code, 0);
+    const QByteArray stored = run(split("links --json")).out;
+    EXPECT_TRUE(stored.contains(R"("customIconName":"star.fill","customIconColor":"red")"));
+    EXPECT_EQ(run(split("update id-k --color= --icon=")).code, 0);
+    EXPECT_FALSE(run(split("links --json")).out.contains("customIcon"));
+    EXPECT_EQ(run({QStringLiteral("update"), QStringLiteral("id-k"), QStringLiteral("--path"), m_home.path()}).code, 0);
+    EXPECT_TRUE(run(split("links --json")).out.contains(R"(,"type":"folder","bookmarkData":")"));
+}
+
+TEST_F(Program, RefusesAMoveBelowTheThirdLevel)
+{
+    const QByteArray tree =
+        R"([{"name":"1","path":"","type":"group","stableId":"1","children":[{"name":"2","path":"","type":"group",)"
+        R"("stableId":"2","children":[{"name":"3","path":"","type":"group","stableId":"3","children":[]},)"
+        R"({"name":"a","path":"https://e","type":"url","stableId":"a"}]}]}])";
+    ASSERT_EQ(run({QStringLiteral("defaults"), QStringLiteral("write"), QStringLiteral("orvelle_savedLinks"),
+                   QStringLiteral("data"), QString::fromLatin1(tree.toBase64())})
+                  .code,
+              0);
+    const QByteArray before = run(split("links --json")).out;
+    for (const char *line : {"move a --to 3", "indent a"}) {
+        const Answer answer = run(split(line));
+        EXPECT_EQ(answer.code, 1);
+        EXPECT_EQ(answer.err, "orvelle: Déplacement refusé: profondeur maximale atteinte (3 niveaux)\n");
+    }
+    EXPECT_EQ(run(split("links --json")).out, before);
+}
+
+TEST_F(Program, ReadsAValueFromStandardInput)
+{
+    const auto write = [this](const QString &type, const QByteArray &input) {
+        const auto process = start(
+            {QStringLiteral("defaults"), QStringLiteral("write"), QStringLiteral("K"), type, QStringLiteral("-")});
+        process->write(input);
+        process->closeWriteChannel();
+        return process->waitForFinished(60'000) ? process->exitCode() : -1;
+    };
+    const QByteArray large(3'000'000, 'x');
+    const auto session = [&] {
+        for (const QByteArray &text : {large, QByteArray("--help"), QByteArray("-"), QByteArray("é\n"), QByteArray()}) {
+            EXPECT_EQ(write(QStringLiteral("string"), text + '\n'), 0);
+            EXPECT_EQ(run(split("defaults read K")).out, text + '\n');
+        }
+        EXPECT_EQ(write(QStringLiteral("int"), "7"), 0);
+        EXPECT_EQ(write(QStringLiteral("int"), "x"), 1);
+        EXPECT_EQ(write(QStringLiteral("string"), "\xff"), 1);
+        EXPECT_EQ(write(QStringLiteral("string"), QByteArray("a\0b", 3)), 1);
+        EXPECT_EQ(run(split("defaults read K")).out, "7\n");
+    };
+    session();
+    startBus();
+    startApplication();
+    session();
 }
 
 TEST_F(Program, SpeaksTheUsersLanguage)

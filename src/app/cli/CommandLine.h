@@ -36,7 +36,8 @@ struct Command {
     const char *valued; ///< options with a value, blank-separated
     CommandPlace place;
     CommandResult (*run)(const CommandArguments &, CommandContext &);
-    bool onlyOnce = false; ///< done twice, it does something else
+    bool onlyOnce = false;   ///< done twice, it does something else
+    bool readsInput = false; ///< a lone dash as its last value stands for standard input
 };
 
 std::span<const Command> commands();

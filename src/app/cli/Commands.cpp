@@ -1,5 +1,6 @@
 #include "app/cli/CommandLine.h"
 #include "app/cli/DefaultsCommands.h"
+#include "app/cli/EditCommands.h"
 #include "app/cli/LinkCommands.h"
 #include "app/cli/ShellCommands.h"
 
@@ -17,6 +18,18 @@ constexpr Command table[] = {
      runMenu},
     {"add", "ADDRESS [--name NAME] [--group ID]", "Add a web or network address, a file or a folder.", 1, 1, "",
      "name group", CommandPlace::Anywhere, runAdd, true},
+    {"move", "ID --to ID|root [--at N]", "Move an item into a group, or to the top level; N counts from 0.", 1, 1, "",
+     "to at", CommandPlace::Anywhere, runMove},
+    {"indent", "ID", "Move an item into the group right above it.", 1, 1, "", "", CommandPlace::Anywhere, runIndent,
+     true},
+    {"outdent", "ID", "Move an item out of its group, to right after it.", 1, 1, "", "", CommandPlace::Anywhere,
+     runOutdent, true},
+    {"sort", "ID", "Sort a group's members by name.", 1, 1, "", "", CommandPlace::Anywhere, runSort},
+    {"remove", "ID", "Remove an item, and what is in it; undo brings it back.", 1, 1, "", "", CommandPlace::Anywhere,
+     runRemove, true},
+    {"update", "ID [--name N] [--path P] [--icon S] [--color K]",
+     "Change an item; an empty icon or colour gives it the usual one.", 1, 1, "", "name path icon color",
+     CommandPlace::Anywhere, runUpdate},
     {"open", "ID", "Open a link by its stable or run id.", 1, 1, "", "", CommandPlace::Anywhere, runOpen, true},
     {"undo", "", "Restore the tree from before the last destructive step.", 0, 0, "", "", CommandPlace::Anywhere,
      runUndo, true},
@@ -27,8 +40,10 @@ constexpr Command table[] = {
     {"defaults list", "", "List the settings: key and type a line.", 0, 0, "", "", CommandPlace::Anywhere,
      runDefaultsList},
     {"defaults read", "KEY", "Print a setting.", 1, 1, "", "", CommandPlace::Anywhere, runDefaultsRead},
-    {"defaults write", "KEY TYPE VALUE", "Store a setting; TYPE is bool, int, double, string, data, date or strings.",
-     3, 3, "", "", CommandPlace::Anywhere, runDefaultsWrite},
+    {"defaults write", "KEY TYPE VALUE",
+     "Store a setting; TYPE is bool, int, double, string, data, date or strings; a VALUE of - is read from standard "
+     "input.",
+     3, 3, "", "", CommandPlace::Anywhere, runDefaultsWrite, false, true},
     {"defaults delete", "KEY", "Remove a setting.", 1, 1, "", "", CommandPlace::Anywhere, runDefaultsDelete},
     {"log", "", "Show Orvelle's recent log lines.", 0, 0, "", "", CommandPlace::Anywhere, runLog},
 };

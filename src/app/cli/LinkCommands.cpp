@@ -1,7 +1,7 @@
 #include "app/cli/LinkCommands.h"
 
 #include "app/cli/CommandLine.h"
-#include "base/Uuid.h"
+#include "app/cli/CommandTools.h"
 #include "links/LinkCodec.h"
 #include "links/LinkDetection.h"
 #include "links/LinkStore.h"
@@ -9,9 +9,6 @@
 #include "menubar/MenuJson.h"
 #include "platform/Clock.h"
 #include "services/DebugModeManager.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 namespace orvelle {
 
@@ -40,28 +37,6 @@ void appendOutline(QString &out, const LinkList &links, int depth)
     }
 }
 
-/// A path given relative to the caller's folder as an absolute one; anything
-/// else as it is.
-QString expandedAddress(const QString &text, const QString &workingDirectory)
-{
-    if (isValidLink(text))
-        return text;
-    const QFileInfo file(QDir(workingDirectory), text);
-    return file.exists() ? QDir::cleanPath(file.absoluteFilePath()) : text;
-}
-
-CommandResult storedOrRefused(const CommandContext &context, const QByteArray &out)
-{
-    if (context.links.hasUnsavedChanges())
-        return CommandResult::refused(QStringLiteral("The change could not be saved."));
-    return CommandResult::done(out);
-}
-
-CommandResult noSuchItem()
-{
-    return CommandResult::refused(QStringLiteral("There is no item with this id."));
-}
-
 } // namespace
 
 CommandResult runLinks(const CommandArguments &arguments, CommandContext &context)
@@ -86,11 +61,11 @@ CommandResult runAdd(const CommandArguments &arguments, CommandContext &context)
     const auto item =
         linkFromText(address, arguments.options.value(QStringLiteral("name")), context.volumes, context.clock.now());
     if (!item)
-        return CommandResult::refused(QStringLiteral("This is no address, file or folder that Orvelle can keep."));
+        return noSuchAddress();
     if (arguments.has(QStringLiteral("group"))) {
         const auto group = context.links.findByText(arguments.options.value(QStringLiteral("group")));
         if (!group || !group->isGroup())
-            return CommandResult::refused(QStringLiteral("There is no group with this id."));
+            return noSuchGroup();
         if (!context.links.addLinkToGroup(*item, group->id))
             return CommandResult::refused(QStringLiteral("The group cannot take this item."));
     } else {
