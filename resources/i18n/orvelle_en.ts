@@ -699,9 +699,6 @@
     <message id="widget.show">
         <translation>Show in the menu</translation>
     </message>
-    <message id="widget.mode">
-        <translation>Show in the menu:</translation>
-    </message>
     <message id="widget.off">
         <translation>Off</translation>
     </message>
@@ -828,9 +825,6 @@
     <message id="snapshot.items %lld">
         <translation>%lld items</translation>
     </message>
-    <message id="snapshot.preview">
-        <translation>&amp;Look inside…</translation>
-    </message>
     <message id="snapshot.restore">
         <translation>&amp;Restore</translation>
     </message>
@@ -845,9 +839,6 @@
     </message>
     <message id="snapshot.previewTitle">
         <translation>Snapshot</translation>
-    </message>
-    <message id="snapshot.changesTitle">
-        <translation>If you restore it:</translation>
     </message>
     <message id="snapshot.oneComesBack">
         <translation>1 item comes back</translation>
@@ -876,9 +867,6 @@
     <message id="snapshot.reorders">
         <translation>the order is again as it was</translation>
     </message>
-    <message id="snapshot.noChange">
-        <translation>nothing changes: your links are just like this</translation>
-    </message>
     <message id="snapshot.fate.comesBack">
         <translation>comes back</translation>
     </message>
@@ -891,32 +879,17 @@
     <message id="snapshot.unreadableTitle">
         <translation>This snapshot cannot be read</translation>
     </message>
-    <message id="snapshot.unreadable %@">
-        <translation>Your links are as they were. What went wrong: %@</translation>
-    </message>
     <message id="snapshot.refusedTitle">
         <translation>The snapshot was not restored</translation>
     </message>
-    <message id="snapshot.refused">
-        <translation>Your links as they are now could not be kept first, so nothing was changed. Is the disk full?</translation>
-    </message>
-    <message id="snapshot.restored %@">
-        <translation>Your links are again as before: %@.</translation>
-    </message>
     <message id="about.licence">
         <translation>Licences</translation>
-    </message>
-    <message id="about.licenceText">
-        <translation>Orvelle is free software and rests on the work of others. Thank you!</translation>
     </message>
     <message id="about.readLicence">
         <translation>Read</translation>
     </message>
     <message id="about.licenceOf %@">
         <translation>Licence of %@</translation>
-    </message>
-    <message id="about.licenceUnreadable %@">
-        <translation>The text cannot be read: %@</translation>
     </message>
     <message id="welcome.begin">
         <translation>A quick start</translation>
@@ -941,11 +914,6 @@
     </message>
     <message id="welcome.sampleNote">
         <translation>How it works</translation>
-    </message>
-    <message id="welcome.sampleNoteText">
-        <translation>Click the icon in the tray: your links are in the menu.
-The buttons below them add a link, make a note like this one, and open the settings.
-You can change or remove everything here.</translation>
     </message>
     <message id="foreign.unnamedFolder">
         <translation>Unnamed folder</translation>
@@ -1126,6 +1094,245 @@ You can change or remove everything here.</translation>
     </message>
     <message id="settings.siteIconsHint %@">
         <translation>To fetch them, the host name of each web link (such as example.org) is sent to %@. Addresses on your own network are never sent.</translation>
+    </message>
+    <message id="note.format">
+        <translation>Formatting</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Bold</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italic</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Underline</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Strikethrough</translation>
+    </message>
+    <message id="note.size">
+        <translation>Text size</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Small</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normal</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Large</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Larger</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Huge</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Bulleted list</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Numbered list</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Checklist</translation>
+    </message>
+    <message id="note.link">
+        <translation>Link</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Undo</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Redo</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Address of the link</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Web or mail address</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Set link</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Open link</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Edit link…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Remove link</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Close</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>This is no address that a note can link to.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+click to open</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>This link cannot be opened.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Paste without formatting</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>There is no text to paste, or too much of it.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
+    </message>
+    <message id="import.howTo">
+        <translation>How should its content be taken in?</translation>
+    </message>
+    <message id="import.modeDescription">
+        <translation>A copy of the present links is kept first, and the import can be undone.</translation>
+    </message>
+    <message id="import.mergeDesc">
+        <translation>Adds what is not there yet to the end of the links.</translation>
+    </message>
+    <message id="import.replaceAllDesc">
+        <translation>The links in the file take the place of all present ones.</translation>
+    </message>
+    <message id="import.syncNotYet">
+        <translation>Matching links with a document one by one comes with synchronisation, which this version does not have yet.</translation>
+    </message>
+    <message id="import.itemsInFile %lld">
+        <translation>Items: %lld</translation>
+    </message>
+    <message id="import.writtenOn %@">
+        <translation>Written: %@</translation>
+    </message>
+    <message id="import.writtenBy %@">
+        <translation>On: %@</translation>
+    </message>
+    <message id="import.versionWarning">
+        <translation>This document was written by a newer version of Orvelle. What this version does not know is left out.</translation>
+    </message>
+    <message id="import.confirm">
+        <translation>Import</translation>
+    </message>
+    <message id="import.bookmarksTitle">
+        <translation>Import bookmarks</translation>
+    </message>
+    <message id="import.linkFolderTitle">
+        <translation>Import a folder of link files</translation>
+    </message>
+    <message id="import.linkFiles">
+        <translation>Links</translation>
+    </message>
+    <message id="import.working">
+        <translation>Importing…</translation>
+    </message>
+    <message id="import.finished">
+        <translation>Import finished</translation>
+    </message>
+    <message id="import.nothingNew">
+        <translation>There was nothing new to import</translation>
+    </message>
+    <message id="import.undo">
+        <translation>Undo import</translation>
+    </message>
+    <message id="import.undoRefused">
+        <translation>The links have changed since the import. The state before it is among the kept copies in the settings.</translation>
+    </message>
+    <message id="import.imported">
+        <translation>Items imported:</translation>
+    </message>
+    <message id="import.added">
+        <translation>Items added:</translation>
+    </message>
+    <message id="import.duplicatesDetected">
+        <translation>Already there, not added again:</translation>
+    </message>
+    <message id="import.dropped">
+        <translation>Left out because incomplete or nested too deeply:</translation>
+    </message>
+    <message id="import.quickLaunchImported">
+        <translation>The quick launch apps were taken over.</translation>
+    </message>
+    <message id="import.foldedFolders">
+        <translation>Folders merged into the one above, as groups have three levels:</translation>
+    </message>
+    <message id="import.leftOutAddresses">
+        <translation>Addresses left out because they run code or work only in a browser:</translation>
+    </message>
+    <message id="import.unreadableFiles">
+        <translation>Files and folders that could not be read as links:</translation>
+    </message>
+    <message id="import.otherFiles">
+        <translation>Other files, not imported:</translation>
+    </message>
+    <message id="export.title">
+        <translation>Export</translation>
+    </message>
+    <message id="export.bookmarksTitle">
+        <translation>Export bookmarks</translation>
+    </message>
+    <message id="export.working">
+        <translation>Exporting…</translation>
+    </message>
+    <message id="export.finished %@">
+        <translation>“%@” was saved</translation>
+    </message>
+    <message id="export.items">
+        <translation>Items exported:</translation>
+    </message>
+    <message id="export.notesLeftOut">
+        <translation>Notes, which a bookmark file cannot hold, left out:</translation>
+    </message>
+    <message id="error.export %@">
+        <translation>The file could not be saved: %@</translation>
+    </message>
+    <message id="exchange.documents">
+        <translation>Orvelle documents</translation>
+    </message>
+    <message id="exchange.bookmarkFiles">
+        <translation>Bookmark files</translation>
+    </message>
+    <message id="exchange.allFiles">
+        <translation>All files</translation>
+    </message>
+    <message id="timer.toolTip %@">
+        <translation>Orvelle: timer, %@ left</translation>
+    </message>
+    <message id="snapshot.takenBefore %@">
+        <translation>Taken before: %@</translation>
+    </message>
+    <message id="widget.mode">
+        <translation>Show in the menu:</translation>
+    </message>
+    <message id="snapshot.changesTitle">
+        <translation>If you restore it:</translation>
+    </message>
+    <message id="snapshot.noChange">
+        <translation>nothing changes: your links are just like this</translation>
+    </message>
+    <message id="snapshot.unreadable %@">
+        <translation>Your links are as they were. What went wrong: %@</translation>
+    </message>
+    <message id="snapshot.refused">
+        <translation>Your links as they are now could not be kept first, so nothing was changed. Is the disk full?</translation>
+    </message>
+    <message id="snapshot.restored %@">
+        <translation>Your links are again as before: %@.</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle is free software and rests on the work of others. Thank you!</translation>
+    </message>
+    <message id="about.licenceUnreadable %@">
+        <translation>The text cannot be read: %@</translation>
+    </message>
+    <message id="welcome.sampleNoteText">
+        <translation>Click the icon in the tray: your links are in the menu.
+The buttons below them add a link, make a note like this one, and open the settings.
+You can change or remove everything here.</translation>
+    </message>
+    <message id="snapshot.preview">
+        <translation>&amp;Look inside…</translation>
     </message>
 </context>
 </TS>

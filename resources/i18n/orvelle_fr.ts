@@ -699,9 +699,6 @@
     <message id="widget.show">
         <translation>Afficher dans le menu</translation>
     </message>
-    <message id="widget.mode">
-        <translation>Dans le menu :</translation>
-    </message>
     <message id="widget.off">
         <translation>Désactivé</translation>
     </message>
@@ -828,9 +825,6 @@
     <message id="snapshot.items %lld">
         <translation>%lld éléments</translation>
     </message>
-    <message id="snapshot.preview">
-        <translation>Ap&amp;erçu…</translation>
-    </message>
     <message id="snapshot.restore">
         <translation>&amp;Restaurer</translation>
     </message>
@@ -845,9 +839,6 @@
     </message>
     <message id="snapshot.previewTitle">
         <translation>Instantané</translation>
-    </message>
-    <message id="snapshot.changesTitle">
-        <translation>Si vous le restaurez :</translation>
     </message>
     <message id="snapshot.oneComesBack">
         <translation>1 élément revient</translation>
@@ -876,9 +867,6 @@
     <message id="snapshot.reorders">
         <translation>l’ordre redevient ce qu’il était</translation>
     </message>
-    <message id="snapshot.noChange">
-        <translation>rien ne change : vos liens sont identiques</translation>
-    </message>
     <message id="snapshot.fate.comesBack">
         <translation>revient</translation>
     </message>
@@ -891,32 +879,17 @@
     <message id="snapshot.unreadableTitle">
         <translation>Cet instantané est illisible</translation>
     </message>
-    <message id="snapshot.unreadable %@">
-        <translation>Vos liens n’ont pas changé. Cause : %@</translation>
-    </message>
     <message id="snapshot.refusedTitle">
         <translation>L’instantané n’a pas été restauré</translation>
     </message>
-    <message id="snapshot.refused">
-        <translation>L’état actuel de vos liens n’a pas pu être conservé au préalable ; rien n’a donc été changé. Le disque est-il plein ?</translation>
-    </message>
-    <message id="snapshot.restored %@">
-        <translation>Vos liens sont rétablis : %@.</translation>
-    </message>
     <message id="about.licence">
         <translation>Licences</translation>
-    </message>
-    <message id="about.licenceText">
-        <translation>Orvelle est un logiciel libre et repose sur le travail d’autrui. Merci !</translation>
     </message>
     <message id="about.readLicence">
         <translation>Lire</translation>
     </message>
     <message id="about.licenceOf %@">
         <translation>Licence de %@</translation>
-    </message>
-    <message id="about.licenceUnreadable %@">
-        <translation>Le texte est illisible : %@</translation>
     </message>
     <message id="welcome.begin">
         <translation>Pour bien commencer</translation>
@@ -941,11 +914,6 @@
     </message>
     <message id="welcome.sampleNote">
         <translation>Comment ça marche</translation>
-    </message>
-    <message id="welcome.sampleNoteText">
-        <translation>Cliquez sur l’icône de la zone de notification : vos liens sont dans le menu.
-Les boutons du bas ajoutent un lien, créent une note comme celle-ci et ouvrent les réglages.
-Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="foreign.unnamedFolder">
         <translation>Dossier sans nom</translation>
@@ -1126,6 +1094,245 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="settings.siteIconsHint %@">
         <translation>Pour les obtenir, le nom de domaine de chaque lien web (comme example.org) est envoyé à %@. Les adresses de votre réseau local ne sont jamais envoyées.</translation>
+    </message>
+    <message id="note.format">
+        <translation>Mise en forme</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Gras</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italique</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Souligné</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Barré</translation>
+    </message>
+    <message id="note.size">
+        <translation>Taille du texte</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Petite</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normale</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Grande</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Plus grande</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Très grande</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Liste à puces</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Liste numérotée</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Liste à cocher</translation>
+    </message>
+    <message id="note.link">
+        <translation>Lien</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Annuler</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Rétablir</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Adresse du lien</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Adresse web ou e-mail</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Appliquer le lien</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Ouvrir le lien</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Modifier le lien…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Supprimer le lien</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Fermer</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>Une note ne peut pas contenir de lien vers cette adresse.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+clic pour ouvrir</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>Impossible d’ouvrir ce lien.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Coller sans mise en forme</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>Aucun texte à coller, ou texte trop long.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
+    </message>
+    <message id="import.howTo">
+        <translation>Comment reprendre son contenu ?</translation>
+    </message>
+    <message id="import.modeDescription">
+        <translation>Une copie des liens actuels est d’abord conservée, et l’importation peut être annulée.</translation>
+    </message>
+    <message id="import.mergeDesc">
+        <translation>Ajoute à la fin des liens ce qui n’y est pas encore.</translation>
+    </message>
+    <message id="import.replaceAllDesc">
+        <translation>Les liens du fichier prennent la place de tous les liens actuels.</translation>
+    </message>
+    <message id="import.syncNotYet">
+        <translation>Le rapprochement des liens un à un avec un document viendra avec la synchronisation, que cette version n’offre pas encore.</translation>
+    </message>
+    <message id="import.itemsInFile %lld">
+        <translation>Éléments : %lld</translation>
+    </message>
+    <message id="import.writtenOn %@">
+        <translation>Enregistré : %@</translation>
+    </message>
+    <message id="import.writtenBy %@">
+        <translation>Sur : %@</translation>
+    </message>
+    <message id="import.versionWarning">
+        <translation>Ce document provient d’une version plus récente d’Orvelle. Ce que cette version ne connaît pas est laissé de côté.</translation>
+    </message>
+    <message id="import.confirm">
+        <translation>Importer</translation>
+    </message>
+    <message id="import.bookmarksTitle">
+        <translation>Importer des signets</translation>
+    </message>
+    <message id="import.linkFolderTitle">
+        <translation>Importer un dossier de fichiers de lien</translation>
+    </message>
+    <message id="import.linkFiles">
+        <translation>Liens</translation>
+    </message>
+    <message id="import.working">
+        <translation>Importation…</translation>
+    </message>
+    <message id="import.finished">
+        <translation>Importation terminée</translation>
+    </message>
+    <message id="import.nothingNew">
+        <translation>Il n’y avait rien de nouveau à importer</translation>
+    </message>
+    <message id="import.undo">
+        <translation>Annuler l’importation</translation>
+    </message>
+    <message id="import.undoRefused">
+        <translation>Les liens ont changé depuis l’importation. L’état précédent figure parmi les copies conservées, dans les réglages.</translation>
+    </message>
+    <message id="import.imported">
+        <translation>Éléments importés :</translation>
+    </message>
+    <message id="import.added">
+        <translation>Éléments ajoutés :</translation>
+    </message>
+    <message id="import.duplicatesDetected">
+        <translation>Déjà présents, non ajoutés :</translation>
+    </message>
+    <message id="import.dropped">
+        <translation>Écartés car incomplets ou trop imbriqués :</translation>
+    </message>
+    <message id="import.quickLaunchImported">
+        <translation>Les apps de lancement rapide ont été reprises.</translation>
+    </message>
+    <message id="import.foldedFolders">
+        <translation>Dossiers fondus dans le dossier parent, les groupes ayant trois niveaux :</translation>
+    </message>
+    <message id="import.leftOutAddresses">
+        <translation>Adresses écartées car elles exécutent du code ou ne valent que dans un navigateur :</translation>
+    </message>
+    <message id="import.unreadableFiles">
+        <translation>Fichiers et dossiers illisibles en tant que liens :</translation>
+    </message>
+    <message id="import.otherFiles">
+        <translation>Autres fichiers, non importés :</translation>
+    </message>
+    <message id="export.title">
+        <translation>Exporter</translation>
+    </message>
+    <message id="export.bookmarksTitle">
+        <translation>Exporter des signets</translation>
+    </message>
+    <message id="export.working">
+        <translation>Exportation…</translation>
+    </message>
+    <message id="export.finished %@">
+        <translation>« %@ » a été enregistré</translation>
+    </message>
+    <message id="export.items">
+        <translation>Éléments exportés :</translation>
+    </message>
+    <message id="export.notesLeftOut">
+        <translation>Notes écartées, un fichier de signets ne pouvant en contenir :</translation>
+    </message>
+    <message id="error.export %@">
+        <translation>Le fichier n’a pas pu être enregistré : %@</translation>
+    </message>
+    <message id="exchange.documents">
+        <translation>Documents Orvelle</translation>
+    </message>
+    <message id="exchange.bookmarkFiles">
+        <translation>Fichiers de signets</translation>
+    </message>
+    <message id="exchange.allFiles">
+        <translation>Tous les fichiers</translation>
+    </message>
+    <message id="timer.toolTip %@">
+        <translation>Orvelle : minuteur, encore %@</translation>
+    </message>
+    <message id="snapshot.takenBefore %@">
+        <translation>Prise avant : %@</translation>
+    </message>
+    <message id="widget.mode">
+        <translation>Dans le menu :</translation>
+    </message>
+    <message id="snapshot.changesTitle">
+        <translation>Si vous le restaurez :</translation>
+    </message>
+    <message id="snapshot.noChange">
+        <translation>rien ne change : vos liens sont identiques</translation>
+    </message>
+    <message id="snapshot.unreadable %@">
+        <translation>Vos liens n’ont pas changé. Cause : %@</translation>
+    </message>
+    <message id="snapshot.refused">
+        <translation>L’état actuel de vos liens n’a pas pu être conservé au préalable ; rien n’a donc été changé. Le disque est-il plein ?</translation>
+    </message>
+    <message id="snapshot.restored %@">
+        <translation>Vos liens sont rétablis : %@.</translation>
+    </message>
+    <message id="about.licenceText">
+        <translation>Orvelle est un logiciel libre et repose sur le travail d’autrui. Merci !</translation>
+    </message>
+    <message id="about.licenceUnreadable %@">
+        <translation>Le texte est illisible : %@</translation>
+    </message>
+    <message id="welcome.sampleNoteText">
+        <translation>Cliquez sur l’icône de la zone de notification : vos liens sont dans le menu.
+Les boutons du bas ajoutent un lien, créent une note comme celle-ci et ouvrent les réglages.
+Vous pouvez tout modifier ou supprimer ici.</translation>
+    </message>
+    <message id="snapshot.preview">
+        <translation>Aperç&amp;u…</translation>
     </message>
 </context>
 </TS>

@@ -10,6 +10,7 @@ class InactiveJobs : public StartupJobs
 {
 public:
     bool isWidgetEnabled(WidgetType) const override { return false; }
+    bool isMenuBarOnly(WidgetType) const override { return false; }
     void startMonitoring(WidgetType) override {}
     void fetchAllFavicons() override {}
     void checkForUpdatesIfNeeded() override {}

@@ -33,7 +33,10 @@ MenuBuilder::MenuBuilder(const LinkStore &links, const WidgetOrderManager &widge
 
 Menu MenuBuilder::buildMainMenu() const
 {
-    Menu menu = buildLinksOnlyMenu();
+    letServicesCatchUp();
+    Menu menu;
+    addLinks(menu);
+    addWidgets(menu, true);
     MenuEntry bottomRow;
     bottomRow.kind = MenuEntry::Kind::BottomRow;
     menu.entries += bottomRow;
@@ -42,13 +45,18 @@ Menu MenuBuilder::buildMainMenu() const
 
 Menu MenuBuilder::buildLinksOnlyMenu() const
 {
-    m_jobs.checkSyncIfNeeded();
-    m_jobs.refreshWeatherIfNeeded();
-    m_jobs.checkClipboardNow();
+    letServicesCatchUp();
     Menu menu;
     addLinks(menu);
     addWidgets(menu, false);
     return menu;
+}
+
+void MenuBuilder::letServicesCatchUp() const
+{
+    m_jobs.checkSyncIfNeeded();
+    m_jobs.refreshWeatherIfNeeded();
+    m_jobs.checkClipboardNow();
 }
 
 Menu MenuBuilder::buildContextMenu() const
@@ -74,12 +82,10 @@ void MenuBuilder::addLinks(Menu &menu) const
         menu.entries += menuEntry(item);
 }
 
-void MenuBuilder::addWidgets(Menu &menu, bool menuBarOnly) const
+void MenuBuilder::addWidgets(Menu &menu, bool withMenuBarOnly) const
 {
-    if (menuBarOnly)
-        return;
     for (const WidgetType type : m_widgetOrder.order()) {
-        if (!m_jobs.isWidgetEnabled(type))
+        if (!m_jobs.isWidgetEnabled(type) || (m_jobs.isMenuBarOnly(type) && !withMenuBarOnly))
             continue;
         MenuEntry entry;
         entry.kind = MenuEntry::Kind::Widget;

@@ -19,16 +19,16 @@ public:
     /// The tree, the enabled widgets, the bottom row. First lets sync, weather
     /// and clipboard catch up, so that what it shows is current.
     Menu buildMainMenu() const;
-    /// The same without the bottom row.
+    /// The same without the bottom row and without the widgets that want to be
+    /// in the status item's menu only.
     Menu buildLinksOnlyMenu() const;
     /// The menu of a right click: settings and quit, never the tree.
     Menu buildContextMenu() const;
 
 private:
+    void letServicesCatchUp() const;
     void addLinks(Menu &menu) const;
-    /// With `menuBarOnly`, only the widgets that have a place in the bar
-    /// itself; those are none on a desktop whose tray holds icons only.
-    void addWidgets(Menu &menu, bool menuBarOnly) const;
+    void addWidgets(Menu &menu, bool withMenuBarOnly) const;
 
     const LinkStore &m_links;
     const WidgetOrderManager &m_widgetOrder;

@@ -13,6 +13,9 @@ public:
     virtual ~StartupJobs() = default;
 
     virtual bool isWidgetEnabled(WidgetType widget) const = 0;
+    /// Whether the widget shows in the status item's menu only, and not in the
+    /// one that the global shortcut opens.
+    virtual bool isMenuBarOnly(WidgetType widget) const = 0;
     virtual void startMonitoring(WidgetType widget) = 0;
     virtual void fetchAllFavicons() = 0;
     virtual void checkForUpdatesIfNeeded() = 0;

@@ -28,6 +28,28 @@ TEST(Menu, ShowsTheTreeThenEnabledWidgetsThenTheBottomRow)
               QStringLiteral("Work ▸|  Empty ▸|    (menu.empty)|  Wiki|<timer>|<weather>|") + bottom);
 }
 
+TEST(Menu, WidgetsOfTheStatusItemStayOutOfTheMenuAtThePointer)
+{
+    Shell shell;
+    shell.jobs.enabled = {WidgetType::Timer, WidgetType::Weather, WidgetType::Network};
+    shell.jobs.menuBarOnly = {WidgetType::Timer, WidgetType::Network, WidgetType::Calendar};
+    struct {
+        StatusItem::Host host;
+        const char16_t *expected;
+    } const cases[] = {
+        {StatusItem::Host::Notifier, u"(menu.noLinks)|<weather>"},
+        {StatusItem::Host::None,
+         u"(menu.noLinks)|<weather>|<network>|<timer>|[menu.quickAdd] [menu.quickNote] [menu.settings]"},
+    };
+    for (const auto &each : cases) {
+        shell.statusItem.currentHost = each.host;
+        shell.manager.toggleMenuAtPointer();
+        ASSERT_TRUE(shell.presenter.menu);
+        EXPECT_EQ(keysOf(*shell.presenter.menu), QString::fromUtf16(each.expected));
+        shell.manager.toggleMenuAtPointer();
+    }
+}
+
 TEST(Menu, PrintsRowsAsTheyAreDrawn)
 {
     struct Case {

@@ -25,8 +25,10 @@ public:
     explicit FakeJobs(Calls &calls) : m_calls(calls) {}
 
     QList<WidgetType> enabled;
+    QList<WidgetType> menuBarOnly;
 
     bool isWidgetEnabled(WidgetType widget) const override { return enabled.contains(widget); }
+    bool isMenuBarOnly(WidgetType widget) const override { return menuBarOnly.contains(widget); }
     void startMonitoring(WidgetType widget) override { m_calls += QStringLiteral("start ") + rawValue(widget); }
     void fetchAllFavicons() override { m_calls += QStringLiteral("favicons"); }
     void checkForUpdatesIfNeeded() override { m_calls += QStringLiteral("updates"); }

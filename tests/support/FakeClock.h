@@ -64,6 +64,8 @@ public:
                 break;
             step(dueOf(*next));
             const Entry entry = *next;
+            if (entry.date) // not by what was lost in rounding too early
+                m_now = std::max(m_now, *entry.date);
             if (entry.period.count() > 0)
                 next->due += entry.period;
             else
