@@ -1334,5 +1334,50 @@ You can change or remove everything here.</translation>
     <message id="snapshot.preview">
         <translation>&amp;Look inside…</translation>
     </message>
+    <message id="systemInfo.cpu">
+        <translation>CPU</translation>
+    </message>
+    <message id="systemInfo.memory">
+        <translation>RAM</translation>
+    </message>
+    <message id="systemInfo.disk">
+        <translation>Disk</translation>
+    </message>
+    <message id="systemInfo.free %@">
+        <translation>%@ free</translation>
+    </message>
+    <message id="network.download %@">
+        <translation>download %@</translation>
+    </message>
+    <message id="network.upload %@">
+        <translation>upload %@</translation>
+    </message>
+    <message id="timer.startFor %@">
+        <translation>Start a timer of %@</translation>
+    </message>
+    <message id="timer.customButton">
+        <translation>Other duration…</translation>
+    </message>
+    <message id="timer.stop">
+        <translation>Stop the timer</translation>
+    </message>
+    <message id="timer.customTitle">
+        <translation>New timer</translation>
+    </message>
+    <message id="timer.customSubtitle">
+        <translation>How long should it run?</translation>
+    </message>
+    <message id="timer.unitHours">
+        <translation>hours</translation>
+    </message>
+    <message id="timer.unitMinutes">
+        <translation>minutes</translation>
+    </message>
+    <message id="timer.startButton">
+        <translation>Start</translation>
+    </message>
+    <message id="timer.cancel">
+        <translation>Cancel</translation>
+    </message>
 </context>
 </TS>

@@ -1334,5 +1334,50 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="snapshot.preview">
         <translation>Aperç&amp;u…</translation>
     </message>
+    <message id="systemInfo.cpu">
+        <translation>CPU</translation>
+    </message>
+    <message id="systemInfo.memory">
+        <translation>RAM</translation>
+    </message>
+    <message id="systemInfo.disk">
+        <translation>Disque</translation>
+    </message>
+    <message id="systemInfo.free %@">
+        <translation>%@ libres</translation>
+    </message>
+    <message id="network.download %@">
+        <translation>réception %@</translation>
+    </message>
+    <message id="network.upload %@">
+        <translation>envoi %@</translation>
+    </message>
+    <message id="timer.startFor %@">
+        <translation>Lancer un minuteur de %@</translation>
+    </message>
+    <message id="timer.customButton">
+        <translation>Autre durée…</translation>
+    </message>
+    <message id="timer.stop">
+        <translation>Arrêter le minuteur</translation>
+    </message>
+    <message id="timer.customTitle">
+        <translation>Nouveau minuteur</translation>
+    </message>
+    <message id="timer.customSubtitle">
+        <translation>Pour combien de temps ?</translation>
+    </message>
+    <message id="timer.unitHours">
+        <translation>heures</translation>
+    </message>
+    <message id="timer.unitMinutes">
+        <translation>minutes</translation>
+    </message>
+    <message id="timer.startButton">
+        <translation>Démarrer</translation>
+    </message>
+    <message id="timer.cancel">
+        <translation>Annuler</translation>
+    </message>
 </context>
 </TS>

@@ -1,16 +1,17 @@
 #include "ui/UiWorld.h"
 #include "ui/settings/InfoView.h"
-#include "ui/settings/LinkTreeModel.h"
-#include "ui/settings/LinkTreeView.h"
 #include "ui/settings/WidgetOrderList.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QLineEdit>
+#include <QDialog>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QStackedWidget>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTest>
 
@@ -33,55 +34,174 @@ protected:
         window->show();
         world.posted.clear();
     }
+    /// Keys that belong to the whole window work in the active one only.
+    void openActive()
+    {
+        open();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
     template<typename T>
     T *child(const char *name)
     {
         return window->findChild<T *>(QString::fromLatin1(name));
     }
-    LinkTreeView *tree() { return window->findChild<LinkTreeView *>(); }
     QStringList postedSince() { return std::exchange(world.posted, {}); }
 
     test::UiWorld world;
     std::unique_ptr<SettingsWindow> window;
 };
 
-TEST_F(SettingsTest, IconChoiceIsStoredAndAnnounced)
+TEST_F(SettingsTest, KeysSwitchTabsAndClose)
 {
-    ASSERT_TRUE(world.defaults.write(QStringLiteral("MenuletIcon"), QStringLiteral("no such icon")));
-    open();
-    EXPECT_TRUE(child<QRadioButton>("menuletIcon.link")->isChecked());
-    child<QRadioButton>("menuletIcon.link.circle")->click();
-    EXPECT_EQ(world.defaults.get<QString>(QStringLiteral("MenuletIcon")), QStringLiteral("link.circle"));
-    EXPECT_EQ(postedSince(),
-              (QStringList{QStringLiteral("menuletIcon"), QStringLiteral("general"), QStringLiteral("syncable")}));
-    child<QRadioButton>("menuletIcon.link.circle")->click();
-    EXPECT_TRUE(postedSince().isEmpty());
+    openActive();
+    auto *tabs = window->findChild<QTabWidget *>();
+    ASSERT_EQ(tabs->count(), 4);
+    struct Press {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int tab;
+    };
+    for (const Press &press : {Press{Qt::Key_PageDown, Qt::ControlModifier, 1}, {Qt::Key_Tab, Qt::ControlModifier, 2},
+                               {Qt::Key_PageUp, Qt::ControlModifier, 1},
+                               {Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 0},
+                               {Qt::Key_PageUp, Qt::ControlModifier, 3}, {Qt::Key_W, Qt::AltModifier, 1}}) {
+        QTest::keyClick(window.get(), press.key, press.modifiers);
+        EXPECT_EQ(tabs->currentIndex(), press.tab);
+    }
+    QTest::keyClick(tabs->currentWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible());
 
-    // An import writes the key itself and announces it.
-    ASSERT_TRUE(world.defaults.write(QStringLiteral("MenuletIcon"), QStringLiteral("globe")));
-    emit world.notifications.generalSettingsChanged();
-    EXPECT_TRUE(child<QRadioButton>("menuletIcon.globe")->isChecked());
+    openActive();
+    EXPECT_EQ(window->findChild<QTabWidget *>()->currentIndex(), 1) << "the tab is remembered";
+    QTest::keyClick(window.get(), Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window->isVisible());
 }
 
-TEST_F(SettingsTest, AChoiceThatCannotBeStoredFallsBack)
+TEST_F(SettingsTest, TheSizeIsRememberedAndFitsTheScreen)
 {
     open();
-    world.defaults.failWrites(DefaultsError{DefaultsError::Kind::DiskFull, {}});
-    child<QRadioButton>("menuletIcon.star")->click();
-    child<QCheckBox>("confirmBeforeQuit")->click();
-    EXPECT_TRUE(child<QRadioButton>("menuletIcon.link")->isChecked());
-    EXPECT_TRUE(child<QCheckBox>("confirmBeforeQuit")->isChecked());
-    EXPECT_TRUE(postedSince().isEmpty());
+    EXPECT_LE(window->height(), window->screen()->availableSize().height());
+    window->resize(window->minimumSizeHint() + QSize(31, 17));
+    const QSize size = window->size();
+    window->close();
+    open();
+    EXPECT_EQ(window->size(), size);
 }
 
-TEST_F(SettingsTest, QuitConfirmationIsOnWhenNeverWritten)
+TEST_F(SettingsTest, SmallScreensScroll)
 {
     open();
-    auto *box = child<QCheckBox>("confirmBeforeQuit");
-    EXPECT_TRUE(box->isChecked());
-    box->click();
-    EXPECT_EQ(world.defaults.get<bool>(QStringLiteral("ConfirmBeforeQuit")), false);
-    EXPECT_EQ(postedSince(), (QStringList{QStringLiteral("general"), QStringLiteral("syncable")}));
+    auto *tabs = window->findChild<QTabWidget *>();
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        EXPECT_LE(window->minimumSizeHint().width(), 1024) << tab;
+        EXPECT_LE(window->minimumSizeHint().height(), 540) << tab;
+    }
+    window->resize(800, 400);
+    tabs->setCurrentIndex(3);
+    QApplication::processEvents();
+    auto *last = child<QPushButton>("licence.systemd");
+    if (!last)
+        last = child<QPushButton>("licence.Phosphor Icons");
+    ASSERT_NE(last, nullptr);
+    EXPECT_TRUE(last->visibleRegion().isEmpty());
+    child<QPushButton>("showWelcome")->setFocus();
+    for (int presses = 0; presses < 40 && !last->hasFocus(); ++presses)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_FALSE(last->visibleRegion().isEmpty()) << "the focus is brought into sight";
+}
+
+TEST_F(SettingsTest, StatusStaysForAWhile)
+{
+    open();
+    auto *line = child<QLabel>("status");
+    SettingsWindow::showStatus(child<QWidget>("moveUp"), QStringLiteral("Refused: too deep"));
+    EXPECT_EQ(line->accessibleName(), QStringLiteral("Refused: too deep"));
+    EXPECT_EQ(line->text(), QStringLiteral("Refused: too deep"));
+    world.clock.advance(5s);
+    window->showStatus(QStringLiteral("Another"));
+    world.clock.advance(5s);
+    EXPECT_EQ(line->text(), QStringLiteral("Another")) << "the first one's time is not the second one's";
+    world.clock.advance(5s);
+    EXPECT_EQ(line->text(), QString());
+    const QWidget alone;
+    SettingsWindow::showStatus(&alone, QStringLiteral("to nobody"));
+}
+
+TEST_F(SettingsTest, DroppedDocumentsAreOpenedOnceTheDragIsOver)
+{
+    open();
+    auto *veil = child<QWidget>("dropVeil");
+    const auto enter = [&](const QList<QUrl> &urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent event({10, 10}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QApplication::sendEvent(window.get(), &event);
+        return event.isAccepted();
+    };
+    EXPECT_FALSE(enter({QUrl(QStringLiteral("https://example.org"))}));
+    EXPECT_FALSE(veil->isVisible());
+    const QList<QUrl> urls{QUrl::fromLocalFile(QStringLiteral("/tmp/a.ovexport")),
+                           QUrl(QStringLiteral("https://example.org"))};
+    for (const bool taken : {true, false}) {
+        world.exchange.takesDrops = taken;
+        EXPECT_TRUE(enter(urls));
+        EXPECT_TRUE(veil->isVisible());
+        QMimeData data;
+        data.setUrls(urls);
+        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &drop);
+        EXPECT_FALSE(veil->isVisible());
+        EXPECT_TRUE(world.exchange.asked.isEmpty());
+        world.clock.advance(0ms);
+        EXPECT_EQ(std::exchange(world.exchange.asked, {}), QStringList{QStringLiteral("dropped:/tmp/a.ovexport")});
+        EXPECT_EQ(child<QLabel>("status")->text().isEmpty(), taken) << "a refusal is said";
+    }
+}
+
+TEST_F(SettingsTest, EachButtonOfTheCopiesAsksForItsDialog)
+{
+    open();
+    for (const char *name : {"export", "import", "exportBookmarks", "importBookmarks", "importLinkFolder"}) {
+        child<QPushButton>(name)->click();
+        EXPECT_EQ(std::exchange(world.exchange.asked, {}), QStringList{QString::fromLatin1(name)});
+    }
+}
+
+TEST_F(SettingsTest, LicencesCanBeRead)
+{
+    open();
+    for (const char *name : {"licence.Orvelle", "licence.Phosphor Icons"}) {
+        child<QPushButton>(name)->click();
+        auto *dialog = window->findChild<QDialog *>(QStringLiteral("LicenceText"));
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_TRUE(dialog->findChild<QPlainTextEdit *>()->toPlainText().contains(QStringLiteral("copy"))) << name;
+        delete dialog;
+    }
+}
+
+TEST_F(SettingsTest, TheWelcomeAddsASampleAndLeadsToBookmarks)
+{
+    open();
+    child<QPushButton>("showWelcome")->click();
+    auto *welcome = window->findChild<InfoView *>();
+    auto *add = welcome->findChild<QPushButton *>(QStringLiteral("addSample"));
+    add->click();
+    EXPECT_FALSE(add->isEnabled()) << "once is enough";
+    ASSERT_EQ(world.links.links().size(), 1);
+    const LinkItem group = world.links.links().front();
+    ASSERT_GE(group.children->size(), 3);
+    for (const LinkItem &item : *group.children) {
+        EXPECT_EQ(item.type == LinkType::Folder, item.bookmarkData.has_value()) << qPrintable(item.name);
+        EXPECT_EQ(item.type == LinkType::Note, item.noteContent.has_value()) << qPrintable(item.name);
+    }
+    EXPECT_TRUE(world.links.undo());
+    EXPECT_TRUE(world.links.links().isEmpty());
+    welcome->findChild<QPushButton *>(QStringLiteral("welcomeImport"))->click();
+    EXPECT_FALSE(welcome->isVisible());
+    EXPECT_EQ(world.exchange.asked, QStringList{QStringLiteral("importBookmarks")});
 }
 
 TEST_F(SettingsTest, WelcomeComesOnceOnTheFirstLaunchEver)
@@ -95,95 +215,6 @@ TEST_F(SettingsTest, WelcomeComesOnceOnTheFirstLaunchEver)
     open();
     world.clock.advance(1min);
     EXPECT_EQ(window->findChild<InfoView *>(), nullptr);
-}
-
-TEST_F(SettingsTest, TreeKeepsSelectionAndOpenGroupsWhenItChanges)
-{
-    LinkItem group = world.make("Work", LinkType::Group);
-    const LinkItem inner = world.make("Inner", LinkType::Url, "https://example.org");
-    group.children = LinkList{inner};
-    LinkItem closed = world.make("Closed", LinkType::Group);
-    closed.children = LinkList{world.make("Hidden", LinkType::Url, "https://example.com")};
-    LinkItem opened = world.make("Opened", LinkType::Group);
-    opened.children = LinkList{world.make("Seen", LinkType::Url, "https://example.com")};
-    for (const LinkItem &top : {group, closed, opened})
-        world.links.addLink(top);
-    open();
-    tree()->expand(tree()->model()->index(2, 0));
-    tree()->selectItem(inner.id);
-    world.links.addLink(world.make("New", LinkType::Url, "https://example.net"));
-    ASSERT_NE(tree()->selectedItem(), nullptr);
-    EXPECT_EQ(tree()->selectedItem()->id, inner.id);
-    EXPECT_EQ(tree()->selectedGroup(), group.id);
-    EXPECT_FALSE(tree()->isExpanded(tree()->model()->index(1, 0)));
-    EXPECT_TRUE(tree()->isExpanded(tree()->model()->index(2, 0)));
-}
-
-TEST_F(SettingsTest, RemoveUndoAndRedo)
-{
-    const LinkItem link = world.make("Example", LinkType::Url, "https://example.org");
-    world.links.addLink(link);
-    open();
-    auto *stack = window->findChild<QTabWidget *>()->currentWidget()->findChild<QStackedWidget *>();
-    EXPECT_FALSE(child<QAction>("remove")->isEnabled());
-    tree()->selectItem(link.id);
-    QTest::keyClick(tree(), Qt::Key_Return);
-    EXPECT_EQ(world.openedLinks, QStringList{QStringLiteral("Example")});
-    child<QAction>("remove")->trigger();
-    EXPECT_TRUE(world.links.links().isEmpty());
-    EXPECT_EQ(stack->currentIndex(), 1) << "an empty list says what to do";
-    child<QAction>("undo")->trigger();
-    EXPECT_TRUE(world.links.find(link.id));
-    EXPECT_EQ(stack->currentIndex(), 0);
-    EXPECT_TRUE(child<QAction>("redo")->isEnabled());
-    child<QAction>("redo")->trigger();
-    EXPECT_TRUE(world.links.links().isEmpty());
-}
-
-TEST_F(SettingsTest, AddGoesIntoTheSelectedGroup)
-{
-    const LinkItem group = world.make("Work", LinkType::Group);
-    world.links.addLink(group);
-    open();
-    child<QAction>("addLink")->trigger();
-    EXPECT_EQ(postedSince(), QStringList{QStringLiteral("openQuickAdd")});
-    tree()->selectItem(group.id);
-    child<QAction>("addLink")->trigger();
-    EXPECT_EQ(world.windows.opened, QStringList{QStringLiteral("quickAdd:") + group.id.toString()});
-    child<QAction>("addNote")->trigger();
-    EXPECT_EQ(postedSince(), QStringList{QStringLiteral("openNoteEditor")});
-    ASSERT_EQ(world.links.find(group.id)->children->size(), 1);
-    const LinkItem note = world.links.find(group.id)->children->front();
-    EXPECT_EQ(note.type, LinkType::Note);
-    EXPECT_TRUE(note.path.startsWith(QStringLiteral("quicknote://")));
-    EXPECT_EQ(note.customIconColor, QStringLiteral("yellow"));
-}
-
-TEST_F(SettingsTest, RenamingInTheListIsOneEdit)
-{
-    const LinkItem link = world.make("Example", LinkType::Url, "https://example.org");
-    world.links.addLink(link);
-    open();
-    auto *model = tree()->model();
-    EXPECT_TRUE(model->setData(model->index(0, 0), QStringLiteral(" Better "), Qt::EditRole));
-    EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("Better"));
-
-    // In place: the list is built anew while its editor still hands the name over.
-    tree()->selectItem(link.id);
-    tree()->setFocus();
-    child<QAction>("rename")->trigger();
-    auto *editor = tree()->viewport()->findChild<QLineEdit *>();
-    ASSERT_NE(editor, nullptr);
-    editor->selectAll();
-    QTest::keyClicks(editor, QStringLiteral("In place"));
-    QTest::keyClick(editor, Qt::Key_Return);
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("In place"));
-    EXPECT_TRUE(model->setData(model->index(0, 0), QStringLiteral("Better"), Qt::EditRole));
-
-    EXPECT_FALSE(model->setData(model->index(0, 0), QStringLiteral(" "), Qt::EditRole));
-    EXPECT_EQ(world.links.find(link.id)->name, QStringLiteral("Better"));
 }
 
 TEST_F(SettingsTest, DebugButtonsFollowTheModeAndClearAsksFirst)
@@ -202,24 +233,6 @@ TEST_F(SettingsTest, DebugButtonsFollowTheModeAndClearAsksFirst)
     child<QPushButton>("clearDebugData")->click();
     world.alerts.userChooses(0);
     EXPECT_FALSE(world.defaults.value(QStringLiteral("debug_X")));
-}
-
-TEST_F(SettingsTest, UnreadableLinksAreOfferedAgain)
-{
-    test::UiWorld &w = world;
-    ASSERT_TRUE(w.defaults.write(LinkStore::linksBaseKey(), QByteArray("{broken")));
-    LinkStore damaged({w.defaults, w.debugMode, w.notifications, w.clock, w.bookmarks, w.volumes, w.powerEvents,
-                       w.snapshots, w.hooks});
-    ASSERT_FALSE(damaged.rescuedDataKeys().isEmpty());
-    open();
-    QPushButton *retry = nullptr;
-    for (QPushButton *button : window->findChildren<QPushButton *>()) {
-        if (button->text() == QStringLiteral("Try again") && button->isVisible())
-            retry = button;
-    }
-    ASSERT_NE(retry, nullptr);
-    retry->click();
-    EXPECT_EQ(w.alerts.shown.size(), 1) << "still unreadable";
 }
 
 class WidgetOrderListTest : public testing::Test

@@ -134,7 +134,7 @@ void SettingsWindow::Private::makeShortcuts()
     const auto bind = [this](const QKeySequence &keys, auto run) {
         connect(new QShortcut(keys, window), &QShortcut::activated, window, run);
     };
-    bind(QKeySequence::Close, [this] { window->close(); });
+    bind(Qt::CTRL | Qt::Key_W, [this] { window->close(); });
     bind(Qt::CTRL | Qt::Key_PageDown, [this] { switchTab(1); });
     bind(Qt::CTRL | Qt::Key_PageUp, [this] { switchTab(-1); });
     bind(Qt::CTRL | Qt::Key_Tab, [this] { switchTab(1); });

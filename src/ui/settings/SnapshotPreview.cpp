@@ -117,8 +117,9 @@ QWidget *SnapshotPreview::makeHead(const SnapshotInfo &info, Timestamp now)
     column->setContentsMargins({});
     column->setSpacing(4);
     column->addWidget(pageTitle(momentText(info.takenAt, now), head));
-    column->addWidget(
-        sectionSubtitle(snapshotReasonText(info.reason) + QStringLiteral(" · ") + itemCountText(info.itemCount), head));
+    column->addWidget(sectionSubtitle(text("snapshot.takenBefore %@"_text, snapshotReasonText(info.reason)) +
+                                          QStringLiteral(" · ") + itemCountText(info.itemCount),
+                                      head));
     column->addSpacing(6);
     column->addWidget(sectionTitle(text("snapshot.changesTitle"_text), head));
     auto *list = new QLabel(QStringLiteral("• ") + changes().join(QStringLiteral("\n• ")), head);

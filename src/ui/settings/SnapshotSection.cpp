@@ -21,6 +21,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 
 namespace orvelle {
@@ -29,6 +30,18 @@ namespace {
 
 /// Heading and five rows.
 constexpr int fewestLines = 6;
+
+/// Gives the cells air.
+class AiryDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(18, 8);
+    }
+};
 
 QPushButton *namedButton(const char *name, const char *symbol, const QString &title, QWidget *parent)
 {
@@ -75,10 +88,11 @@ QTreeView *SnapshotSection::makeList()
     list->setObjectName(QStringLiteral("snapshots"));
     list->setAccessibleName(text("snapshot.title"_text));
     list->setModel(m_model);
+    list->setItemDelegate(new AiryDelegate(list));
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     list->setAlternatingRowColors(true);
-    list->setMinimumHeight(fewestLines * (list->fontMetrics().height() + 8));
+    list->setMinimumHeight(fewestLines * (list->fontMetrics().height() + 10));
     QHeaderView *header = list->header();
     header->setStretchLastSection(false);
     header->setSectionsMovable(false);

@@ -24,6 +24,7 @@ using Dialog = void (ExchangeDialogs::*)(QWidget *);
 /// A button; those of one row stand for one kind of document.
 struct Command {
     int row;
+    int columns; ///< of the two
     const char *name;
     const char *symbol;
     TextKey title;
@@ -31,12 +32,15 @@ struct Command {
 };
 
 const std::array<Command, 5> commands{{
-    {0, "export", "square.and.arrow.up", "sync.export"_text, &ExchangeDialogs::exportDocument},
-    {0, "import", "square.and.arrow.down", "sync.import"_text, &ExchangeDialogs::importDocument},
-    {1, "exportBookmarks", "square.and.arrow.up", "sync.exportBookmarks"_text, &ExchangeDialogs::exportBookmarks},
-    {1, "importBookmarks", "square.and.arrow.down", "sync.importBookmarks"_text, &ExchangeDialogs::importBookmarks},
-    {2, "importLinkFolder", "folder", "sync.importLinkFolder"_text, &ExchangeDialogs::importLinkFolder},
+    {0, 1, "export", "square.and.arrow.up", "sync.export"_text, &ExchangeDialogs::exportDocument},
+    {0, 1, "import", "square.and.arrow.down", "sync.import"_text, &ExchangeDialogs::importDocument},
+    {1, 1, "exportBookmarks", "square.and.arrow.up", "sync.exportBookmarks"_text, &ExchangeDialogs::exportBookmarks},
+    {1, 1, "importBookmarks", "square.and.arrow.down", "sync.importBookmarks"_text, &ExchangeDialogs::importBookmarks},
+    {2, 2, "importLinkFolder", "folder", "sync.importLinkFolder"_text, &ExchangeDialogs::importLinkFolder},
 }};
+
+/// Of both columns of buttons, so that they look alike.
+constexpr int buttonWidth = 110;
 
 struct Kind {
     TextKey title;
@@ -77,6 +81,8 @@ QWidget *SyncTab::makeExchangeSection()
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(14);
     grid->setColumnStretch(0, 1);
+    grid->setColumnMinimumWidth(1, buttonWidth);
+    grid->setColumnMinimumWidth(2, buttonWidth);
     int row = 0;
     for (const Kind &kind : kinds) {
         auto *texts = new QVBoxLayout;
@@ -93,7 +99,7 @@ QWidget *SyncTab::makeExchangeSection()
         button->setAccessibleDescription(text(kinds.at(kind).title));
         connect(button, &QPushButton::clicked, this,
                 [this, run = command.run] { (m_services.exchange.*run)(window()); });
-        grid->addWidget(button, command.row, 1 + used.at(kind)++);
+        grid->addWidget(button, command.row, 1 + used.at(kind)++, 1, command.columns);
     }
     return section;
 }
