@@ -15,6 +15,11 @@ FIGURES = {
         ("one durable edit, 1,000 links", "ms", "edit/orvelle/1000", None, None, None, 5, None),
         ("one durable edit, 10,000 links", "ms", "edit/orvelle/10000", None, None, None, 60, None),
     ],
+    "editing": [
+        ("a move among groups, 10,000 links", "ms", "move/grouped/10000/100", None, None, None, 5, None),
+        ("a move in a flat list of 10,000", "ms", "move/flat/10000/0", None, None, None, 5, None),
+        ("a move of 100 items, 10,000 links", "ms", "move/hundred/10000/100", None, None, None, 5, None),
+    ],
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),
