@@ -53,7 +53,8 @@ MenuBarManager::Services Application::menuBarServices()
 
 Windows::Services Application::windowServices()
 {
-    return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock},
+    return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock, m_core.debugMode,
+             [this](const QUrl &url) { return m_workspace.openUrl(url); }},
             {m_core.links, m_core.volumes, m_core.clock},
             [this](AppWindows &windows) { return settingsServices(windows); }};
 }

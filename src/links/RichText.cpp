@@ -9,10 +9,10 @@ namespace {
 constexpr char16_t lineSeparator = 0x2028;
 constexpr char16_t paragraphSeparator = 0x2029;
 
-/// The toolkit's documents keep their own structure in these two.
+/// The toolkit's documents keep their own structure in these.
 bool isReserved(char16_t c)
 {
-    return c == 0 || c == 0xfdd0 || c == 0xfdd1;
+    return c == 0 || c == 0xfdd0 || c == 0xfdd1 || c == QChar::ObjectReplacementCharacter;
 }
 
 bool isLineEnd(char16_t c)

@@ -19,7 +19,7 @@ struct RichStyle {
     bool underline = false;
     bool strike = false;
     TextSize size = TextSize::Normal;
-    QString link; ///< the address; empty for none
+    QString link = {}; ///< the address; empty for none
 
     friend bool operator==(const RichStyle &, const RichStyle &) = default;
 };

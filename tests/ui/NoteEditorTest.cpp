@@ -1,11 +1,14 @@
 #include "links/LinkCodec.h"
+#include "links/RtfReader.h"
+#include "links/RtfWriter.h"
 #include "ui/UiWorld.h"
 #include "ui/notes/NoteEditorWindow.h"
+#include "ui/notes/NotePlaces.h"
 #include "ui/notes/NoteTitleBarView.h"
 #include "ui/notes/QuickNoteEditorView.h"
+#include "ui/notes/RichTextEdit.h"
 
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -31,7 +34,7 @@ protected:
         window = editors.open(id);
     }
 
-    QPlainTextEdit *editor() { return window->findChild<QPlainTextEdit *>(); }
+    RichTextEdit *editor() { return window->findChild<RichTextEdit *>(); }
     NoteDocument &document() { return window->findChild<QuickNoteEditorView *>()->document(); }
     LinkItem stored() { return world.links.find(id).value(); }
     QString storedText() { return stored().noteContent.value_or(QString()); }
@@ -73,7 +76,7 @@ TEST_F(NoteEditorTest, SavesHalfASecondAfterTheLastKey)
     EXPECT_EQ(world.defaults.writeCount(), writes + 1);
     EXPECT_EQ(stored().contentModifiedAt, world.clock.now());
     EXPECT_EQ(stored().modifiedAt, world.clock.now());
-    EXPECT_FALSE(stored().noteRTFData.has_value());
+    EXPECT_EQ(readRtf(stored().noteRTFData.value())->text, RichText::fromPlainText(u"bread!!"));
 }
 
 TEST_F(NoteEditorTest, ClosingSavesAtOnceAndOnlyWhatChanged)
@@ -92,6 +95,77 @@ TEST_F(NoteEditorTest, ClosingSavesAtOnceAndOnlyWhatChanged)
     type("x");
     closeWindow();
     EXPECT_EQ(storedText(), QStringLiteral("breadx"));
+}
+
+TEST_F(NoteEditorTest, OpeningAndClosingLeavesForeignRichTextAsItIs)
+{
+    const QByteArray foreign = "{\\rtf1\\ansi\\cocoartf2761{\\colortbl;\\red1\\green2\\blue3;}\\cf1\\b bread}";
+    world.links.edit(LinkStore::Step::Ordinary, {}, [&foreign](LinkList &links) {
+        links.front().noteRTFData = foreign;
+        return true;
+    });
+    closeWindow();
+    window = editors.open(id);
+    EXPECT_TRUE(editor()->richText().paragraphs.front().runs.front().style.bold);
+    closeWindow();
+    EXPECT_EQ(stored().noteRTFData, foreign);
+}
+
+TEST_F(NoteEditorTest, FormattingIsAChangeOfTheText)
+{
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    editor()->selectAll();
+    QTest::keyClick(editor(), Qt::Key_B, Qt::ControlModifier);
+    world.clock.advance(500ms);
+    EXPECT_EQ(storedText(), QStringLiteral("bread"));
+    EXPECT_EQ(stored().contentModifiedAt, world.clock.now());
+    EXPECT_TRUE(readRtf(*stored().noteRTFData)->text.paragraphs.front().runs.front().style.bold);
+}
+
+TEST_F(NoteEditorTest, RichTextFromElsewhereWithTheSameWordsIsAChangeToo)
+{
+    const auto makeBold = [](LinkList &links) {
+        RichText text;
+        text.paragraphs.front().append(u"bread", {.bold = true});
+        links.front().noteRTFData = writeRtf(text);
+        return true;
+    };
+    world.links.edit(LinkStore::Step::Ordinary, {}, makeBold);
+    EXPECT_TRUE(editor()->currentStyle().bold);
+    world.links.undo();
+    type(" mine");
+    world.links.edit(LinkStore::Step::Ordinary, {}, makeBold);
+    EXPECT_EQ(document().state(), State::Conflict);
+    document().resolve(Choice::KeepBoth);
+    const RichText kept = readRtf(*stored().noteRTFData)->text;
+    EXPECT_EQ(kept.paragraphs.front().text(), QStringLiteral("bread mine"));
+    EXPECT_TRUE(kept.paragraphs.back().runs.front().style.bold);
+}
+
+TEST_F(NoteEditorTest, PlainTextWrittenByAProgramWithoutRichTextCounts)
+{
+    changeElsewhere("butter");
+    closeWindow();
+    window = editors.open(id);
+    EXPECT_EQ(editor()->toPlainText(), QStringLiteral("butter"));
+}
+
+TEST_F(NoteEditorTest, EachNoteComesBackToItsPlace)
+{
+    const LinkItem other = world.addNote("Other", "");
+    NoteEditorWindow *second = editors.open(other.id);
+    window->setGeometry(40, 50, 300, 310);
+    second->setGeometry(100, 110, 500, 410);
+    second->close();
+    closeWindow();
+    window = editors.open(id);
+    EXPECT_EQ(window->geometry(), QRect(40, 50, 300, 310));
+    EXPECT_EQ(editors.open(other.id)->geometry(), QRect(100, 110, 500, 410));
+
+    world.links.removeLink(other.id);
+    closeWindow();
+    EXPECT_FALSE(NotePlaces(world.notes()).find(other.stableId)) << "a note that is gone is forgotten";
+    EXPECT_TRUE(NotePlaces(world.notes()).find(stored().stableId));
 }
 
 TEST_F(NoteEditorTest, KeepsCharactersThatAnEditorLikesToReplace)

@@ -107,7 +107,13 @@ struct UiWorld {
                  QStringLiteral("/home/ada/.config/orvelle/settings.sqlite"),
                  QStringLiteral("/home/ada/.local/share/orvelle/snapshots")}};
     }
-    NoteEditorServices notes() { return {links, defaults, notifications, clock}; }
+    NoteEditorServices notes()
+    {
+        return {links, defaults, notifications, clock, debugMode, [this](const QUrl &url) {
+                    openedLinks += url.toString();
+                    return true;
+                }};
+    }
     QuickAddServices quickAdd() { return {links, volumes, clock}; }
 
     LinkItem make(const char *name, LinkType type, const char *path = "")

@@ -28,24 +28,19 @@ LinkItem *findNote(LinkList &links, const QString &stableId)
     return nullptr;
 }
 
-QString contentOf(const LinkItem &note)
+RichText bothVersions(RichText mine, const RichText &theirs)
 {
-    return note.noteContent.value_or(QString());
-}
-
-void setContent(LinkItem &note, const QString &content, Timestamp now)
-{
-    note.noteContent = content;
-    note.noteRTFData.reset();
-    note.contentModifiedAt = now;
-    note.modifiedAt = now;
+    for (const QString &line : {QString(), text("note.otherVersion"_text), QString()})
+        mine.paragraphs += RichText::fromPlainText(line).paragraphs;
+    mine.paragraphs += theirs.paragraphs;
+    return mine;
 }
 
 } // namespace
 
 NoteDocument::NoteDocument(const NoteEditorServices &services, const LinkItem &note,
-                           std::function<QString()> editorText)
-    : m_services(services), m_note(note), m_editorText(std::move(editorText)), m_stored(contentOf(note))
+                           std::function<RichText()> editorText)
+    : m_services(services), m_note(note), m_editorText(std::move(editorText)), m_stored(NoteContent::of(note))
 {
     connect(&m_services.links, &LinkStore::linksChanged, this, &NoteDocument::storeChanged);
     connect(&m_services.notifications, &Notifications::noteColorChanged, this, &NoteDocument::storeChanged);
@@ -73,7 +68,7 @@ void NoteDocument::save()
     m_timer.reset();
     if (m_state != State::Normal || !hasTyped())
         return;
-    const QString typed = m_editorText();
+    const RichText typed = m_editorText();
     const Timestamp now = m_services.clock.now();
     m_saving = true;
     // Another process may have written since: the store then runs this again
@@ -81,17 +76,18 @@ void NoteDocument::save()
     // The store may keep the change for a later try, so it refers to nothing here.
     const auto change = [typed, now, stableId = m_note.stableId, expected = m_stored](LinkList &links) {
         LinkItem *note = findNote(links, stableId);
-        if (!note || contentOf(*note) != expected)
+        if (!note || NoteContent::of(*note) != expected)
             return false;
-        setContent(*note, typed, now);
+        setNoteText(*note, typed, now);
         return true;
     };
     const bool saved = m_services.links.edit(LinkStore::Step::Ordinary, {}, change);
     m_saving = false;
     if (saved) {
-        m_stored = typed;
+        setNoteText(m_note, typed, now);
+        m_stored = NoteContent::of(m_note);
         m_shown = typed;
-        qCInfo(lcNotes, "Note saved, %lld characters", static_cast<long long>(typed.size()));
+        qCInfo(lcNotes, "Note saved, %lld characters", static_cast<long long>(m_stored.plain.size()));
     }
     storeChanged();
 }
@@ -107,20 +103,20 @@ void NoteDocument::storeChanged()
     }
     m_note = *found;
     emit noteChanged();
-    takeStoredText(contentOf(m_note));
+    takeStored(NoteContent::of(m_note));
 }
 
-void NoteDocument::takeStoredText(const QString &stored)
+void NoteDocument::takeStored(const NoteContent &stored)
 {
     if (stored == m_stored) {
         setState(State::Normal);
     } else if (!hasTyped()) {
         m_stored = stored;
-        emit replaceText(stored);
+        emit replaceText(stored.decoded().text);
         editorFilled();
         setState(State::Normal);
         emit changedElsewhere();
-    } else if (stored == m_editorText()) {
+    } else if (stored.decoded().text == m_editorText()) {
         m_stored = stored;
         editorFilled();
         setState(State::Normal);
@@ -135,16 +131,16 @@ void NoteDocument::resolve(Choice choice)
 {
     if (m_state != State::Conflict)
         return;
+    const RichText theirs = m_theirs.decoded().text;
     m_stored = m_theirs;
     setState(State::Normal);
     if (choice == Choice::UseTheirs) {
-        emit replaceText(m_theirs);
+        emit replaceText(theirs);
         editorFilled();
         return;
     }
     if (choice == Choice::KeepBoth)
-        emit replaceText(
-            QStringLiteral("%1\n\n%2\n\n%3").arg(m_editorText(), text("note.otherVersion"_text), m_theirs));
+        emit replaceText(bothVersions(m_editorText(), theirs));
     save();
 }
 
@@ -152,11 +148,11 @@ void NoteDocument::addAgain()
 {
     if (m_state != State::Gone)
         return;
-    const QString typed = m_editorText();
+    const RichText typed = m_editorText();
     LinkItem again = m_note;
     if (typed != m_shown)
-        setContent(again, typed, m_services.clock.now());
-    m_stored = contentOf(again);
+        setNoteText(again, typed, m_services.clock.now());
+    m_stored = NoteContent::of(again);
     m_shown = typed;
     m_services.links.addLink(again);
     storeChanged();

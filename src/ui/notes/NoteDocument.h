@@ -1,6 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "ui/notes/NoteContent.h"
 #include "ui/notes/NoteEditors.h"
 
 #include <QObject>
@@ -32,21 +33,22 @@ public:
     static constexpr std::chrono::milliseconds saveDelay{500};
 
     /// `editorText` gives the text as the editor shows it now. It may differ
-    /// from the stored text although nothing was typed (line ends), which
-    /// does not count as a change.
-    NoteDocument(const NoteEditorServices &services, const LinkItem &note, std::function<QString()> editorText);
+    /// from the stored text although nothing was typed (line ends, formatting
+    /// that no note has), which does not count as a change: what is stored then
+    /// stays as it is, to the byte.
+    NoteDocument(const NoteEditorServices &services, const LinkItem &note, std::function<RichText()> editorText);
     ~NoteDocument() override;
 
     const LinkItem &note() const { return m_note; }
-    QString storedText() const { return m_stored; }
+    NoteContent::Decoded storedText() const { return m_stored.decoded(); }
     State state() const { return m_state; }
 
     /// Called after the editor was filled with storedText().
     void editorFilled();
     /// Called at each change in the editor; saves half a second after the last.
     void textEdited();
-    /// Stores what was typed. Sets contentModifiedAt, and removes the rich
-    /// text: it says what the note said before.
+    /// Stores what was typed or formatted, in both forms, and sets
+    /// contentModifiedAt. Nothing happens when it is what was there.
     void save();
     void resolve(Choice choice);
     /// Puts a removed note back, at the end of the top level.
@@ -56,7 +58,7 @@ public:
 
 signals:
     /// The editor has to show this text; the user may undo it there.
-    void replaceText(const QString &text);
+    void replaceText(const orvelle::RichText &text);
     /// The text was changed elsewhere and has been shown by replaceText().
     void changedElsewhere();
     void stateChanged();
@@ -65,16 +67,16 @@ signals:
 
 private:
     void storeChanged();
-    void takeStoredText(const QString &stored);
+    void takeStored(const NoteContent &stored);
     bool hasTyped() const;
     void setState(State state);
 
     NoteEditorServices m_services;
     LinkItem m_note;
-    std::function<QString()> m_editorText;
-    QString m_stored; ///< the text the editor's text descends from
-    QString m_shown;  ///< that text as the editor shows it
-    QString m_theirs; ///< in State::Conflict: the text from elsewhere
+    std::function<RichText()> m_editorText;
+    NoteContent m_stored; ///< what the editor's text descends from
+    RichText m_shown;     ///< that text as the editor shows it
+    NoteContent m_theirs; ///< in State::Conflict: what came from elsewhere
     State m_state = State::Normal;
     bool m_saving = false;
     std::unique_ptr<Timer> m_timer;

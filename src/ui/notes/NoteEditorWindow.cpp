@@ -1,7 +1,7 @@
 #include "ui/notes/NoteEditorWindow.h"
 
-#include "platform/UserDefaults.h"
 #include "ui/common/Icons.h"
+#include "ui/notes/NotePlaces.h"
 #include "ui/notes/QuickNoteEditorView.h"
 
 #include <QCloseEvent>
@@ -10,25 +10,15 @@
 
 namespace orvelle {
 
-namespace {
-
-/// The place and size of the window closed last; the next note opens so.
-QString geometryKey()
-{
-    return QStringLiteral("NoteEditorGeometry");
-}
-
-} // namespace
-
 class NoteEditorWindow::Private
 {
 public:
     Private(NoteEditorWindow *window, const NoteEditorServices &s, const LinkItem &note)
-        : services(s), view(new QuickNoteEditorView(s, note, window))
+        : places(s), view(new QuickNoteEditorView(s, note, window))
     {
     }
 
-    NoteEditorServices services;
+    NotePlaces places;
     QuickNoteEditorView *view;
 };
 
@@ -48,9 +38,9 @@ NoteEditorWindow::NoteEditorWindow(const NoteEditorServices &services, const Lin
     auto *close = new QShortcut(QKeySequence::Close, this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
 
-    resize(420, 360);
-    setMinimumSize(280, 180);
-    if (const auto geometry = services.defaults.get<QByteArray>(geometryKey()))
+    resize(440, 380);
+    setMinimumSize(280, 200);
+    if (const auto geometry = m_p->places.find(note.stableId))
         restoreGeometry(*geometry);
     m_p->view->setFocus();
 }
@@ -65,11 +55,7 @@ void NoteEditorWindow::saveNow()
 void NoteEditorWindow::closeEvent(QCloseEvent *event)
 {
     m_p->view->finish();
-    const QByteArray geometry = saveGeometry();
-    if (m_p->services.defaults.get<QByteArray>(geometryKey()) != geometry) {
-        // A place that could not be kept is no reason to trouble anybody.
-        static_cast<void>(m_p->services.defaults.write(geometryKey(), geometry));
-    }
+    m_p->places.remember(m_p->view->document().note().stableId, saveGeometry());
     QWidget::closeEvent(event);
 }
 

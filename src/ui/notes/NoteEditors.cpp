@@ -3,18 +3,14 @@
 #include "links/LinkStore.h"
 #include "ui/notes/NoteEditorWindow.h"
 
+#include <algorithm>
+
 namespace orvelle {
 
 namespace {
 
-/// Editors open a title bar's height apart, so that none hides another.
+/// A title bar's height, so that no editor hides another.
 constexpr int cascadeStep = 28;
-
-void moveBeside(QWidget &window, qsizetype openWindows)
-{
-    const int shift = static_cast<int>(openWindows) * cascadeStep;
-    window.move(window.pos() + QPoint(shift, shift));
-}
 
 } // namespace
 
@@ -38,9 +34,9 @@ NoteEditorWindow *NoteEditors::open(const QUuid &noteId)
     QPointer<NoteEditorWindow> &window = m_windows[note->stableId];
     if (!window) {
         window = new NoteEditorWindow(m_services, *note);
-        // Without a remembered place the window manager finds a better one.
-        if (m_windows.size() > 1 && window->testAttribute(Qt::WA_Moved))
-            moveBeside(*window, m_windows.size() - 1);
+        // One never opened is placed by the window manager.
+        if (window->testAttribute(Qt::WA_Moved))
+            moveClear(*window);
     }
     if (window->isMinimized())
         window->showNormal();
@@ -48,6 +44,20 @@ NoteEditorWindow *NoteEditors::open(const QUuid &noteId)
     window->raise();
     window->activateWindow();
     return window;
+}
+
+void NoteEditors::moveClear(QWidget &window) const
+{
+    const auto isTaken = [this, &window](const QPoint &place) {
+        return std::ranges::any_of(m_windows, [&](const QPointer<NoteEditorWindow> &other) {
+            return other && other != &window && other->isVisible() && other->pos() == place;
+        });
+    };
+    QPoint place = window.pos();
+    while (isTaken(place))
+        place += QPoint(cascadeStep, cascadeStep);
+    if (place != window.pos())
+        window.move(place);
 }
 
 void NoteEditors::saveAll()

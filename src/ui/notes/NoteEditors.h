@@ -5,9 +5,15 @@
 #include <QString>
 #include <QUuid>
 
+#include <functional>
+
+class QUrl;
+class QWidget;
+
 namespace orvelle {
 
 class Clock;
+class DebugModeManager;
 class LinkStore;
 class NoteEditorWindow;
 class Notifications;
@@ -19,6 +25,8 @@ struct NoteEditorServices {
     UserDefaults &defaults; ///< remembers where a note's window stood
     Notifications &notifications;
     Clock &clock;
+    DebugModeManager &debugMode;
+    std::function<bool(const QUrl &)> openLink; ///< false when it leads nowhere
 };
 
 /// The open note editors: several notes at once, one window per note.
@@ -39,6 +47,8 @@ public:
     void saveAll();
 
 private:
+    void moveClear(QWidget &window) const;
+
     NoteEditorServices m_services;
     QHash<QString, QPointer<NoteEditorWindow>> m_windows; ///< by stable id
 };

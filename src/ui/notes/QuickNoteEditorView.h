@@ -4,14 +4,15 @@
 
 #include <QWidget>
 
-class QPlainTextEdit;
-
 namespace orvelle {
 
+class NoteFormatBar;
+class NoteLinkBar;
 class NoteTitleBarView;
 class NoticeBar;
+class RichTextEdit;
 
-/// Title bar, notices and text of one note.
+/// Title bar, format bar, notices and text of one note.
 class QuickNoteEditorView : public QWidget
 {
     Q_OBJECT
@@ -26,14 +27,21 @@ public:
     void finish();
 
 private:
-    QString editorText() const;
-    void replaceText(const QString &text);
+    void layOut();
+    void fill();
+    void connectText();
+    void connectDocument();
+    void editLink();
+    void openLink(const QString &address);
     void showState();
     void showConflict();
 
-    QPlainTextEdit *m_text;
+    NoteEditorServices m_services;
+    RichTextEdit *m_text;
     NoteDocument m_document;
     NoteTitleBarView *m_title;
+    NoteFormatBar *m_format;
+    NoteLinkBar *m_link;
     NoticeBar *m_notice;
 };
 
