@@ -1,5 +1,6 @@
 #include "app/CoreServices.h"
 
+#include "app/Version.h"
 #include "base/Text.h"
 
 namespace orvelle {
@@ -12,9 +13,14 @@ CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
       debugMode(*defaults, notifications),
       favicons(*defaults, debugMode, notifications),
       snapshots(folders.snapshots, clock),
+      http(clock, "Orvelle/" + versionText().toLatin1()),
+      siteIcons({favicons, http, clock, folders.data + QStringLiteral("/Favicons")}),
+      hooks(siteIcons),
+      jobs(siteIcons),
       links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}),
       widgetOrder(*defaults, debugMode, notifications)
 {
+    siteIcons.attach(links);
 }
 
 QString openErrorText(const DefaultsOpenError &error)

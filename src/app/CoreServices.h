@@ -5,11 +5,13 @@
 #include "base/Notifications.h"
 #include "base/Result.h"
 #include "links/FaviconSettings.h"
+#include "links/FaviconStore.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
 #include "menubar/WidgetOrderManager.h"
 #include "platform/freedesktop/InodeFileBookmarks.h"
 #include "platform/freedesktop/MountVolumes.h"
+#include "platform/freedesktop/QtHttpClient.h"
 #include "platform/freedesktop/SqliteUserDefaults.h"
 #include "platform/freedesktop/SystemClock.h"
 #include "services/DebugModeManager.h"
@@ -25,6 +27,29 @@ public:
     void loadSyncState() override {}
     void scheduleAutoSync() override {}
     void systemDidWake() override {}
+};
+
+/// The store's needs of site icons; those of sync are still nobody's.
+class SiteIconHooks : public InactiveLinkStoreHooks
+{
+public:
+    explicit SiteIconHooks(FaviconStore &icons) : m_icons(icons) {}
+    void hydrateFavicons(LinkList &links) override { m_icons.hydrateFaviconsFromDisk(links); }
+    void cleanupOrphanFavicons(const LinkList &) override { m_icons.cleanupOrphanFavicons(); }
+
+private:
+    FaviconStore &m_icons;
+};
+
+/// Of what start-up asks for, what this version does.
+class CoreJobs : public InactiveJobs
+{
+public:
+    explicit CoreJobs(FaviconStore &icons) : m_icons(icons) {}
+    void fetchAllFavicons() override { m_icons.fetchAllFavicons(); }
+
+private:
+    FaviconStore &m_icons;
 };
 
 /// The settings and the tree with what they stand on: what the running
@@ -46,8 +71,10 @@ public:
     MountVolumes volumes;
     FaviconSettings favicons;
     SnapshotStore snapshots;
-    InactiveLinkStoreHooks hooks;
-    InactiveJobs jobs;
+    QtHttpClient http;
+    FaviconStore siteIcons;
+    SiteIconHooks hooks;
+    CoreJobs jobs;
     LinkStore links;
     WidgetOrderManager widgetOrder;
 };

@@ -40,6 +40,8 @@ protected:
             m_environment.insert(QString::fromLatin1(name), path);
         }
         m_environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+        // Nothing that a test adds is asked of the real network.
+        m_environment.insert(QStringLiteral("https_proxy"), QStringLiteral("http://127.0.0.1:9"));
         // Only what shows a window may need one.
         m_environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
     }
