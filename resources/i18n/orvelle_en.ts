@@ -450,9 +450,6 @@
     <message id="quickAdd.topLevel">
         <translation>Top level of the menu</translation>
     </message>
-    <message id="quickAdd.dropHint">
-        <translation>Drop a file or folder here</translation>
-    </message>
     <message id="quickAdd.address">
         <translation>Address or path:</translation>
     </message>
@@ -780,9 +777,6 @@
     <message id="snapshot.column.date">
         <translation>Date</translation>
     </message>
-    <message id="snapshot.column.reason">
-        <translation>Taken before</translation>
-    </message>
     <message id="snapshot.column.items">
         <translation>Items</translation>
     </message>
@@ -1095,6 +1089,96 @@
     <message id="settings.siteIconsHint %@">
         <translation>To fetch them, the host name of each web link (such as example.org) is sent to %@. Addresses on your own network are never sent.</translation>
     </message>
+    <message id="note.format">
+        <translation>Formatting</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Bold</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italic</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Underline</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Strikethrough</translation>
+    </message>
+    <message id="note.size">
+        <translation>Text size</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Small</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normal</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Large</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Larger</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Huge</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Bulleted list</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Numbered list</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Checklist</translation>
+    </message>
+    <message id="note.link">
+        <translation>Link</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Undo</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Redo</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Address of the link</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Web or mail address</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Set link</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Open link</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Edit link…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Remove link</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Close</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>This is no address that a note can link to.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+click to open</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>This link cannot be opened.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Paste without formatting</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>There is no text to paste, or too much of it.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
+    </message>
     <message id="import.howTo">
         <translation>How should its content be taken in?</translation>
     </message>
@@ -1206,12 +1290,6 @@
     <message id="exchange.allFiles">
         <translation>All files</translation>
     </message>
-    <message id="timer.toolTip %@">
-        <translation>Orvelle: timer, %@ left</translation>
-    </message>
-    <message id="snapshot.takenBefore %@">
-        <translation>Taken before: %@</translation>
-    </message>
     <message id="widget.mode">
         <translation>Show in the menu:</translation>
     </message>
@@ -1226,9 +1304,6 @@
     </message>
     <message id="snapshot.refused">
         <translation>Your links as they are now could not be kept first, so nothing was changed. Is the disk full?</translation>
-    </message>
-    <message id="snapshot.restored %@">
-        <translation>Your links are again as before: %@.</translation>
     </message>
     <message id="about.licenceText">
         <translation>Orvelle is free software and rests on the work of others. Thank you!</translation>
@@ -1274,9 +1349,6 @@ You can change or remove everything here.</translation>
     <message id="timer.customTitle">
         <translation>New timer</translation>
     </message>
-    <message id="timer.customSubtitle">
-        <translation>How long should it run?</translation>
-    </message>
     <message id="timer.unitHours">
         <translation>hours</translation>
     </message>
@@ -1289,95 +1361,65 @@ You can change or remove everything here.</translation>
     <message id="timer.cancel">
         <translation>Cancel</translation>
     </message>
-    <message id="note.format">
-        <translation>Formatting</translation>
+    <message id="timer.customSubtitle">
+        <translation>How long should it run?</translation>
     </message>
-    <message id="note.bold">
-        <translation>Bold</translation>
+    <message id="timer.toolTip %@">
+        <translation>Orvelle: timer, %@ left</translation>
     </message>
-    <message id="note.italic">
-        <translation>Italic</translation>
+    <message id="snapshot.column.reason">
+        <translation>Taken before</translation>
     </message>
-    <message id="note.underline">
-        <translation>Underline</translation>
+    <message id="snapshot.takenBefore %@">
+        <translation>Taken before: %@</translation>
     </message>
-    <message id="note.strike">
-        <translation>Strikethrough</translation>
+    <message id="quickAdd.offer %@">
+        <translation>From the clipboard: %@</translation>
     </message>
-    <message id="note.size">
-        <translation>Text size</translation>
+    <message id="quickAdd.offerKey">
+        <translation>Enter</translation>
     </message>
-    <message id="note.size.small">
-        <translation>Small</translation>
+    <message id="quickAdd.sameAddress %@">
+        <translation>Already in your links: %@. You can still add it.</translation>
     </message>
-    <message id="note.size.normal">
-        <translation>Normal</translation>
+    <message id="quickAdd.missingFile">
+        <translation>There is nothing at this path. The link will be marked as broken.</translation>
     </message>
-    <message id="note.size.large">
-        <translation>Large</translation>
+    <message id="quickAdd.dropHint">
+        <translation>Drop a file, a folder or an address here</translation>
     </message>
-    <message id="note.size.larger">
-        <translation>Larger</translation>
+    <message id="import.settingsTaken">
+        <translation>Settings were taken over.</translation>
     </message>
-    <message id="note.size.huge">
-        <translation>Huge</translation>
+    <message id="systemInfo.modeTerminal">
+        <translation>Terminal</translation>
     </message>
-    <message id="note.bullets">
-        <translation>Bulleted list</translation>
+    <message id="systemInfo.modeDiscreet">
+        <translation>Discreet</translation>
     </message>
-    <message id="note.numbers">
-        <translation>Numbered list</translation>
+    <message id="network.modeGraph">
+        <translation>Graph</translation>
     </message>
-    <message id="note.checks">
-        <translation>Checklist</translation>
+    <message id="network.modeDiscreet">
+        <translation>Discreet</translation>
     </message>
-    <message id="note.link">
-        <translation>Link</translation>
+    <message id="timer.presetsLabel">
+        <translation>Durations:</translation>
     </message>
-    <message id="note.undo">
-        <translation>Undo</translation>
+    <message id="timer.customMessage">
+        <translation>Start now:</translation>
     </message>
-    <message id="note.redo">
-        <translation>Redo</translation>
+    <message id="timer.customPlaceholder">
+        <translation>minutes</translation>
     </message>
-    <message id="note.link.address">
-        <translation>Address of the link</translation>
+    <message id="timer.startCustom">
+        <translation>Start</translation>
     </message>
-    <message id="note.link.placeholder">
-        <translation>Web or mail address</translation>
+    <message id="timer.minutesSuffix">
+        <translation> min</translation>
     </message>
-    <message id="note.link.apply">
-        <translation>Set link</translation>
-    </message>
-    <message id="note.link.open">
-        <translation>Open link</translation>
-    </message>
-    <message id="note.link.edit">
-        <translation>Edit link…</translation>
-    </message>
-    <message id="note.link.remove">
-        <translation>Remove link</translation>
-    </message>
-    <message id="note.link.close">
-        <translation>Close</translation>
-    </message>
-    <message id="note.link.unsafe">
-        <translation>This is no address that a note can link to.</translation>
-    </message>
-    <message id="note.link.openHint">
-        <translation>Ctrl+click to open</translation>
-    </message>
-    <message id="note.linkRefused">
-        <translation>This link cannot be opened.</translation>
-    </message>
-    <message id="note.pastePlain">
-        <translation>Paste without formatting</translation>
-    </message>
-    <message id="note.pasteRefused">
-        <translation>There is no text to paste, or too much of it.</translation>
-    </message>
-    <message id="note.incomplete">
-        <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
+    <message id="snapshot.restored %@">
+        <translation>Snapshot restored: %@</translation>
     </message>
 </context>
 </TS>

@@ -450,9 +450,6 @@
     <message id="quickAdd.topLevel">
         <translation>Premier niveau du menu</translation>
     </message>
-    <message id="quickAdd.dropHint">
-        <translation>Déposez ici un fichier ou un dossier</translation>
-    </message>
     <message id="quickAdd.address">
         <translation>Adresse ou chemin :</translation>
     </message>
@@ -780,9 +777,6 @@
     <message id="snapshot.column.date">
         <translation>Date</translation>
     </message>
-    <message id="snapshot.column.reason">
-        <translation>Prise avant</translation>
-    </message>
     <message id="snapshot.column.items">
         <translation>Éléments</translation>
     </message>
@@ -1095,6 +1089,96 @@
     <message id="settings.siteIconsHint %@">
         <translation>Pour les obtenir, le nom de domaine de chaque lien web (comme example.org) est envoyé à %@. Les adresses de votre réseau local ne sont jamais envoyées.</translation>
     </message>
+    <message id="note.format">
+        <translation>Mise en forme</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Gras</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italique</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Souligné</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Barré</translation>
+    </message>
+    <message id="note.size">
+        <translation>Taille du texte</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Petite</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normale</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Grande</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Plus grande</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Très grande</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Liste à puces</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Liste numérotée</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Liste à cocher</translation>
+    </message>
+    <message id="note.link">
+        <translation>Lien</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Annuler</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Rétablir</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Adresse du lien</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Adresse web ou e-mail</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Appliquer le lien</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Ouvrir le lien</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Modifier le lien…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Supprimer le lien</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Fermer</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>Une note ne peut pas contenir de lien vers cette adresse.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+clic pour ouvrir</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>Impossible d’ouvrir ce lien.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Coller sans mise en forme</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>Aucun texte à coller, ou texte trop long.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
+    </message>
     <message id="import.howTo">
         <translation>Comment reprendre son contenu ?</translation>
     </message>
@@ -1206,12 +1290,6 @@
     <message id="exchange.allFiles">
         <translation>Tous les fichiers</translation>
     </message>
-    <message id="timer.toolTip %@">
-        <translation>Orvelle : minuteur, encore %@</translation>
-    </message>
-    <message id="snapshot.takenBefore %@">
-        <translation>Prise avant : %@</translation>
-    </message>
     <message id="widget.mode">
         <translation>Dans le menu :</translation>
     </message>
@@ -1226,9 +1304,6 @@
     </message>
     <message id="snapshot.refused">
         <translation>L’état actuel de vos liens n’a pas pu être conservé au préalable ; rien n’a donc été changé. Le disque est-il plein ?</translation>
-    </message>
-    <message id="snapshot.restored %@">
-        <translation>Vos liens sont rétablis : %@.</translation>
     </message>
     <message id="about.licenceText">
         <translation>Orvelle est un logiciel libre et repose sur le travail d’autrui. Merci !</translation>
@@ -1274,9 +1349,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="timer.customTitle">
         <translation>Nouveau minuteur</translation>
     </message>
-    <message id="timer.customSubtitle">
-        <translation>Pour combien de temps ?</translation>
-    </message>
     <message id="timer.unitHours">
         <translation>heures</translation>
     </message>
@@ -1289,95 +1361,65 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="timer.cancel">
         <translation>Annuler</translation>
     </message>
-    <message id="note.format">
-        <translation>Mise en forme</translation>
+    <message id="timer.customSubtitle">
+        <translation>Pour combien de temps ?</translation>
     </message>
-    <message id="note.bold">
-        <translation>Gras</translation>
+    <message id="timer.toolTip %@">
+        <translation>Orvelle : minuteur, encore %@</translation>
     </message>
-    <message id="note.italic">
-        <translation>Italique</translation>
+    <message id="snapshot.column.reason">
+        <translation>Pris avant</translation>
     </message>
-    <message id="note.underline">
-        <translation>Souligné</translation>
+    <message id="snapshot.takenBefore %@">
+        <translation>Pris avant : %@</translation>
     </message>
-    <message id="note.strike">
-        <translation>Barré</translation>
+    <message id="quickAdd.offer %@">
+        <translation>Dans le presse-papiers : %@</translation>
     </message>
-    <message id="note.size">
-        <translation>Taille du texte</translation>
+    <message id="quickAdd.offerKey">
+        <translation>Entrée</translation>
     </message>
-    <message id="note.size.small">
-        <translation>Petite</translation>
+    <message id="quickAdd.sameAddress %@">
+        <translation>Déjà dans vos liens : %@. Vous pouvez tout de même l’ajouter.</translation>
     </message>
-    <message id="note.size.normal">
-        <translation>Normale</translation>
+    <message id="quickAdd.missingFile">
+        <translation>Il n’y a rien à cet emplacement. Le lien sera signalé comme rompu.</translation>
     </message>
-    <message id="note.size.large">
-        <translation>Grande</translation>
+    <message id="quickAdd.dropHint">
+        <translation>Déposez ici un fichier, un dossier ou une adresse</translation>
     </message>
-    <message id="note.size.larger">
-        <translation>Plus grande</translation>
+    <message id="import.settingsTaken">
+        <translation>Des réglages ont été repris.</translation>
     </message>
-    <message id="note.size.huge">
-        <translation>Très grande</translation>
+    <message id="systemInfo.modeTerminal">
+        <translation>Terminal</translation>
     </message>
-    <message id="note.bullets">
-        <translation>Liste à puces</translation>
+    <message id="systemInfo.modeDiscreet">
+        <translation>Discret</translation>
     </message>
-    <message id="note.numbers">
-        <translation>Liste numérotée</translation>
+    <message id="network.modeGraph">
+        <translation>Graphique</translation>
     </message>
-    <message id="note.checks">
-        <translation>Liste à cocher</translation>
+    <message id="network.modeDiscreet">
+        <translation>Discret</translation>
     </message>
-    <message id="note.link">
-        <translation>Lien</translation>
+    <message id="timer.presetsLabel">
+        <translation>Durées :</translation>
     </message>
-    <message id="note.undo">
-        <translation>Annuler</translation>
+    <message id="timer.customMessage">
+        <translation>Démarrer :</translation>
     </message>
-    <message id="note.redo">
-        <translation>Rétablir</translation>
+    <message id="timer.customPlaceholder">
+        <translation>minutes</translation>
     </message>
-    <message id="note.link.address">
-        <translation>Adresse du lien</translation>
+    <message id="timer.startCustom">
+        <translation>Démarrer</translation>
     </message>
-    <message id="note.link.placeholder">
-        <translation>Adresse web ou e-mail</translation>
+    <message id="timer.minutesSuffix">
+        <translation> min</translation>
     </message>
-    <message id="note.link.apply">
-        <translation>Appliquer le lien</translation>
-    </message>
-    <message id="note.link.open">
-        <translation>Ouvrir le lien</translation>
-    </message>
-    <message id="note.link.edit">
-        <translation>Modifier le lien…</translation>
-    </message>
-    <message id="note.link.remove">
-        <translation>Supprimer le lien</translation>
-    </message>
-    <message id="note.link.close">
-        <translation>Fermer</translation>
-    </message>
-    <message id="note.link.unsafe">
-        <translation>Une note ne peut pas contenir de lien vers cette adresse.</translation>
-    </message>
-    <message id="note.link.openHint">
-        <translation>Ctrl+clic pour ouvrir</translation>
-    </message>
-    <message id="note.linkRefused">
-        <translation>Impossible d’ouvrir ce lien.</translation>
-    </message>
-    <message id="note.pastePlain">
-        <translation>Coller sans mise en forme</translation>
-    </message>
-    <message id="note.pasteRefused">
-        <translation>Aucun texte à coller, ou texte trop long.</translation>
-    </message>
-    <message id="note.incomplete">
-        <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
+    <message id="snapshot.restored %@">
+        <translation>Instantané restauré : %@</translation>
     </message>
 </context>
 </TS>

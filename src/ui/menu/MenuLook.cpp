@@ -15,8 +15,6 @@
 namespace orvelle {
 namespace {
 
-constexpr int margin = 10; ///< from the panel's edge to the icon, and at the end of the row
-constexpr int iconGap = 9; ///< between icon and name
 constexpr int chevronSide = 10;
 constexpr int chevronGap = 14; ///< between name and chevron
 constexpr int rowPadding = 4;  ///< above and below the line of text

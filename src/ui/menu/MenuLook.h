@@ -37,6 +37,13 @@ public:
     /// The strip that tells of rows beyond the edge.
     void paintScroller(QPainter &painter, const QRect &strip, bool upper) const;
 
+    /// What the panel is filled with behind its rows.
+    const QColor &ground() const { return m_ground; }
+    /// The desktop's look of a chosen row.
+    void paintSelection(QPainter &painter, const QRect &rect) const;
+
+    static constexpr int margin = 10; ///< from the panel's edge to the icon, and at the end of the row
+    static constexpr int iconGap = 9; ///< between icon and name
     static constexpr int maximumWidth = 380;
     static constexpr int iconSide = 16;
     static constexpr int scrollerHeight = 20;
@@ -54,7 +61,6 @@ private:
     bool rightToLeft() const;
     int wantedWidth(const MenuEntry &entry) const;
     Ink rowInk(const MenuEntry &entry, bool selected) const;
-    void paintSelection(QPainter &painter, const QRect &rect) const;
     void paintIcon(QPainter &painter, const MenuEntry &entry, const QRect &rect, const Ink &ink) const;
     void paintChevron(QPainter &painter, const QRect &row, const Ink &ink) const;
     void paintTitle(QPainter &painter, const MenuEntry &entry, const QRect &row, const Ink &ink) const;

@@ -86,7 +86,7 @@ private:
     bool isTyping(int level, const QKeyEvent &event) const;
     void typed(int level, const QKeyEvent &event);
     int keyLevel() const;
-    void moveTo(int level, int row, int button = 0);
+    void moveTo(int level, int row, int button = 0, Qt::FocusReason reason = Qt::TabFocusReason);
 
     // Pointer
     Place placeAt(const QPoint &global) const;

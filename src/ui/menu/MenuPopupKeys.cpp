@@ -15,7 +15,7 @@ int MenuPopup::keyLevel() const
     return 0;
 }
 
-void MenuPopup::moveTo(int level, int row, int button)
+void MenuPopup::moveTo(int level, int row, int button, Qt::FocusReason reason)
 {
     if (row < 0)
         return;
@@ -24,7 +24,7 @@ void MenuPopup::moveTo(int level, int row, int button)
     select(level, row, button);
     panel(level).ensureVisible(row);
     if (QWidget *widget = panel(level).rowWidget(row))
-        widget->setFocus(Qt::TabFocusReason);
+        widget->setFocus(reason);
     else
         panel(level).setFocus();
 }
@@ -129,7 +129,8 @@ bool MenuPopup::tabKey(int level, int step)
     }
     const int next = at.rows().next(row, step);
     const bool entersBackwards = step < 0 && next >= 0 && at.rows().at(next).kind == MenuEntry::Kind::BottomRow;
-    moveTo(level, next, entersBackwards ? BottomRowView::buttonCount - 1 : 0);
+    moveTo(level, next, entersBackwards ? BottomRowView::buttonCount - 1 : 0,
+           step < 0 ? Qt::BacktabFocusReason : Qt::TabFocusReason);
     return true;
 }
 

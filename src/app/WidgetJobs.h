@@ -1,0 +1,57 @@
+#pragma once
+
+#include "menubar/StartupJobs.h"
+
+#include <QHash>
+
+#include <functional>
+
+class QWidget;
+
+namespace orvelle {
+
+/// What start-up and the menu ask of the widgets, in a table by widget; all
+/// else goes on to who did it before. Main thread.
+class WidgetJobs : public StartupJobs
+{
+public:
+    /// What one widget can do. Without `start`, `startLive` or `stopLive` there
+    /// is nothing to be done.
+    struct Widget {
+        std::function<bool()> isEnabled;
+        std::function<bool()> isMenuBarOnly;
+        std::function<void()> start;
+        std::function<void()> startLive;
+        std::function<void()> stopLive;
+        /// The row in the menu, as a child of `parent`.
+        std::function<QWidget *(QWidget *parent)> makeRow;
+    };
+
+    explicit WidgetJobs(StartupJobs &others) : m_others(others) {}
+
+    void add(WidgetType type, Widget widget) { m_widgets.insert(type, std::move(widget)); }
+    /// Null for a widget that is not in the table.
+    QWidget *makeRow(WidgetType type, QWidget *parent) const;
+
+    bool isWidgetEnabled(WidgetType type) const override;
+    bool isMenuBarOnly(WidgetType type) const override;
+    void startMonitoring(WidgetType type) override;
+    void startLiveWidgets() override;
+    void stopLiveWidgets() override;
+
+    void fetchAllFavicons() override { m_others.fetchAllFavicons(); }
+    void checkForUpdatesIfNeeded() override { m_others.checkForUpdatesIfNeeded(); }
+    void recordLaunch() override { m_others.recordLaunch(); }
+    void presentTipPromptIfNeeded() override { m_others.presentTipPromptIfNeeded(); }
+    void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
+    void refreshWeatherIfNeeded() override { m_others.refreshWeatherIfNeeded(); }
+    void checkClipboardNow() override { m_others.checkClipboardNow(); }
+    void setupGlobalShortcut() override { m_others.setupGlobalShortcut(); }
+    void removeGlobalShortcut() override { m_others.removeGlobalShortcut(); }
+
+private:
+    StartupJobs &m_others;
+    QHash<WidgetType, Widget> m_widgets;
+};
+
+} // namespace orvelle

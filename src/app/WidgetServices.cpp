@@ -1,0 +1,73 @@
+#include "app/WidgetServices.h"
+
+#include "ui/menu/rows/NetworkRowView.h"
+#include "ui/menu/rows/SystemInfoRowView.h"
+#include "ui/menu/rows/TimerRowView.h"
+#include "ui/settings/NetworkSection.h"
+#include "ui/settings/SystemInfoSection.h"
+#include "ui/settings/TimerSection.h"
+
+namespace orvelle {
+
+WidgetServices::WidgetServices(const Surroundings &surroundings)
+    : m_surroundings(surroundings),
+      m_messages(surroundings.sessionBus),
+      systemInfo({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
+                  m_sampler, m_host}),
+      network({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
+               m_sampler, m_counters}),
+      timer({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock,
+             surroundings.alerts, m_sounds, m_messages, surroundings.activateApp}),
+      jobs(surroundings.otherJobs)
+{
+    addSystemInfo();
+    addNetwork();
+    addTimer();
+}
+
+void WidgetServices::addSystemInfo()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    jobs.add(WidgetType::SystemInfo,
+             {[this] { return systemInfo.isEnabled(); }, [this] { return systemInfo.menuBarOnly(); },
+              [this] { systemInfo.startMonitoring(); }, [this] { systemInfo.startLiveRefresh(); },
+              [this] { systemInfo.stopLiveRefresh(); },
+              [this, &notifications](QWidget *parent) -> QWidget * {
+                  return new SystemInfoRowView(systemInfo, notifications, parent);
+              }});
+    sections.insert(WidgetType::SystemInfo, [this, &notifications](QWidget *parent) {
+        return new SystemInfoSection(systemInfo, notifications, parent);
+    });
+}
+
+void WidgetServices::addNetwork()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    jobs.add(WidgetType::Network, {[this] { return network.isEnabled(); }, [this] { return network.menuBarOnly(); },
+                                   [this] { network.startMonitoring(); }, [this] { network.startLiveRefresh(); },
+                                   [this] { network.stopLiveRefresh(); },
+                                   [this, &notifications](QWidget *parent) -> QWidget * {
+                                       return new NetworkRowView(network, notifications, parent);
+                                   }});
+    sections.insert(WidgetType::Network, [this, &notifications](QWidget *parent) {
+        return new NetworkSection(network, notifications, parent);
+    });
+}
+
+void WidgetServices::addTimer()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    Clock &clock = m_surroundings.clock;
+    jobs.add(WidgetType::Timer, {[this] { return timer.isEnabled(); },
+                                 [this] { return timer.menuBarOnly(); },
+                                 {},
+                                 {},
+                                 {},
+                                 [this, &notifications, &clock](QWidget *parent) -> QWidget * {
+                                     return new TimerRowView(timer, notifications, clock, parent);
+                                 }});
+    sections.insert(WidgetType::Timer,
+                    [this, &notifications](QWidget *parent) { return new TimerSection(timer, notifications, parent); });
+}
+
+} // namespace orvelle

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/WidgetJobs.h"
+#include "platform/freedesktop/BusNotifications.h"
+#include "platform/freedesktop/CanberraSounds.h"
+#include "platform/freedesktop/NetlinkCounters.h"
+#include "platform/freedesktop/ProcHostStatistics.h"
+#include "platform/freedesktop/ThreadSampler.h"
+#include "ui/settings/WidgetSection.h"
+#include "widgets/network/NetworkManager.h"
+#include "widgets/systeminfo/SystemInfoManager.h"
+#include "widgets/timer/TimerManager.h"
+
+namespace orvelle {
+
+class Alerts;
+class Clock;
+class DebugModeManager;
+class Notifications;
+class UserDefaults;
+
+/// The widgets' managers with what they stand on, and the tables by which the
+/// menu and the settings find them. Main thread.
+class WidgetServices
+{
+public:
+    /// What the widgets need of the rest. All of it outlives this.
+    struct Surroundings {
+        UserDefaults &defaults;
+        DebugModeManager &debugMode;
+        Notifications &notifications;
+        const PowerEvents &powerEvents;
+        Clock &clock;
+        Alerts &alerts;
+        StartupJobs &otherJobs;
+        QDBusConnection sessionBus;
+        /// Brings the application to the front.
+        std::function<void()> activateApp;
+    };
+    explicit WidgetServices(const Surroundings &surroundings);
+
+private:
+    void addSystemInfo();
+    void addNetwork();
+    void addTimer();
+
+    Surroundings m_surroundings;
+    ProcHostStatistics m_host;
+    NetlinkCounters m_counters;
+    ThreadSampler m_sampler; ///< uses the two above
+    CanberraSounds m_sounds;
+    BusNotifications m_messages;
+
+public:
+    SystemInfoManager systemInfo;
+    NetworkManager network;
+    TimerManager timer;
+    WidgetJobs jobs;
+    WidgetSectionTable sections;
+};
+
+} // namespace orvelle
