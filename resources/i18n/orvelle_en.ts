@@ -375,9 +375,6 @@
     <message id="menulet.iconTitle">
         <translation>Tray icon</translation>
     </message>
-    <message id="menulet.iconSubtitle">
-        <translation>The picture that stands for Orvelle in the panel.</translation>
-    </message>
     <message id="menulet.iconLink">
         <translation>Link</translation>
     </message>

@@ -375,9 +375,6 @@
     <message id="menulet.iconTitle">
         <translation>Icône de la zone de notification</translation>
     </message>
-    <message id="menulet.iconSubtitle">
-        <translation>L’image qui représente Orvelle dans le tableau de bord.</translation>
-    </message>
     <message id="menulet.iconLink">
         <translation>Lien</translation>
     </message>

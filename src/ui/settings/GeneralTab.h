@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QCheckBox;
+class QLayout;
 
 namespace orvelle {
 
@@ -22,6 +23,7 @@ public:
     static QString confirmBeforeQuitKey() { return QStringLiteral("ConfirmBeforeQuit"); }
 
 private:
+    QLayout *makeBehaviour();
     void refresh();
     void setConfirmBeforeQuit(bool confirm);
 
@@ -30,6 +32,7 @@ private:
     LinksSection *m_links;
     MenuletIconPicker *m_icons;
     QCheckBox *m_confirmQuit;
+    QCheckBox *m_siteIcons;
 };
 
 } // namespace orvelle

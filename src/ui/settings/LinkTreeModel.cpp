@@ -1,89 +1,119 @@
 #include "ui/settings/LinkTreeModel.h"
 
 #include "base/Text.h"
-#include "links/LinkColors.h"
 #include "links/LinkIcons.h"
 #include "links/LinkStore.h"
-#include "ui/common/Colors.h"
-#include "ui/common/Icons.h"
+#include "ui/settings/LinkPathChecker.h"
 #include "ui/settings/Sections.h"
-
-#include <QIcon>
 
 namespace orvelle {
 
-namespace {
-
-constexpr int pictureSide = 16;
-constexpr double pictureContrast = 2.0;
-
-} // namespace
-
-LinkTreeModel::LinkTreeModel(LinkStore &links, QObject *parent) : QAbstractItemModel(parent), m_store(links)
+LinkTreeModel::LinkTreeModel(LinkStore &links, const LinkPathChecker &paths, QObject *parent)
+    : QAbstractItemModel(parent), m_store(links), m_paths(paths), m_all(links.links()), m_shown(m_all)
 {
-    connect(&m_store, &LinkStore::linksChanged, this, &LinkTreeModel::reload);
-    reload();
+    connect(&m_store, &LinkStore::linksChanged, this, &LinkTreeModel::followStore);
+    connect(&m_store, &LinkStore::faviconsChanged, this, &LinkTreeModel::followStore);
 }
 
-void LinkTreeModel::reload()
+void LinkTreeModel::followStore()
 {
-    beginResetModel();
-    m_nodes.clear();
-    m_numbers.clear();
-    m_links = m_store.links();
-    m_nodes.append(Node{});
-    addNodes(std::as_const(m_links), 0);
-    endResetModel();
+    m_all = LinkRows(m_store.links());
+    m_folded.clear();
+    if (!m_search.isEmpty())
+        m_folded = m_all.foldedTexts();
+    show(m_all.filtered(m_search, m_folded));
 }
 
-void LinkTreeModel::addNodes(const LinkList &links, int parent)
+void LinkTreeModel::setSearch(const QString &search)
 {
-    int row = 0;
-    for (const LinkItem &item : links) {
-        const int number = static_cast<int>(m_nodes.size());
-        m_nodes.append(Node{&item, parent, row++, {}});
-        m_nodes[parent].children.append(number);
-        m_numbers.insert(item.id, number);
-        if (item.children)
-            addNodes(*item.children, number);
+    m_search = LinkSearch(search);
+    if (!m_search.isEmpty() && m_folded.isEmpty())
+        m_folded = m_all.foldedTexts();
+    show(m_all.filtered(m_search, m_folded));
+}
+
+void LinkTreeModel::show(const LinkRows &rows)
+{
+    const LinkRows before = std::exchange(m_shown, rows);
+    if (rows.hasSameShape(before)) {
+        announceChangedRows(before);
+        return;
+    }
+    m_shown = before;
+    emit layoutAboutToBeChanged();
+    m_shown = rows;
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    for (const QModelIndex &index : from)
+        to.append(indexAt(m_shown.numberOf(before.at(static_cast<int>(index.internalId())).item->id), index.column()));
+    changePersistentIndexList(from, to);
+    emit layoutChanged();
+}
+
+void LinkTreeModel::announceChangedRows(const LinkRows &before)
+{
+    for (int number = 0; number < m_shown.count(); ++number) {
+        const LinkRows::Row &group = m_shown.at(number);
+        // Lists that an edit left alone are still the same ones in memory.
+        if (group.count > 0 && m_shown.at(group.first).item != before.at(group.first).item)
+            emit dataChanged(indexAt(group.first), indexAt(group.first + group.count - 1, KindColumn));
     }
 }
 
-const LinkTreeModel::Node &LinkTreeModel::node(const QModelIndex &index) const
+const LinkRows::Row &LinkTreeModel::row(const QModelIndex &index) const
 {
-    return m_nodes[index.isValid() ? static_cast<int>(index.internalId()) : 0];
+    return m_shown.at(index.isValid() ? static_cast<int>(index.internalId()) : 0);
 }
 
-const LinkItem *LinkTreeModel::item(const QModelIndex &index) const
+QModelIndex LinkTreeModel::indexAt(int number, int column) const
 {
-    return node(index).item;
+    return number ? createIndex(m_shown.at(number).position, column, static_cast<quintptr>(number)) : QModelIndex();
+}
+
+bool LinkTreeModel::isBroken(const LinkItem &item) const
+{
+    return m_paths.isBroken(item);
 }
 
 QModelIndex LinkTreeModel::indexOf(const QUuid &id) const
 {
-    const int number = m_numbers.value(id);
-    return number ? createIndex(m_nodes[number].row, 0, static_cast<quintptr>(number)) : QModelIndex();
+    return indexAt(m_shown.numberOf(id));
 }
 
-QModelIndex LinkTreeModel::index(int row, int column, const QModelIndex &parent) const
+int LinkTreeModel::levelOf(const QModelIndex &index) const
 {
-    const Node &above = node(parent);
-    if (row < 0 || row >= above.children.size() || column < 0 || column >= ColumnCount)
+    int level = 0;
+    for (int above = row(index).parent; above != 0; above = m_shown.at(above).parent)
+        ++level;
+    return level;
+}
+
+QModelIndexList LinkTreeModel::groups() const
+{
+    QModelIndexList found;
+    for (int number = 1; number < m_shown.count(); ++number) {
+        if (m_shown.at(number).item->isGroup())
+            found.append(indexAt(number));
+    }
+    return found;
+}
+
+QModelIndex LinkTreeModel::index(int position, int column, const QModelIndex &parent) const
+{
+    const LinkRows::Row &above = row(parent);
+    if (position < 0 || position >= above.count || column < 0 || column >= ColumnCount)
         return {};
-    return createIndex(row, column, static_cast<quintptr>(above.children[row]));
+    return indexAt(above.first + position, column);
 }
 
 QModelIndex LinkTreeModel::parent(const QModelIndex &child) const
 {
-    const int above = node(child).parent;
-    if (!child.isValid() || above == 0)
-        return {};
-    return createIndex(m_nodes[above].row, 0, static_cast<quintptr>(above));
+    return indexAt(row(child).parent);
 }
 
 int LinkTreeModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.column() > 0 ? 0 : static_cast<int>(node(parent).children.size());
+    return parent.column() > 0 ? 0 : row(parent).count;
 }
 
 int LinkTreeModel::columnCount(const QModelIndex &) const
@@ -96,18 +126,15 @@ QVariant LinkTreeModel::data(const QModelIndex &index, int role) const
     const LinkItem *link = item(index);
     if (!link)
         return {};
-    const bool isName = index.column() == NameColumn;
     switch (role) {
     case Qt::DisplayRole:
-        return isName ? link->name : text(kindLabel(*link));
+        return index.column() == NameColumn ? link->name : text(kindLabel(*link));
     case Qt::EditRole:
         return link->name;
-    case Qt::DecorationRole:
-        return isName ? pictureOf(*link) : QVariant();
     case Qt::ToolTipRole:
         return toolTipOf(*link);
-    case Qt::ForegroundRole:
-        return isName ? QVariant() : m_palette.color(QPalette::PlaceholderText);
+    case Qt::AccessibleDescriptionRole:
+        return describe(*link);
     case IdRole:
         return link->id;
     default:
@@ -115,25 +142,19 @@ QVariant LinkTreeModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QVariant LinkTreeModel::pictureOf(const LinkItem &link) const
+QString LinkTreeModel::describe(const LinkItem &link) const
 {
-    const bool isLocal = link.type == LinkType::File || link.type == LinkType::Folder;
-    const LinkPicture picture{link.faviconData.value_or(QByteArray()), isLocal ? link.path : QString(),
-                              link.sfSymbolName()};
-    const QColor ground = m_palette.color(QPalette::Base);
-    const QColor own = toQColor(displayColor(link), m_palette);
-    const QColor color = readable(own, ground, m_palette.color(QPalette::Text), pictureContrast);
-    QIcon icon(linkPixmap(picture, pictureSide, color, m_pixelRatio));
-    // The item's colour may be hard to see on the selection's.
-    icon.addPixmap(linkPixmap(picture, pictureSide, m_palette.color(QPalette::HighlightedText), m_pixelRatio),
-                   QIcon::Selected);
-    return icon;
+    const QString kind = text(kindLabel(link));
+    return isBroken(link) ? kind + QStringLiteral(", ") + text("settings.broken"_text) : kind;
 }
 
 QString LinkTreeModel::toolTipOf(const LinkItem &link) const
 {
     const bool hasAddress = link.type != LinkType::Group && link.type != LinkType::Note;
-    return plainToolTip(hasAddress ? link.path : link.name);
+    QString tip = hasAddress ? link.path : link.name;
+    if (isBroken(link))
+        tip += u'\n' + text("settings.broken"_text);
+    return plainToolTip(tip);
 }
 
 bool LinkTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)
@@ -142,14 +163,12 @@ bool LinkTreeModel::setData(const QModelIndex &index, const QVariant &value, int
     const QString name = value.toString().trimmed();
     if (!link || role != Qt::EditRole || name.isEmpty() || name == link->name)
         return false;
-    LinkItem renamed = *link;
-    renamed.name = name;
-    return m_store.updateLink(renamed);
+    return !m_store.updateLinks({link->id}, [name](LinkItem &renamed) { renamed.name = name; });
 }
 
 Qt::ItemFlags LinkTreeModel::flags(const QModelIndex &index) const
 {
-    const Qt::ItemFlags common = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    const Qt::ItemFlags common = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled;
     return index.column() == NameColumn ? common | Qt::ItemIsEditable : common;
 }
 

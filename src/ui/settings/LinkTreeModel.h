@@ -1,18 +1,17 @@
 #pragma once
 
-#include "links/LinkItem.h"
+#include "ui/settings/LinkRows.h"
 
 #include <QAbstractItemModel>
-#include <QHash>
-#include <QList>
-#include <QPalette>
 
 namespace orvelle {
 
+class LinkPathChecker;
 class LinkStore;
 
-/// The tree of links for a list view: name with picture, and kind. Shows one
-/// state of the store's tree and resets when that changes.
+/// The tree of links for a list view: name, and kind. Follows the store's
+/// tree: rows that stay keep their selection and open groups, also when they
+/// move to another group. Under a search only what it asks for has a row.
 class LinkTreeModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -21,16 +20,24 @@ public:
     enum Column { NameColumn, KindColumn, ColumnCount };
     enum Role { IdRole = Qt::UserRole };
 
-    explicit LinkTreeModel(LinkStore &links, QObject *parent = nullptr);
+    /// Both outlive the model.
+    LinkTreeModel(LinkStore &links, const LinkPathChecker &paths, QObject *parent = nullptr);
 
-    /// Device pixels per pixel of the view, for crisp pictures.
-    void setPixelRatio(qreal ratio) { m_pixelRatio = ratio; }
-    /// The palette that gives the pictures their colours.
-    void setPalette(const QPalette &palette) { m_palette = palette; }
+    /// Shows what matches, and all when `search` is empty.
+    void setSearch(const QString &search);
+    const LinkSearch &search() const { return m_search; }
+    /// Whether something below the row is what the search asks for.
+    bool holdsMatch(const QModelIndex &index) const { return row(index).holdsMatch; }
 
-    /// Null for the invalid index. Valid until the model resets.
-    const LinkItem *item(const QModelIndex &index) const;
+    /// Null for the invalid index. Valid until the model changes.
+    const LinkItem *item(const QModelIndex &index) const { return row(index).item; }
+    bool isBroken(const LinkItem &item) const;
+    /// Invalid for an item without a row.
     QModelIndex indexOf(const QUuid &id) const;
+    /// Groups above the row.
+    int levelOf(const QModelIndex &index) const;
+    /// Every row of a group, a group before the groups in it.
+    QModelIndexList groups() const;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
@@ -42,26 +49,20 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    /// A row. The pointers lead into m_links, which nothing changes in place.
-    struct Node {
-        const LinkItem *item = nullptr;
-        int parent = 0;
-        int row = 0;
-        QList<int> children;
-    };
-
-    void reload();
-    void addNodes(const LinkList &links, int parent);
-    const Node &node(const QModelIndex &index) const;
-    QVariant pictureOf(const LinkItem &item) const;
+    const LinkRows::Row &row(const QModelIndex &index) const;
+    QModelIndex indexAt(int number, int column = 0) const;
+    void followStore();
+    void show(const LinkRows &rows);
+    void announceChangedRows(const LinkRows &before);
+    QString describe(const LinkItem &item) const;
     QString toolTipOf(const LinkItem &item) const;
 
     LinkStore &m_store;
-    LinkList m_links;
-    QList<Node> m_nodes;         ///< the first is the invisible root
-    QHash<QUuid, int> m_numbers; ///< where in m_nodes an item is
-    qreal m_pixelRatio = 1;
-    QPalette m_palette;
+    const LinkPathChecker &m_paths;
+    LinkRows m_all;
+    LinkRows m_shown;
+    LinkSearch m_search;
+    QStringList m_folded; ///< of m_all; empty until somebody searches
 };
 
 } // namespace orvelle

@@ -1,120 +1,195 @@
 #include "ui/settings/LinkTreeView.h"
 
 #include "base/Text.h"
+#include "links/LinkStore.h"
+#include "ui/settings/LinkRowDelegate.h"
 #include "ui/settings/LinkTreeModel.h"
 
 #include <QEvent>
 #include <QHeaderView>
-#include <QScrollBar>
-#include <QStyledItemDelegate>
+#include <QKeyEvent>
+
+#include <algorithm>
 
 namespace orvelle {
 
 namespace {
 
-/// Gives the rows some air.
-class RoomyDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(8, 8);
-    }
-};
+constexpr int hoverDelay = 700; // milliseconds
 
 } // namespace
 
-LinkTreeView::LinkTreeView(LinkTreeModel &model, QWidget *parent) : QTreeView(parent), m_model(model)
+LinkTreeView::LinkTreeView(LinkTreeModel &model, LinkStore &links, QWidget *parent)
+    : QTreeView(parent), m_model(model), m_links(links), m_rows(new LinkRowDelegate(model, this))
 {
     setObjectName(QStringLiteral("linkTree"));
     setAccessibleName(text("settings.links"_text));
-    followScreen();
     setModel(&model);
-    setItemDelegate(new RoomyDelegate(this));
+    setItemDelegate(m_rows);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
-    setAlternatingRowColors(false);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(EditKeyPressed);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(false); // ours says more
     setTextElideMode(Qt::ElideMiddle);
-    setEditTriggers(QAbstractItemView::EditKeyPressed);
-    setContextMenuPolicy(Qt::ActionsContextMenu);
     header()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
-    header()->setMinimumHeight(fontMetrics().height() + 8);
+    header()->setSectionsClickable(false);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(LinkTreeModel::NameColumn, QHeaderView::Stretch);
-    header()->setSectionResizeMode(LinkTreeModel::KindColumn, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(LinkTreeModel::KindColumn, QHeaderView::Fixed);
+    followFont();
 
-    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, &LinkTreeView::rememberState);
-    connect(&model, &QAbstractItemModel::modelReset, this, &LinkTreeView::restoreState);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &LinkTreeView::selectedItemChanged);
-    connect(this, &QTreeView::expanded, this,
-            [this](const QModelIndex &index) { m_expanded.insert(index.data(LinkTreeModel::IdRole).toUuid()); });
-    connect(this, &QTreeView::collapsed, this,
-            [this](const QModelIndex &index) { m_expanded.remove(index.data(LinkTreeModel::IdRole).toUuid()); });
+    m_hover.setSingleShot(true);
+    m_hover.setInterval(hoverDelay);
+    connect(&m_hover, &QTimer::timeout, this, &LinkTreeView::openHoveredGroup);
+    connect(&model, &QAbstractItemModel::layoutChanged, this, &LinkTreeView::restoreExpansion);
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) { noteExpansion(index, true); });
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) { noteExpansion(index, false); });
     connect(this, &QTreeView::activated, this, &LinkTreeView::openRequested);
 }
 
 const LinkItem *LinkTreeView::selectedItem() const
 {
     const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? nullptr : m_model.item(rows.constFirst());
+    return rows.size() == 1 ? m_model.item(rows.constFirst()) : nullptr;
+}
+
+QList<QUuid> LinkTreeView::selectedIds(bool outermost) const
+{
+    QSet<QUuid> selected;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        selected.insert(m_model.item(row)->id);
+    QList<QUuid> ids;
+    const std::function<void(const LinkList &)> collect = [&](const LinkList &members) {
+        for (const LinkItem &item : members) {
+            const bool isSelected = selected.contains(item.id);
+            if (isSelected)
+                ids.append(item.id);
+            if (item.children && !(outermost && isSelected))
+                collect(*item.children);
+        }
+    };
+    if (!selected.isEmpty())
+        collect(m_links.links());
+    return ids;
 }
 
 std::optional<QUuid> LinkTreeView::selectedGroup() const
 {
-    const LinkItem *item = selectedItem();
-    if (!item)
+    const QList<QUuid> ids = selectedIds(true);
+    if (ids.isEmpty())
         return std::nullopt;
-    if (!item->isGroup())
-        item = m_model.item(m_model.parent(m_model.indexOf(item->id)));
+    const QModelIndex row = m_model.indexOf(ids.constFirst());
+    const LinkItem *item = m_model.item(row);
+    if (!item->isGroup() || ids.size() > 1)
+        item = m_model.item(row.parent());
     return item ? std::optional(item->id) : std::nullopt;
 }
 
-void LinkTreeView::selectItem(const QUuid &id)
+void LinkTreeView::selectItems(const QList<QUuid> &ids)
 {
-    if (const QModelIndex index = m_model.indexOf(id); index.isValid()) {
-        setCurrentIndex(index);
-        scrollTo(index);
+    QItemSelection selection;
+    QModelIndex first;
+    for (const QUuid &id : ids) {
+        const QModelIndex index = m_model.indexOf(id);
+        if (!index.isValid())
+            continue;
+        for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+            expand(above);
+        selection.select(index, index);
+        if (!first.isValid())
+            first = index;
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (first.isValid()) {
+        selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+        scrollTo(first);
     }
 }
 
-void LinkTreeView::rememberState()
+/// With Alt the arrows move rows; where one cannot move it stays selected.
+void LinkTreeView::keyPressEvent(QKeyEvent *event)
 {
-    const LinkItem *item = selectedItem();
-    m_selected = item ? item->id : QUuid();
-    m_scrollPosition = verticalScrollBar()->value();
+    const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;
+    if (isArrow && event->modifiers().testFlag(Qt::AltModifier))
+        event->accept();
+    else
+        QTreeView::keyPressEvent(event);
 }
 
-void LinkTreeView::restoreState()
+void LinkTreeView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    const QSignalBlocker quiet(this);
-    for (const QUuid &id : std::as_const(m_expanded))
-        setExpanded(m_model.indexOf(id), true);
-    if (const QModelIndex index = m_model.indexOf(m_selected); index.isValid())
-        setCurrentIndex(index);
-    verticalScrollBar()->setValue(m_scrollPosition);
-    QMetaObject::invokeMethod(this, &LinkTreeView::selectedItemChanged, Qt::QueuedConnection);
+    QTreeView::selectionChanged(selected, deselected);
+    emit selectedItemChanged();
 }
 
-void LinkTreeView::followScreen()
+void LinkTreeView::setSearch(const QString &search)
 {
-    m_model.setPixelRatio(devicePixelRatioF());
-    m_model.setPalette(palette());
+    m_model.setSearch(search);
+    restoreExpansion();
     viewport()->update();
+    if (m_model.search().isEmpty() && currentIndex().isValid())
+        scrollTo(currentIndex());
+}
+
+bool LinkTreeView::isSearching() const
+{
+    return !m_model.search().isEmpty();
+}
+
+QStringList LinkTreeView::openGroups() const
+{
+    QStringList open(m_open.begin(), m_open.end());
+    open.sort();
+    return open;
+}
+
+void LinkTreeView::setOpenGroups(const QStringList &stableIds)
+{
+    m_open = QSet<QString>(stableIds.begin(), stableIds.end());
+    restoreExpansion();
+}
+
+void LinkTreeView::noteExpansion(const QModelIndex &index, bool open)
+{
+    if (m_restoring || !m_model.search().isEmpty())
+        return;
+    const QString id = m_model.item(index)->stableId;
+    if (open)
+        m_open.insert(id);
+    else
+        m_open.remove(id);
+    emit openGroupsChanged();
+}
+
+/// Under a search the groups that hold a match are open, else those that the
+/// user opened. Cheap while the rows are waiting to be laid out.
+void LinkTreeView::restoreExpansion()
+{
+    m_restoring = true;
+    const bool searching = !m_model.search().isEmpty();
+    for (const QModelIndex &group : m_model.groups()) {
+        const bool open = searching ? m_model.holdsMatch(group) : m_open.contains(m_model.item(group)->stableId);
+        if (isExpanded(group) != open)
+            setExpanded(group, open);
+    }
+    m_restoring = false;
+}
+
+void LinkTreeView::followFont()
+{
+    header()->setMinimumHeight(fontMetrics().height() + 8);
+    header()->resizeSection(LinkTreeModel::KindColumn, m_rows->kindWidth(*this));
 }
 
 void LinkTreeView::changeEvent(QEvent *event)
 {
     QTreeView::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        followScreen();
-}
-
-void LinkTreeView::showEvent(QShowEvent *event)
-{
-    QTreeView::showEvent(event);
-    followScreen();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        followFont();
 }
 
 } // namespace orvelle

@@ -1,20 +1,27 @@
 #include "ui/settings/LinksSection.h"
 
-#include "base/Notifications.h"
 #include "base/Text.h"
 #include "links/LinkStore.h"
-#include "menubar/AppWindows.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "ui/common/EmptyState.h"
 #include "ui/common/Icons.h"
 #include "ui/common/NoticeBar.h"
+#include "ui/settings/LinkActions.h"
+#include "ui/settings/LinkCommands.h"
+#include "ui/settings/LinkEditor.h"
+#include "ui/settings/LinkPathChecker.h"
 #include "ui/settings/LinkTreeModel.h"
 #include "ui/settings/LinkTreeView.h"
+#include "ui/settings/Sections.h"
 
 #include <QAction>
-#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -23,95 +30,135 @@ namespace orvelle {
 
 namespace {
 
-/// Width of a name inside a message.
-constexpr int longestName = 260;
+using namespace std::chrono_literals;
+
+/// Several groups opened in a row are one write.
+constexpr auto keepDelay = 2s;
+
+enum Page { ListPage, EmptyPage, NoMatchPage };
 
 } // namespace
 
 LinksSection::LinksSection(const SettingsServices &services, QWidget *parent)
     : QWidget(parent),
       m_services(services),
-      m_model(new LinkTreeModel(services.links, this)),
-      m_tree(new LinkTreeView(*m_model, this)),
+      m_state(services.defaults, services.debugMode),
+      m_paths(new LinkPathChecker(this)),
+      m_model(new LinkTreeModel(services.links, *m_paths, this)),
+      m_search(new QLineEdit(this)),
+      m_tree(new LinkTreeView(*m_model, services.links, this)),
+      m_commands(new LinkCommands(services, *m_tree, this)),
+      m_actions(new LinkActions(*m_commands, services.links, *m_tree, *this)),
       m_stack(new QStackedWidget(this)),
+      m_editor(new LinkEditor(services, *m_commands, *m_actions, *m_paths, this)),
+      m_splitter(new QSplitter(this)),
       m_rescueNotice(new NoticeBar(this)),
       m_notice(new NoticeBar(this))
 {
-    makeActions();
+    m_stack->setObjectName(QStringLiteral("linkPages"));
     m_stack->addWidget(m_tree);
     m_stack->addWidget(makeEmptyState());
+    m_stack->addWidget(makeNoMatchState());
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(8);
+    column->addWidget(makeTopRow());
     column->addWidget(m_rescueNotice);
-    column->addWidget(m_stack, 1);
+    column->addWidget(makeSplitter(), 1);
     column->addWidget(m_notice);
     column->addWidget(makeButtonBar());
+    connectAll();
+    m_tree->setOpenGroups(m_state.openGroups());
+    refresh();
+}
 
-    connect(m_tree, &LinkTreeView::selectedItemChanged, this, &LinksSection::refreshActions);
-    connect(m_tree, &LinkTreeView::openRequested, this, &LinksSection::openSelected);
-    connect(&services.links, &LinkStore::linksChanged, this, &LinksSection::refresh);
-    connect(&services.links, &LinkStore::historyChanged, this, &LinksSection::refreshActions);
-    connect(&services.links, &LinkStore::undecodableDataSetAside, this, [this] {
+LinksSection::~LinksSection() = default;
+
+void LinksSection::connectAll()
+{
+    LinkStore &links = m_services.links;
+    connect(m_search, &QLineEdit::textChanged, this, &LinksSection::search);
+    connect(m_tree, &LinkTreeView::selectedItemChanged, this, &LinksSection::selectionChanged);
+    connect(m_tree, &LinkTreeView::openRequested, m_commands, &LinkCommands::open);
+    connect(m_tree, &LinkTreeView::openGroupsChanged, this, &LinksSection::keepStateSoon);
+    connect(
+        m_tree, &LinkTreeView::dropped, m_commands,
+        [this](const QMimeData *mime, const auto &group, const auto &at) { m_commands->addDropped(*mime, group, at); });
+    connect(m_tree, &LinkTreeView::moveRefused, m_commands, &LinkCommands::report);
+    connect(m_splitter, &QSplitter::splitterMoved, this, &LinksSection::keepStateSoon);
+    connect(m_commands, &LinkCommands::said, this, &LinksSection::say);
+    connect(m_commands, &LinkCommands::added, m_search, &QLineEdit::clear);
+    connect(m_paths, &LinkPathChecker::changed, m_tree->viewport(), qOverload<>(&QWidget::update));
+    connect(&links, &LinkStore::linksChanged, this, &LinksSection::refresh);
+    connect(&links, &LinkStore::historyChanged, m_actions, &LinkActions::refresh);
+    connect(&links, &LinkStore::undecodableDataSetAside, this, [this] {
         m_rescueDismissed = false;
         refresh();
     });
     connect(m_rescueNotice, &NoticeBar::dismissed, this, [this] { m_rescueDismissed = true; });
-    refresh();
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+        m_search->setFocus(Qt::ShortcutFocusReason);
+        m_search->selectAll();
+    });
 }
 
-QAction *LinksSection::makeAction(const QString &name, const QString &symbol, const QString &title,
-                                  void (LinksSection::*run)())
+QWidget *LinksSection::makeTopRow()
 {
-    auto *action = new QAction(symbolIcon(symbol), title, this);
-    action->setObjectName(name);
-    connect(action, &QAction::triggered, this, run);
-    addAction(action);
-    return action;
+    m_search->setObjectName(QStringLiteral("linkSearch"));
+    m_search->setPlaceholderText(text("settings.search"_text));
+    m_search->setAccessibleName(text("settings.search"_text));
+    m_search->setClearButtonEnabled(true);
+    m_search->addAction(symbolIcon(QStringLiteral("magnifyingglass")), QLineEdit::LeadingPosition);
+    m_search->setMaximumWidth(280);
+    m_search->installEventFilter(this);
+    auto *top = new QWidget(this);
+    auto *row = new QHBoxLayout(top);
+    row->setContentsMargins({});
+    row->addWidget(sectionTitle(text("settings.links"_text), top));
+    row->addStretch(1);
+    row->addWidget(m_search, 2);
+    return top;
 }
 
-void LinksSection::makeActions()
+QWidget *LinksSection::makeSplitter()
 {
-    m_addLink = makeAction(QStringLiteral("addLink"), QStringLiteral("plus"), text("settings.addLink"_text),
-                           &LinksSection::addLink);
-    m_addNote = makeAction(QStringLiteral("addNote"), QStringLiteral("note.text.badge.plus"),
-                           text("settings.addNote"_text), &LinksSection::addNote);
-    m_open = makeAction(QStringLiteral("open"), QStringLiteral("arrow.up.forward.square"), text("settings.open"_text),
-                        &LinksSection::openSelected);
-    m_rename = makeAction(QStringLiteral("rename"), {}, text("settings.rename"_text), &LinksSection::renameSelected);
-    m_remove = makeAction(QStringLiteral("remove"), QStringLiteral("trash"), text("settings.remove"_text),
-                          &LinksSection::removeSelected);
-    m_undo = makeAction(QStringLiteral("undo"), QStringLiteral("arrow.uturn.backward"), text("settings.undo"_text),
-                        &LinksSection::undo);
-    m_redo = makeAction(QStringLiteral("redo"), QStringLiteral("arrow.uturn.forward"), text("settings.redo"_text),
-                        &LinksSection::redo);
-
-    m_addLink->setShortcut(QKeySequence::New);
-    m_addNote->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_N);
-    m_open->setShortcut(QKeySequence::Open);
-    m_undo->setShortcut(QKeySequence::Undo);
-    m_redo->setShortcut(QKeySequence::Redo);
-    // Only while the list has the focus: elsewhere these keys edit text.
-    m_remove->setShortcut(QKeySequence::Delete);
-    m_rename->setShortcut(Qt::Key_F2);
-    for (QAction *action : {m_remove, m_rename}) {
-        action->setShortcutContext(Qt::WidgetShortcut);
-        removeAction(action);
-    }
-    m_tree->addActions({m_open, m_rename, m_remove});
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(8);
+    m_splitter->addWidget(m_stack);
+    m_splitter->addWidget(m_editor);
+    m_splitter->setStretchFactor(0, 1);
+    m_splitter->setStretchFactor(1, 0);
+    m_splitter->setSizes({520, 280});
+    m_stack->setMinimumSize(260, 120);
+    m_splitter->restoreState(m_state.splitter());
+    return m_splitter;
 }
 
 QWidget *LinksSection::makeEmptyState()
 {
     auto *empty = new EmptyState(QStringLiteral("link"), text("settings.empty.title"_text),
                                  text("settings.empty.message"_text), this);
-    auto *button = new QPushButton(m_addLink->icon(), m_addLink->text(), empty);
+    auto *button = new QPushButton(m_actions->addLink->icon(), m_actions->addLink->text(), empty);
     button->setObjectName(QStringLiteral("emptyAddLink"));
     button->setAutoDefault(true);
-    connect(button, &QPushButton::clicked, m_addLink, &QAction::trigger);
+    connect(button, &QPushButton::clicked, m_actions->addLink, &QAction::trigger);
     empty->addButton(button);
     return empty;
+}
+
+QWidget *LinksSection::makeNoMatchState()
+{
+    auto *none = new EmptyState(QStringLiteral("magnifyingglass"), text("settings.noMatch.title"_text),
+                                text("settings.noMatch.message"_text), this);
+    auto *button = new QPushButton(text("settings.noMatch.clear"_text), none);
+    button->setAutoDefault(true);
+    connect(button, &QPushButton::clicked, this, [this] {
+        m_search->clear();
+        m_tree->setFocus();
+    });
+    none->addButton(button);
+    return none;
 }
 
 QToolButton *LinksSection::makeButton(QAction *action, bool withTitle)
@@ -132,91 +179,98 @@ QWidget *LinksSection::makeButtonBar()
     auto *row = new QHBoxLayout(bar);
     row->setContentsMargins({});
     row->setSpacing(4);
-    row->addWidget(makeButton(m_addLink, true));
-    row->addWidget(makeButton(m_addNote, true));
+    for (QAction *action : {m_actions->addLink, m_actions->addGroup, m_actions->addNote})
+        row->addWidget(makeButton(action, true));
+    for (QAction *action : {m_actions->addFile, m_actions->addFolder})
+        row->addWidget(makeButton(action, false));
     row->addStretch(1);
-    for (QAction *action : {m_open, m_remove, m_undo, m_redo})
+    for (QAction *action : {m_actions->undo, m_actions->redo, m_actions->remove})
         row->addWidget(makeButton(action, false));
     return bar;
 }
 
-void LinksSection::addLink()
+void LinksSection::search(const QString &text)
 {
-    if (const auto group = m_tree->selectedGroup())
-        m_services.windows.openQuickAdd(group);
+    m_tree->setSearch(text);
+    showPage();
+    selectionChanged();
+}
+
+void LinksSection::selectionChanged()
+{
+    m_actions->refresh();
+    m_editor->setItems(m_tree->selectedIds());
+}
+
+/// What can be taken back is offered beside the list, all else is said in the
+/// window's status line.
+void LinksSection::say(const QString &message, bool undoable)
+{
+    if (undoable)
+        m_notice->showNotice(message, {{text("settings.undo"_text), [this] { m_commands->undo(); }}});
     else
-        emit m_services.notifications.openQuickAdd();
-}
-
-void LinksSection::addNote()
-{
-    const QUuid token = QUuid::createUuid();
-    LinkItem note = LinkItem::make(text("note.defaultName"_text),
-                                   QStringLiteral("quicknote://") + token.toString(QUuid::WithoutBraces).toUpper(),
-                                   LinkType::Note, m_services.clock.now());
-    note.customIconColor = QStringLiteral("yellow");
-    const auto group = m_tree->selectedGroup();
-    if (!group || !m_services.links.addLinkToGroup(note, *group))
-        m_services.links.addLink(note);
-    m_tree->selectItem(note.id);
-    emit m_services.notifications.openNoteEditor(note.id);
-}
-
-void LinksSection::openSelected()
-{
-    const LinkItem *item = m_tree->selectedItem();
-    if (!item || item->isGroup())
-        return;
-    if (item->type == LinkType::Note)
-        emit m_services.notifications.openNoteEditor(item->id);
-    else if (m_services.openLink)
-        m_services.openLink(LinkItem(*item));
-}
-
-void LinksSection::renameSelected()
-{
-    m_tree->edit(m_tree->currentIndex().siblingAtColumn(LinkTreeModel::NameColumn));
-}
-
-void LinksSection::removeSelected()
-{
-    const LinkItem *item = m_tree->selectedItem();
-    if (!item)
-        return;
-    const QString name = fontMetrics().elidedText(item->name, Qt::ElideMiddle, longestName);
-    if (m_services.links.removeLink(QUuid(item->id))) {
-        m_notice->showNotice(text("settings.removed %@"_text, name),
-                             {{text("settings.undo"_text), [this] { undo(); }}});
-    }
-}
-
-void LinksSection::undo()
-{
-    m_notice->hide();
-    m_services.links.undo();
-}
-
-void LinksSection::redo()
-{
-    m_notice->hide();
-    m_services.links.redo();
+        SettingsWindow::showStatus(this, message);
 }
 
 void LinksSection::refresh()
 {
-    m_stack->setCurrentIndex(m_services.links.links().isEmpty() ? 1 : 0);
+    m_notice->hide();
+    showPage();
     showRescuedData();
-    refreshActions();
+    m_actions->refresh();
 }
 
-void LinksSection::refreshActions()
+void LinksSection::showPage()
 {
-    const LinkItem *item = m_tree->selectedItem();
-    m_open->setEnabled(item && !item->isGroup());
-    m_rename->setEnabled(item);
-    m_remove->setEnabled(item);
-    m_undo->setEnabled(m_services.links.canUndo());
-    m_redo->setEnabled(m_services.links.canRedo());
+    if (m_services.links.links().isEmpty())
+        m_stack->setCurrentIndex(EmptyPage);
+    else
+        m_stack->setCurrentIndex(m_model->rowCount() == 0 ? NoMatchPage : ListPage);
+    m_search->setEnabled(!m_services.links.links().isEmpty());
+}
+
+bool LinksSection::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_search || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    const bool onward = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (onward && m_stack->currentIndex() == ListPage) {
+        m_tree->setFocus(Qt::OtherFocusReason);
+        if (!m_tree->currentIndex().isValid())
+            m_tree->setCurrentIndex(m_model->index(0, 0));
+        return true;
+    }
+    if (key == Qt::Key_Escape && !m_search->text().isEmpty()) {
+        m_search->clear();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void LinksSection::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    m_paths->recheck();
+}
+
+void LinksSection::hideEvent(QHideEvent *event)
+{
+    keepState();
+    QWidget::hideEvent(event);
+}
+
+void LinksSection::keepStateSoon()
+{
+    if (!m_keepTimer)
+        m_keepTimer = m_services.clock.singleShot(keepDelay, [this] { keepState(); });
+}
+
+void LinksSection::keepState()
+{
+    m_keepTimer.reset();
+    m_state.keepOpenGroups(m_tree->openGroups());
+    m_state.keepSplitter(m_splitter->saveState());
 }
 
 void LinksSection::showRescuedData()

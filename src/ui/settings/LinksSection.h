@@ -1,61 +1,80 @@
 #pragma once
 
+#include "ui/settings/LinkWindowState.h"
 #include "ui/settings/SettingsWindow.h"
 
 #include <QWidget>
 
+#include <memory>
+
 class QAction;
+class QLabel;
+class QLineEdit;
+class QSplitter;
 class QStackedWidget;
 class QToolButton;
 
 namespace orvelle {
 
+class LinkActions;
+class LinkCommands;
+class LinkEditor;
+class LinkPathChecker;
 class LinkTreeModel;
 class LinkTreeView;
 class NoticeBar;
+class Timer;
 
-/// The list of links with what can be done to them, and the messages about
-/// the list as a whole.
+/// The list of links with its search field, the editor of what is selected,
+/// the bar of what can be done, and the messages about the list as a whole.
 class LinksSection : public QWidget
 {
     Q_OBJECT
 
 public:
     explicit LinksSection(const SettingsServices &services, QWidget *parent = nullptr);
+    ~LinksSection() override;
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QAction *makeAction(const QString &name, const QString &symbol, const QString &title, void (LinksSection::*run)());
-    void makeActions();
+    QWidget *makeTopRow();
+    QWidget *makeSplitter();
     QWidget *makeEmptyState();
-    QWidget *makeButtonBar();
+    QWidget *makeNoMatchState();
     QToolButton *makeButton(QAction *action, bool withTitle);
+    QWidget *makeButtonBar();
+    void connectAll();
 
-    void addLink();
-    void addNote();
-    void openSelected();
-    void renameSelected();
-    void removeSelected();
-    void undo();
-    void redo();
-
+    void search(const QString &text);
+    void selectionChanged();
+    void say(const QString &message, bool undoable);
     void refresh();
-    void refreshActions();
+    void showPage();
+    void keepState();
+    void keepStateSoon();
     void showRescuedData();
     void restoreRescued(const QString &key);
 
     const SettingsServices &m_services;
+    LinkWindowState m_state;
+    LinkPathChecker *m_paths;
     LinkTreeModel *m_model;
+    // In the order of the Tab key.
+    QLineEdit *m_search;
     LinkTreeView *m_tree;
+    LinkCommands *m_commands;
+    LinkActions *m_actions;
     QStackedWidget *m_stack;
+    QLabel *m_noMatch = nullptr;
+    LinkEditor *m_editor;
+    QSplitter *m_splitter;
     NoticeBar *m_rescueNotice;
     NoticeBar *m_notice;
-    QAction *m_addLink = nullptr;
-    QAction *m_addNote = nullptr;
-    QAction *m_open = nullptr;
-    QAction *m_rename = nullptr;
-    QAction *m_remove = nullptr;
-    QAction *m_undo = nullptr;
-    QAction *m_redo = nullptr;
+    std::unique_ptr<Timer> m_keepTimer;
     bool m_rescueDismissed = false;
 };
 

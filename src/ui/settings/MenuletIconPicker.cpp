@@ -14,7 +14,7 @@ namespace orvelle {
 
 namespace {
 
-constexpr int columns = 4;
+constexpr int columns = 8;
 
 } // namespace
 
