@@ -5,6 +5,7 @@
 #include "ui/notes/NoteEditorWindow.h"
 #include "ui/quickadd/QuickAddPanel.h"
 #include "ui/settings/InfoView.h"
+#include "ui/settings/SnapshotPreview.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -90,6 +91,18 @@ TEST_P(TextFit, Welcome)
     InfoView view(world.settings());
     view.setAttribute(Qt::WA_DeleteOnClose, false);
     expectFits(view);
+}
+
+TEST_P(TextFit, InsideASnapshot)
+{
+    LinkItem changed = world.make("b", LinkType::Url, "https://example.org");
+    const LinkItem group = world.make("g", LinkType::Group);
+    const LinkList current{changed, group, world.make("only here", LinkType::Url)};
+    changed.name = QStringLiteral("B");
+    SnapshotPreview preview({{}, world.clock.now(), QStringLiteral("replace"), 1234},
+                            {group, changed, world.make("only there", LinkType::Url)}, current, world.clock.now());
+    preview.setAttribute(Qt::WA_DeleteOnClose, false);
+    expectFits(preview);
 }
 
 TEST_P(TextFit, AlertsWithLongTexts)

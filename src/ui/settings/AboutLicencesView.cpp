@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace orvelle {
@@ -75,7 +76,8 @@ void AboutLicencesView::showText(const AboutLicence &licence)
     column->addWidget(view, 1);
     column->addWidget(buttons);
     const QFontMetrics metrics = view->fontMetrics();
-    dialog->resize(metrics.averageCharWidth() * shownColumns + 60, metrics.height() * shownLines + 60);
+    const QSize wanted(metrics.averageCharWidth() * shownColumns + 60, metrics.height() * shownLines + 60);
+    dialog->resize(wanted.boundedTo(screen()->availableSize() * 0.9));
     dialog->open();
 }
 

@@ -47,7 +47,8 @@ void DropVeil::paintEvent(QPaintEvent *)
     font.setBold(true);
     painter.setFont(font);
     const QFontMetrics metrics(font);
-    QRect card(0, 0, qMin(metrics.horizontalAdvance(m_text), width() - 4 * padding) + 2 * padding,
+    const int textWidth = metrics.boundingRect(m_text).width() + metrics.averageCharWidth();
+    QRect card(0, 0, qMin(textWidth, width() - 4 * padding) + 2 * padding,
                pictureSide + metrics.height() + 2 * padding + 6);
     card.moveCenter(rect().center());
     painter.setPen(Qt::NoPen);

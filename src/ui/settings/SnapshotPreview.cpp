@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -20,6 +21,7 @@ namespace orvelle {
 namespace {
 
 constexpr QSize firstSize{560, 520};
+constexpr int leastWidth = 420;
 constexpr int iconSide = 16;
 /// Small snapshots show all they hold at once.
 constexpr qint64 openedAtOnce = 60;
@@ -95,7 +97,9 @@ SnapshotPreview::SnapshotPreview(const SnapshotInfo &info, const LinkList &links
     column->addWidget(makeHead(info, now));
     column->addWidget(makeTree(links), 1);
     column->addWidget(buttons);
-    resize(firstSize);
+    // A window's own minimum size does not reckon with wrapped lines.
+    setMinimumSize(leastWidth, column->totalMinimumHeightForWidth(leastWidth));
+    resize(firstSize.boundedTo(screen()->availableSize() * 0.9));
 }
 
 QStringList SnapshotPreview::changes() const

@@ -15,6 +15,7 @@
 #include "ui/settings/SnapshotPreview.h"
 #include "ui/settings/SnapshotTexts.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -200,11 +201,12 @@ void SnapshotSection::restore(const SnapshotInfo &snapshot)
 
 void SnapshotSection::offerUndo(const QString &message)
 {
-    SettingsWindow::showStatus(this, message);
     m_notice->showNotice(message, {{text("settings.undo"_text), [this] {
                                         m_services.links.undo();
                                         m_notice->hide();
                                     }}});
+    QAccessibleEvent said(m_notice, QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
 }
 
 void SnapshotSection::sayWhyNot(const QString &title, const QString &why)
