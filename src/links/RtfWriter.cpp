@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QList>
 
+#include <algorithm>
+
 namespace orvelle {
 
 namespace {
@@ -99,10 +101,11 @@ private:
         const int key = numbered ? 100 + paragraph.level : static_cast<int>(paragraph.list) * 2 + paragraph.checked;
         int &entry = m_entryOf[key];
         if (entry == 0 || (numbered && marker == 1)) {
-            const int levels = numbered ? paragraph.level + 1 : RichParagraph::maxLevel + 1;
-            m_entries.append({paragraph.list, paragraph.checked, levels});
+            m_entries.append({paragraph.list, paragraph.checked, 0});
             entry = static_cast<int>(m_entries.size());
         }
+        int &levels = m_entries[entry - 1].levels;
+        levels = std::max(levels, paragraph.level + 1);
         return entry;
     }
 

@@ -1,10 +1,23 @@
 #include "ui/notes/LinkHighlighter.h"
 
+#include "ui/common/Colors.h"
 #include "ui/notes/RichTextDocument.h"
 
 #include <QWidget>
 
 namespace orvelle {
+
+namespace {
+
+/// As faint as it may be and still be read.
+QColor doneColor(const QPalette &palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    const QColor ground = palette.color(QPalette::Base);
+    return readable(ground, ground, text, 4.5);
+}
+
+} // namespace
 
 LinkHighlighter::LinkHighlighter(QTextDocument *document, const QWidget &widget)
     : QSyntaxHighlighter(document), m_widget(widget)
@@ -16,7 +29,7 @@ void LinkHighlighter::highlightBlock(const QString &text)
     const QTextBlock block = currentBlock();
     const QPalette palette = m_widget.palette();
     if (BlockList::of(block).checked)
-        setFormat(0, static_cast<int>(text.size()), palette.color(QPalette::PlaceholderText));
+        setFormat(0, static_cast<int>(text.size()), doneColor(palette));
     for (auto it = block.begin(); !it.atEnd(); ++it) {
         const QTextFragment fragment = it.fragment();
         if (!fragment.charFormat().isAnchor())

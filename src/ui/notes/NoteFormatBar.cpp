@@ -63,8 +63,8 @@ NoteFormatBar::NoteFormatBar(RichTextEdit &editor, QWidget *parent)
     static const Entry structure[] = {
         {Command::Bullets, "note.bullets"_text, "list.bullet", ctrlShift | Qt::Key_8},
         {Command::Numbers, "note.numbers"_text, "list.number", ctrlShift | Qt::Key_7},
-        {Command::Checks, "note.checks"_text, "checklist", ctrlShift | Qt::Key_9},
-        {Command::Link, "note.link"_text, "link", ctrl | Qt::Key_K},
+        {Command::Checks, "note.checks"_text, "checklist.bold", ctrlShift | Qt::Key_9},
+        {Command::Link, "note.link"_text, "link.bold", ctrl | Qt::Key_K},
     };
     setObjectName(QStringLiteral("noteFormat"));
     setAccessibleName(text("note.format"_text));

@@ -12,6 +12,9 @@ constexpr int kindProperty = QTextFormat::UserProperty + 1;
 constexpr int levelProperty = QTextFormat::UserProperty + 2;
 constexpr int checkedProperty = QTextFormat::UserProperty + 3;
 
+/// Percent of the font's own.
+constexpr double lineHeight = 115;
+
 /// What the toolkit calls a size adjustment: 0 is the document's own size.
 constexpr int adjustmentOf(TextSize size)
 {
@@ -59,6 +62,7 @@ BlockList BlockList::of(const QTextBlockFormat &format)
 QTextBlockFormat BlockList::format() const
 {
     QTextBlockFormat format;
+    format.setLineHeight(lineHeight, QTextBlockFormat::ProportionalHeight);
     if (kind != ListKind::None) {
         format.setProperty(kindProperty, static_cast<int>(kind));
         format.setProperty(levelProperty, level);
@@ -133,6 +137,7 @@ void setRichText(QTextDocument &document, const RichText &text)
     document.setUndoRedoEnabled(false);
     document.clear();
     QTextCursor cursor(&document);
+    cursor.setBlockFormat(BlockList().format());
     insertRichText(cursor, text);
     document.setUndoRedoEnabled(true);
     document.setModified(false);

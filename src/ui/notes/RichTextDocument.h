@@ -18,7 +18,7 @@ struct BlockList {
 
     static BlockList of(const QTextBlockFormat &format);
     static BlockList of(const QTextBlock &block) { return of(block.blockFormat()); }
-    /// A block format that says so; everything else about it is plain.
+    /// A block format that says so, with the line height of notes.
     QTextBlockFormat format() const;
 
     friend bool operator==(const BlockList &, const BlockList &) = default;

@@ -63,7 +63,7 @@ void RichTextEdit::replaceText(const RichText &text)
     cursor.beginEditBlock();
     cursor.select(QTextCursor::Document);
     cursor.removeSelectedText();
-    cursor.setBlockFormat(QTextBlockFormat());
+    cursor.setBlockFormat(BlockList().format());
     insertRichText(cursor, text);
     cursor.endEditBlock();
 }
