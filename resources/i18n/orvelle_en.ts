@@ -1086,6 +1086,96 @@
     <message id="settings.siteIconsHint %@">
         <translation>To fetch them, the host name of each web link (such as example.org) is sent to %@. Addresses on your own network are never sent.</translation>
     </message>
+    <message id="note.format">
+        <translation>Formatting</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Bold</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italic</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Underline</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Strikethrough</translation>
+    </message>
+    <message id="note.size">
+        <translation>Text size</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Small</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normal</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Large</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Larger</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Huge</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Bulleted list</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Numbered list</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Checklist</translation>
+    </message>
+    <message id="note.link">
+        <translation>Link</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Undo</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Redo</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Address of the link</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Web or mail address</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Set link</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Open link</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Edit link…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Remove link</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Close</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>This is no address that a note can link to.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+click to open</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>This link cannot be opened.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Paste without formatting</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>There is no text to paste, or too much of it.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
+    </message>
     <message id="import.howTo">
         <translation>How should its content be taken in?</translation>
     </message>
@@ -1327,96 +1417,6 @@ You can change or remove everything here.</translation>
     </message>
     <message id="snapshot.restored %@">
         <translation>Snapshot restored: %@</translation>
-    </message>
-    <message id="note.format">
-        <translation>Formatting</translation>
-    </message>
-    <message id="note.bold">
-        <translation>Bold</translation>
-    </message>
-    <message id="note.italic">
-        <translation>Italic</translation>
-    </message>
-    <message id="note.underline">
-        <translation>Underline</translation>
-    </message>
-    <message id="note.strike">
-        <translation>Strikethrough</translation>
-    </message>
-    <message id="note.size">
-        <translation>Text size</translation>
-    </message>
-    <message id="note.size.small">
-        <translation>Small</translation>
-    </message>
-    <message id="note.size.normal">
-        <translation>Normal</translation>
-    </message>
-    <message id="note.size.large">
-        <translation>Large</translation>
-    </message>
-    <message id="note.size.larger">
-        <translation>Larger</translation>
-    </message>
-    <message id="note.size.huge">
-        <translation>Huge</translation>
-    </message>
-    <message id="note.bullets">
-        <translation>Bulleted list</translation>
-    </message>
-    <message id="note.numbers">
-        <translation>Numbered list</translation>
-    </message>
-    <message id="note.checks">
-        <translation>Checklist</translation>
-    </message>
-    <message id="note.link">
-        <translation>Link</translation>
-    </message>
-    <message id="note.undo">
-        <translation>Undo</translation>
-    </message>
-    <message id="note.redo">
-        <translation>Redo</translation>
-    </message>
-    <message id="note.link.address">
-        <translation>Address of the link</translation>
-    </message>
-    <message id="note.link.placeholder">
-        <translation>Web or mail address</translation>
-    </message>
-    <message id="note.link.apply">
-        <translation>Set link</translation>
-    </message>
-    <message id="note.link.open">
-        <translation>Open link</translation>
-    </message>
-    <message id="note.link.edit">
-        <translation>Edit link…</translation>
-    </message>
-    <message id="note.link.remove">
-        <translation>Remove link</translation>
-    </message>
-    <message id="note.link.close">
-        <translation>Close</translation>
-    </message>
-    <message id="note.link.unsafe">
-        <translation>This is no address that a note can link to.</translation>
-    </message>
-    <message id="note.link.openHint">
-        <translation>Ctrl+click to open</translation>
-    </message>
-    <message id="note.linkRefused">
-        <translation>This link cannot be opened.</translation>
-    </message>
-    <message id="note.pastePlain">
-        <translation>Paste without formatting</translation>
-    </message>
-    <message id="note.pasteRefused">
-        <translation>There is no text to paste, or too much of it.</translation>
-    </message>
-    <message id="note.incomplete">
-        <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
     </message>
 </context>
 </TS>

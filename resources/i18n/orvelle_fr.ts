@@ -1086,6 +1086,96 @@
     <message id="settings.siteIconsHint %@">
         <translation>Pour les obtenir, le nom de domaine de chaque lien web (comme example.org) est envoyé à %@. Les adresses de votre réseau local ne sont jamais envoyées.</translation>
     </message>
+    <message id="note.format">
+        <translation>Mise en forme</translation>
+    </message>
+    <message id="note.bold">
+        <translation>Gras</translation>
+    </message>
+    <message id="note.italic">
+        <translation>Italique</translation>
+    </message>
+    <message id="note.underline">
+        <translation>Souligné</translation>
+    </message>
+    <message id="note.strike">
+        <translation>Barré</translation>
+    </message>
+    <message id="note.size">
+        <translation>Taille du texte</translation>
+    </message>
+    <message id="note.size.small">
+        <translation>Petite</translation>
+    </message>
+    <message id="note.size.normal">
+        <translation>Normale</translation>
+    </message>
+    <message id="note.size.large">
+        <translation>Grande</translation>
+    </message>
+    <message id="note.size.larger">
+        <translation>Plus grande</translation>
+    </message>
+    <message id="note.size.huge">
+        <translation>Très grande</translation>
+    </message>
+    <message id="note.bullets">
+        <translation>Liste à puces</translation>
+    </message>
+    <message id="note.numbers">
+        <translation>Liste numérotée</translation>
+    </message>
+    <message id="note.checks">
+        <translation>Liste à cocher</translation>
+    </message>
+    <message id="note.link">
+        <translation>Lien</translation>
+    </message>
+    <message id="note.undo">
+        <translation>Annuler</translation>
+    </message>
+    <message id="note.redo">
+        <translation>Rétablir</translation>
+    </message>
+    <message id="note.link.address">
+        <translation>Adresse du lien</translation>
+    </message>
+    <message id="note.link.placeholder">
+        <translation>Adresse web ou e-mail</translation>
+    </message>
+    <message id="note.link.apply">
+        <translation>Appliquer le lien</translation>
+    </message>
+    <message id="note.link.open">
+        <translation>Ouvrir le lien</translation>
+    </message>
+    <message id="note.link.edit">
+        <translation>Modifier le lien…</translation>
+    </message>
+    <message id="note.link.remove">
+        <translation>Supprimer le lien</translation>
+    </message>
+    <message id="note.link.close">
+        <translation>Fermer</translation>
+    </message>
+    <message id="note.link.unsafe">
+        <translation>Une note ne peut pas contenir de lien vers cette adresse.</translation>
+    </message>
+    <message id="note.link.openHint">
+        <translation>Ctrl+clic pour ouvrir</translation>
+    </message>
+    <message id="note.linkRefused">
+        <translation>Impossible d’ouvrir ce lien.</translation>
+    </message>
+    <message id="note.pastePlain">
+        <translation>Coller sans mise en forme</translation>
+    </message>
+    <message id="note.pasteRefused">
+        <translation>Aucun texte à coller, ou texte trop long.</translation>
+    </message>
+    <message id="note.incomplete">
+        <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
+    </message>
     <message id="import.howTo">
         <translation>Comment reprendre son contenu ?</translation>
     </message>
@@ -1327,96 +1417,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="snapshot.restored %@">
         <translation>Instantané restauré : %@</translation>
-    </message>
-    <message id="note.format">
-        <translation>Mise en forme</translation>
-    </message>
-    <message id="note.bold">
-        <translation>Gras</translation>
-    </message>
-    <message id="note.italic">
-        <translation>Italique</translation>
-    </message>
-    <message id="note.underline">
-        <translation>Souligné</translation>
-    </message>
-    <message id="note.strike">
-        <translation>Barré</translation>
-    </message>
-    <message id="note.size">
-        <translation>Taille du texte</translation>
-    </message>
-    <message id="note.size.small">
-        <translation>Petite</translation>
-    </message>
-    <message id="note.size.normal">
-        <translation>Normale</translation>
-    </message>
-    <message id="note.size.large">
-        <translation>Grande</translation>
-    </message>
-    <message id="note.size.larger">
-        <translation>Plus grande</translation>
-    </message>
-    <message id="note.size.huge">
-        <translation>Très grande</translation>
-    </message>
-    <message id="note.bullets">
-        <translation>Liste à puces</translation>
-    </message>
-    <message id="note.numbers">
-        <translation>Liste numérotée</translation>
-    </message>
-    <message id="note.checks">
-        <translation>Liste à cocher</translation>
-    </message>
-    <message id="note.link">
-        <translation>Lien</translation>
-    </message>
-    <message id="note.undo">
-        <translation>Annuler</translation>
-    </message>
-    <message id="note.redo">
-        <translation>Rétablir</translation>
-    </message>
-    <message id="note.link.address">
-        <translation>Adresse du lien</translation>
-    </message>
-    <message id="note.link.placeholder">
-        <translation>Adresse web ou e-mail</translation>
-    </message>
-    <message id="note.link.apply">
-        <translation>Appliquer le lien</translation>
-    </message>
-    <message id="note.link.open">
-        <translation>Ouvrir le lien</translation>
-    </message>
-    <message id="note.link.edit">
-        <translation>Modifier le lien…</translation>
-    </message>
-    <message id="note.link.remove">
-        <translation>Supprimer le lien</translation>
-    </message>
-    <message id="note.link.close">
-        <translation>Fermer</translation>
-    </message>
-    <message id="note.link.unsafe">
-        <translation>Une note ne peut pas contenir de lien vers cette adresse.</translation>
-    </message>
-    <message id="note.link.openHint">
-        <translation>Ctrl+clic pour ouvrir</translation>
-    </message>
-    <message id="note.linkRefused">
-        <translation>Impossible d’ouvrir ce lien.</translation>
-    </message>
-    <message id="note.pastePlain">
-        <translation>Coller sans mise en forme</translation>
-    </message>
-    <message id="note.pasteRefused">
-        <translation>Aucun texte à coller, ou texte trop long.</translation>
-    </message>
-    <message id="note.incomplete">
-        <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
     </message>
 </context>
 </TS>

@@ -1,9 +1,9 @@
 #include "app/AppDelegate.h"
 
-#include "app/ExchangeImporter.h"
-#include "base/JsonReader.h"
 #include "base/Result.h"
 #include "base/Text.h"
+#include "links/ExchangeFile.h"
+#include "links/LinkExchange.h"
 #include "menubar/AppWindows.h"
 #include "menubar/MenuBarManager.h"
 #include "menubar/StartupJobs.h"
@@ -11,9 +11,9 @@
 #include "platform/Clock.h"
 #include "platform/PowerEvents.h"
 #include "platform/UserDefaults.h"
+#include "ui/common/ExchangeImporter.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QPointer>
@@ -32,25 +32,17 @@ QString skipQuitConfirmationKey()
     return QStringLiteral("SkipQuitConfirmation");
 }
 
-/// The document's bytes when it is JSON at all, else why not.
+/// The document's bytes, else why they cannot be had.
 Result<QByteArray, QString> readDocument(const QString &path)
 {
-    // Anything but a plain file could keep us waiting for ever.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return text("error.importNotAFile"_text);
-    if (info.size() > AppDelegate::maxDocumentSize)
-        return text("error.importTooLarge"_text);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    const QByteArray data = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return file.errorString();
-    const auto document = JsonDocument::parse(data);
-    if (!document)
-        return document.error().reason;
-    return data;
+    const auto bytes = readExchangeFile(path);
+    if (!bytes)
+        return bytes.error().sentence;
+    // Only what can be seen at once: whoever imports it reads it anyway.
+    const QByteArrayView content = QByteArrayView(*bytes).trimmed();
+    if (!content.startsWith('{') || !content.endsWith('}'))
+        return importErrorText({ImportError::Kind::Undecodable, QStringLiteral("the root")});
+    return *bytes;
 }
 
 } // namespace

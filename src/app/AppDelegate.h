@@ -41,15 +41,14 @@ public:
     static constexpr std::chrono::milliseconds faviconDelay{1000};
     static constexpr std::chrono::milliseconds updateDelay{3000};
     static constexpr std::chrono::milliseconds tipDelay{5000};
-    /// Larger documents are refused unread.
-    static constexpr qint64 maxDocumentSize = 512 * 1024 * 1024;
 
     explicit AppDelegate(const Services &services, QObject *parent = nullptr);
 
     void applicationDidFinishLaunching();
 
     /// Documents from the desktop, as absolute paths. Those whose name does
-    /// not end in ".ovexport" (any case) are ignored.
+    /// not end in ".ovexport" (any case) are ignored; those larger than
+    /// maxExchangeBytes are refused unread.
     void openFiles(const QStringList &paths);
 
     /// Decides about a wish to quit, if need be by asking. `decide` is called

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ExchangeImporter.h"
+#include "ui/common/ExchangeImporter.h"
 #include "ui/common/ExchangeDialogs.h"
 
 namespace orvelle {

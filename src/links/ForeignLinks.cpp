@@ -93,6 +93,20 @@ qint64 foldThirdLevel(LinkList &items, int level = 1)
     return folded;
 }
 
+std::optional<ForeignError> openPlainFile(const QString &path, QFile &file)
+{
+    // Opening a pipe would wait for its other end; this does not.
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return ForeignError{ForeignError::Kind::Unreadable, QString::fromLocal8Bit(std::strerror(errno))};
+    struct stat info = {};
+    const bool isPlain = ::fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode);
+    if (isPlain && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return std::nullopt;
+    ::close(descriptor);
+    return ForeignError{ForeignError::Kind::NotAFile, {}};
+}
+
 LinkList looseLinksTogether(const LinkList &items, LinkItem group)
 {
     LinkList result;
@@ -185,7 +199,7 @@ LinkItem foreignLink(const QString &name, const QString &address, Timestamp now)
     }
     QString shown = foreignName(name);
     if (shown.isEmpty())
-        shown = defaultName(path, type);
+        shown = foreignName(defaultName(path, type));
     return LinkItem::make(shown, path, type, now);
 }
 
@@ -233,26 +247,22 @@ void settleOnDisk(LinkList &items, const FileBookmarks &bookmarks)
 
 Result<QByteArray, ForeignError> readPlainFile(const QString &path, qint64 maxBytes)
 {
-    // Opening a pipe would wait for its other end; this does not.
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return ForeignError{ForeignError::Kind::Unreadable, QString::fromLocal8Bit(std::strerror(errno))};
-    struct stat info = {};
-    const bool isPlain = ::fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode);
     QFile file;
-    if (!isPlain || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        return ForeignError{ForeignError::Kind::NotAFile, {}};
-    }
-    if (info.st_size > maxBytes)
-        return ForeignError{ForeignError::Kind::TooLarge, {}};
-    // The size is not to be relied on: the file may grow, or be one of /proc.
+    if (const auto error = openPlainFile(path, file))
+        return *error;
+    // The size is not asked for: the file may grow, or be one of /proc.
     const QByteArray bytes = file.read(maxBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return ForeignError{ForeignError::Kind::Unreadable, file.errorString()};
     if (bytes.size() > maxBytes)
         return ForeignError{ForeignError::Kind::TooLarge, {}};
     return bytes;
+}
+
+QByteArray headOfPlainFile(const QString &path, qint64 bytes)
+{
+    QFile file;
+    return openPlainFile(path, file) ? QByteArray() : file.read(bytes);
 }
 
 QString decodedText(const QByteArray &bytes, const QByteArray &declared)

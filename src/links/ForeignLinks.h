@@ -85,6 +85,9 @@ void settleOnDisk(LinkList &items, const FileBookmarks &bookmarks);
 /// The content of a plain file of at most `maxBytes`. Never waits for a pipe.
 Result<QByteArray, ForeignError> readPlainFile(const QString &path, qint64 maxBytes);
 
+/// The first bytes of a plain file; nothing for anything else.
+QByteArray headOfPlainFile(const QString &path, qint64 bytes);
+
 /// Text of unknown encoding: a byte order mark decides, then whether the bytes
 /// are UTF-8, then `declared`, then windows-1252.
 QString decodedText(const QByteArray &bytes, const QByteArray &declared = {});

@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 
-#include "app/ExchangeImporter.h"
 #include "menubar/MenuTestFakes.h"
+#include "ui/common/ExchangeImporter.h"
 
 #include <QDir>
 #include <QFile>

@@ -100,7 +100,8 @@ private:
 
 QDialog *makeDialog(const Alert &alert)
 {
-    auto *dialog = new AlertDialog(static_cast<int>(alert.buttons.size()) - 1);
+    const int last = static_cast<int>(alert.buttons.size()) - 1;
+    auto *dialog = new AlertDialog(alert.escapeButton < 0 ? last : alert.escapeButton);
     dialog->setObjectName(QStringLiteral("Alert"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(QStringLiteral("Orvelle"));

@@ -1,0 +1,96 @@
+#include "ui/exchange/BackgroundWork.h"
+
+#include "base/Text.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace orvelle {
+
+namespace {
+
+constexpr int progressWidth = 340;
+/// Enough for the deepest nesting that the libraries used accept.
+constexpr uint stackSize = 16u << 20;
+
+} // namespace
+
+ProgressDialog::ProgressDialog(const QString &what, QWidget *parent) : QDialog(parent), m_bar(new QProgressBar(this))
+{
+    setObjectName(QStringLiteral("ProgressDialog"));
+    setWindowTitle(QStringLiteral("Orvelle"));
+    setWindowModality(parent ? Qt::WindowModal : Qt::ApplicationModal);
+    auto *label = new QLabel(what, this);
+    label->setTextFormat(Qt::PlainText);
+    m_bar->setRange(0, 1000);
+    m_bar->setTextVisible(false);
+    m_bar->setMinimumWidth(progressWidth);
+    m_bar->setAccessibleName(what);
+    auto *cancel = new QPushButton(text("sheet.cancel"_text), this);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 20, 20, 16);
+    column->setSpacing(12);
+    column->addWidget(label);
+    column->addWidget(m_bar);
+    column->addWidget(cancel, 0, Qt::AlignTrailing);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void ProgressDialog::setPermille(int permille)
+{
+    m_bar->setValue(permille);
+}
+
+void BackgroundWork::start(QObject *owner, QWidget *window, Clock &clock, const QString &what, const Work &work)
+{
+    new BackgroundWork(owner, window, clock, what, work);
+}
+
+BackgroundWork::BackgroundWork(QObject *owner, QWidget *window, Clock &clock, const QString &what, const Work &work)
+    : QObject(owner),
+      m_window(window),
+      m_clock(clock),
+      m_what(what),
+      m_thread(QThread::create([this, work] { m_finish = work(m_progress); })),
+      m_timer(clock.singleShot(patience, [this] { showProgress(); }))
+{
+    connect(m_thread.get(), &QThread::finished, this, &BackgroundWork::finish);
+    m_thread->setStackSize(stackSize);
+    m_thread->start();
+}
+
+BackgroundWork::~BackgroundWork()
+{
+    m_progress.cancelled = true;
+    m_thread->wait();
+}
+
+void BackgroundWork::showProgress()
+{
+    m_dialog = std::make_unique<ProgressDialog>(m_what, m_window);
+    connect(m_dialog.get(), &QDialog::rejected, this, [this] { m_progress.cancelled = true; });
+    m_dialog->show();
+    // Not from inside the timer that this replaces.
+    m_clock.after(std::chrono::milliseconds(0), this, [this] {
+        m_timer = m_clock.repeating(redrawEvery, [this] {
+            if (m_dialog)
+                m_dialog->setPermille(m_progress.permille);
+        });
+    });
+}
+
+void BackgroundWork::finish()
+{
+    m_timer.reset();
+    m_dialog.reset();
+    m_thread->wait();
+    if (m_finish && !m_progress.cancelled)
+        m_finish();
+    deleteLater();
+}
+
+} // namespace orvelle
