@@ -20,6 +20,11 @@ FIGURES = {
         ("a move in a flat list of 10,000", "ms", "move/flat/10000/0", None, None, None, 5, None),
         ("a move of 100 items, 10,000 links", "ms", "move/hundred/10000/100", None, None, None, 5, None),
     ],
+    "exchange": [
+        ("import a document of 10,000 links", "ms", "import/orvelle/10000", "import/simdjson/10000", "a bare parse", 3, None, None),
+        ("export 10,000 links", "ms", "export/orvelle/10000", "export/rapidjson/10000", "a bare write", 3, None, None),
+        ("checksum of 10,000 links", "ms", "checksum/orvelle/10000", None, None, None, 60, None),
+    ],
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),
@@ -27,6 +32,15 @@ FIGURES = {
          "1,000 links", 1.3, None, None),
         ("menu's first frame, flat list of 10,000", "ms", "first_frame/flat/10000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", None, None, 50),
+    ],
+    "settings": [
+        ("settings open on a flat list of 10,000 links", "ms", "list_opens/flat/10000", "list_opens/flat/10",
+         "10 links", None, None, 150),
+        ("settings open on 10,000 links in 300 groups", "ms", "list_opens/grouped/10000", "list_opens/flat/10",
+         "10 links", None, None, 150),
+        ("one key in the search field, flat list of 10,000", "ms", "list_key/flat/10000", None, None, None, None, 50),
+        ("one key in the search field, 300 groups", "ms", "list_key/grouped/10000", None, None, None, None, 50),
+        ("one step of a drag over 10,000 links", "ms", "list_drag/flat/10000", None, None, None, None, 16),
     ],
     "process": [
         ("start to registered icon, 1,000 links", "ms", "start/orvelle", "start/minimal", "minimal program", 3, None, None),

@@ -18,37 +18,48 @@ constexpr bool isHyphenPlace(int i)
     return i == 8 || i == 13 || i == 18 || i == 23;
 }
 
-constexpr int hexValue(char32_t c)
+constexpr quint8 notHex = 0xFF;
+
+constexpr std::array<quint8, 256> makeHexValues()
 {
-    if (c >= U'0' && c <= U'9')
-        return static_cast<int>(c - U'0');
-    if (c >= U'A' && c <= U'F')
-        return static_cast<int>(c - U'A') + 10;
-    if (c >= U'a' && c <= U'f')
-        return static_cast<int>(c - U'a') + 10;
-    return -1;
+    std::array<quint8, 256> values{};
+    values.fill(notHex);
+    for (quint8 digit = 0; digit < 10; ++digit)
+        values[std::size_t('0') + digit] = digit;
+    for (quint8 letter = 0; letter < 6; ++letter) {
+        values[std::size_t('A') + letter] = static_cast<quint8>(10 + letter);
+        values[std::size_t('a') + letter] = static_cast<quint8>(10 + letter);
+    }
+    return values;
+}
+constexpr std::array<quint8, 256> hexValues = makeHexValues();
+
+/// Where the two digits of each byte begin.
+constexpr std::array<std::size_t, 16> bytePlaces = {0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+
+template<typename Char>
+quint8 hexValue(Char c)
+{
+    const auto code = static_cast<std::make_unsigned_t<Char>>(c);
+    return code < hexValues.size() ? hexValues[code] : notHex;
 }
 
 template<typename Char>
 std::optional<QUuid> parse(const Char *text, std::size_t size)
 {
-    if (size != textLength)
+    if (size != textLength || text[8] != Char('-') || text[13] != Char('-') || text[18] != Char('-') ||
+        text[23] != Char('-'))
         return std::nullopt;
     std::array<uchar, 16> bytes{};
-    std::size_t nibble = 0;
-    for (int i = 0; i < textLength; ++i) {
-        const auto c = static_cast<char32_t>(text[i]);
-        if (isHyphenPlace(i)) {
-            if (c != U'-')
-                return std::nullopt;
-            continue;
-        }
-        const int value = hexValue(c);
-        if (value < 0)
-            return std::nullopt;
-        bytes[nibble / 2] = static_cast<uchar>(bytes[nibble / 2] << 4 | value);
-        ++nibble;
+    quint8 seen = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const quint8 high = hexValue(text[bytePlaces[i]]);
+        const quint8 low = hexValue(text[bytePlaces[i] + 1]);
+        seen |= high | low;
+        bytes[i] = static_cast<uchar>(high << 4 | low);
     }
+    if (seen > 0xF)
+        return std::nullopt;
     return QUuid(qFromBigEndian<quint32>(&bytes[0]), qFromBigEndian<quint16>(&bytes[4]),
                  qFromBigEndian<quint16>(&bytes[6]), bytes[8], bytes[9], bytes[10], bytes[11], bytes[12], bytes[13],
                  bytes[14], bytes[15]);

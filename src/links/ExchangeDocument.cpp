@@ -258,8 +258,11 @@ QString linksChecksum(const LinkList &links)
 
 ExchangeDigests exchangeDigests(const ExportData &document)
 {
-    const QByteArray links = encodeForChecksum(document.links);
-    return {sha256Hex(links), sha256Hex(links + encodeSettings(document)).toLatin1()};
+    Sha256 hash;
+    hash.add(encodeForChecksum(document.links));
+    const QString links = hash.hex();
+    hash.add(encodeSettings(document));
+    return {links, hash.hex().toLatin1()};
 }
 
 Result<ChecksumReport, ImportError> verifyExchange(const QByteArray &bytes)

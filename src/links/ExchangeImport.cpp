@@ -51,54 +51,80 @@ size_t qHash(const Content &content, size_t seed = 0)
 }
 
 /// The identities that are taken.
-struct Identities {
-    QSet<QUuid> ids;
-    QSet<QString> stableIds; ///< upper case
+class Identities
+{
+public:
+    explicit Identities(qsizetype expected)
+    {
+        m_ids.reserve(expected);
+        m_stableIds.reserve(expected);
+    }
 
     void addAll(const LinkList &links)
     {
         walk(links, [this](const LinkItem &item) {
-            ids.insert(item.id);
-            stableIds.insert(item.stableId.toUpper());
+            claim(item.id, m_ids);
+            claimStableId(item.stableId);
         });
     }
 
-    /// Takes the item's identities; those that are taken already become new.
+    /// Gives the item other identities for those that are taken; absent when
+    /// it can keep both.
     std::optional<LinkItem> claimed(const LinkItem &item)
     {
-        const bool newId = ids.contains(item.id);
-        const bool newStableId = item.stableId.isEmpty() || stableIds.contains(item.stableId.toUpper());
+        const bool freeId = claim(item.id, m_ids);
+        const bool freeStableId = claimStableId(item.stableId);
+        if (freeId && freeStableId)
+            return std::nullopt;
         LinkItem unique = item;
-        if (newId)
-            unique.id = QUuid::createUuid();
-        if (newStableId)
-            unique.stableId = newUuidText();
-        ids.insert(unique.id);
-        stableIds.insert(unique.stableId.toUpper());
-        return newId || newStableId ? std::optional(unique) : std::nullopt;
+        while (!freeId && !claim(unique.id = QUuid::createUuid(), m_ids)) {
+        }
+        while (!freeStableId && !claimStableId(unique.stableId = newUuidText())) {
+        }
+        return unique;
     }
-};
 
-void makeUnique(LinkList &items, Identities &&taken)
-{
-    changeItems(items, [&taken](const LinkItem &item) { return taken.claimed(item); });
-}
+private:
+    template<typename T>
+    static bool claim(const T &value, QSet<T> &taken)
+    {
+        const qsizetype before = taken.size();
+        taken.insert(value);
+        return taken.size() > before;
+    }
+
+    /// Stable ids are compared without regard to case.
+    bool claimStableId(const QString &text)
+    {
+        if (text.isEmpty())
+            return false;
+        const auto uuid = parseUuid(text);
+        return uuid ? claim(*uuid, m_stableIds) : claim(text.toUpper(), m_oddStableIds);
+    }
+
+    QSet<QUuid> m_ids;
+    QSet<QUuid> m_stableIds;
+    QSet<QString> m_oddStableIds; ///< those of other makers
+};
 
 AppliedImport replaceTree(LinkList &tree, const LinkList &items)
 {
+    const qint64 count = countAllLinks(items);
+    Identities taken(count);
     tree = items;
-    makeUnique(tree, {});
-    return {countAllLinks(tree), 0};
+    changeItems(tree, [&taken](const LinkItem &item) { return taken.claimed(item); });
+    return {count, 0};
 }
 
 AppliedImport mergeIntoTree(LinkList &tree, const LinkList &items)
 {
     LinkList fresh = filterNewLinks(items, tree);
-    Identities taken;
+    const qint64 count = countAllLinks(fresh);
+    Identities taken(countAllLinks(tree) + count);
     taken.addAll(tree);
-    makeUnique(fresh, std::move(taken));
+    changeItems(fresh, [&taken](const LinkItem &item) { return taken.claimed(item); });
     tree += fresh;
-    return {countAllLinks(fresh), items.size() - fresh.size()};
+    return {count, items.size() - fresh.size()};
 }
 
 } // namespace
@@ -113,19 +139,16 @@ bool isValidLink(const LinkItem &item, int depth)
                        [depth](const LinkItem &child) { return isValidLink(child, depth + 1); });
 }
 
-LinkList validLinks(const LinkList &imported, qint64 &dropped)
+LinkList validLinks(LinkList imported, qint64 &dropped)
 {
-    LinkList items = imported;
-    cutTooDeep(items, 0, dropped);
-    LinkList valid;
-    valid.reserve(items.size());
-    for (LinkItem &item : items) {
-        if (isValidLink(item, 0))
-            valid += std::move(item);
-        else
+    cutTooDeep(imported, 0, dropped);
+    imported.removeIf([&dropped](const LinkItem &item) {
+        const bool valid = isValidLink(item, 0);
+        if (!valid)
             dropped += countAllLinks({item});
-    }
-    return valid;
+        return !valid;
+    });
+    return imported;
 }
 
 qint64 countAllLinks(const LinkList &links)

@@ -17,7 +17,7 @@ bool isValidLink(const LinkItem &item, int depth);
 /// The items that are valid, after what lies too deep was cut off. Only groups
 /// keep children, and each has a list of them. `dropped` grows by the number
 /// of items left out.
-LinkList validLinks(const LinkList &imported, qint64 &dropped);
+LinkList validLinks(LinkList imported, qint64 &dropped);
 
 /// Every item, groups and their members included.
 qint64 countAllLinks(const LinkList &links);

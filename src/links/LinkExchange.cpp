@@ -110,9 +110,10 @@ Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, Fi
     if (!decoded)
         return decoded.error();
     PreparedImport prepared;
-    prepared.document = std::make_shared<const ExportData>(std::move(decoded).value());
-    prepared.hasVersionMismatch = prepared.document->version > exchangeVersion;
-    prepared.items = resolveHomePaths(validLinks(prepared.document->links, prepared.droppedCount), home);
+    ExportData data = std::move(decoded).value();
+    prepared.hasVersionMismatch = data.version > exchangeVersion;
+    prepared.items = resolveHomePaths(validLinks(std::exchange(data.links, {}), prepared.droppedCount), home);
+    prepared.document = std::make_shared<const ExportData>(std::move(data));
     WatchedBookmarks watched(bookmarks, progress, collectAllPaths(prepared.items).size());
     recreateBookmarks(prepared.items, watched);
     completeDates(prepared.items, now);

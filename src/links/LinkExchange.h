@@ -44,8 +44,8 @@ struct WorkProgress {
 
 /// A document that was read and checked and can be applied at once.
 struct PreparedImport {
-    std::shared_ptr<const ExportData> document;
-    LinkList items; ///< the valid ones, paths resolved, bookmarks made
+    std::shared_ptr<const ExportData> document; ///< without its links, which are the items
+    LinkList items;                             ///< the valid ones, paths resolved, bookmarks made
     bool hasVersionMismatch = false;
     qint64 droppedCount = 0; ///< items left out: incomplete, or too deep
 };

@@ -16,6 +16,7 @@ TEST(Uuid, OnlyTheHyphenatedFormIsRead)
                                u'{' + canonical + u'}',
                                QString(canonical).remove(u'-'),
                                QString(canonical).replace(0, 1, u'G'),
+                               QString(canonical).replace(35, 1, QChar(0x0130)), // its lower byte is a digit
                                QString(canonical).replace(8, 1, u'0'),
                                canonical + u'0'};
     for (const QString &text : refused)
