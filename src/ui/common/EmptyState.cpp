@@ -12,6 +12,7 @@ namespace orvelle {
 namespace {
 
 constexpr int pictureSide = 48;
+constexpr int leastWidth = 240;
 
 QLabel *centredLabel(const QString &text, QWidget *parent)
 {
@@ -55,6 +56,17 @@ EmptyState::EmptyState(const QString &symbol, const QString &title, const QStrin
 void EmptyState::addButton(QPushButton *button)
 {
     m_column->insertWidget(m_column->count() - 1, button, 0, Qt::AlignHCenter);
+}
+
+/// Wrapped lines need more height than a layout by itself asks for, and a
+/// splitter around would not tell it. One of several pages takes no room while
+/// another is shown.
+QSize EmptyState::minimumSizeHint() const
+{
+    if (isHidden())
+        return {0, 0};
+    const int width = qMax(QFrame::minimumSizeHint().width(), leastWidth);
+    return {width, layout()->totalMinimumHeightForWidth(width)};
 }
 
 void EmptyState::updatePicture()

@@ -21,6 +21,8 @@ public:
     /// Adds a button below the texts and takes ownership.
     void addButton(QPushButton *button);
 
+    QSize minimumSizeHint() const override;
+
 protected:
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
