@@ -108,9 +108,6 @@
     <message id="error.importNotAFile">
         <translation>It is not a file.</translation>
     </message>
-    <message id="error.importNotAvailable">
-        <translation>This version of Orvelle cannot import documents yet.</translation>
-    </message>
     <message id="error.openTitle">
         <translation>Orvelle cannot open its settings</translation>
     </message>
@@ -930,21 +927,6 @@
     <message id="foreign.errorCancelled">
         <translation>The import was cancelled. Nothing has changed.</translation>
     </message>
-    <message id="error.importUndecodable %@">
-        <translation>It is not a document that Orvelle can read (%@).</translation>
-    </message>
-    <message id="error.importTooLarge">
-        <translation>It is larger than 64 MiB.</translation>
-    </message>
-    <message id="error.importTooManyItems">
-        <translation>It holds more than 200,000 links.</translation>
-    </message>
-    <message id="error.importTooDeep">
-        <translation>It is nested deeper than 512 levels.</translation>
-    </message>
-    <message id="import.checksumError">
-        <translation>Its checksum is wrong: it was damaged or changed by hand.</translation>
-    </message>
     <message id="error.importCancelled">
         <translation>The import was cancelled; nothing was changed.</translation>
     </message>
@@ -1417,6 +1399,21 @@ You can change or remove everything here.</translation>
     </message>
     <message id="snapshot.restored %@">
         <translation>Snapshot restored: %@</translation>
+    </message>
+    <message id="error.importUndecodable %@">
+        <translation>The document cannot be read by Orvelle (%@).</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>The document is larger than 64 MiB.</translation>
+    </message>
+    <message id="error.importTooManyItems">
+        <translation>The document holds more than 200,000 links.</translation>
+    </message>
+    <message id="error.importTooDeep">
+        <translation>The document is nested deeper than 512 levels.</translation>
+    </message>
+    <message id="import.checksumError">
+        <translation>The document’s checksum is wrong: it was damaged or changed by hand.</translation>
     </message>
 </context>
 </TS>

@@ -108,9 +108,6 @@
     <message id="error.importNotAFile">
         <translation>Ce n’est pas un fichier.</translation>
     </message>
-    <message id="error.importNotAvailable">
-        <translation>Cette version d’Orvelle ne sait pas encore importer de documents.</translation>
-    </message>
     <message id="error.openTitle">
         <translation>Orvelle ne peut pas ouvrir ses réglages</translation>
     </message>
@@ -930,21 +927,6 @@
     <message id="foreign.errorCancelled">
         <translation>L’importation a été annulée. Rien n’a changé.</translation>
     </message>
-    <message id="error.importUndecodable %@">
-        <translation>Ce n’est pas un document qu’Orvelle sait lire (%@).</translation>
-    </message>
-    <message id="error.importTooLarge">
-        <translation>Il dépasse 64 Mio.</translation>
-    </message>
-    <message id="error.importTooManyItems">
-        <translation>Il contient plus de 200 000 liens.</translation>
-    </message>
-    <message id="error.importTooDeep">
-        <translation>Il est imbriqué sur plus de 512 niveaux.</translation>
-    </message>
-    <message id="import.checksumError">
-        <translation>Sa somme de contrôle est fausse : il a été endommagé ou modifié à la main.</translation>
-    </message>
     <message id="error.importCancelled">
         <translation>L’importation a été annulée ; rien n’a changé.</translation>
     </message>
@@ -1417,6 +1399,21 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="snapshot.restored %@">
         <translation>Instantané restauré : %@</translation>
+    </message>
+    <message id="error.importUndecodable %@">
+        <translation>Orvelle ne peut pas lire ce document (%@).</translation>
+    </message>
+    <message id="error.importTooLarge">
+        <translation>Le document dépasse 64 Mio.</translation>
+    </message>
+    <message id="error.importTooManyItems">
+        <translation>Le document contient plus de 200 000 liens.</translation>
+    </message>
+    <message id="error.importTooDeep">
+        <translation>Le document est imbriqué sur plus de 512 niveaux.</translation>
+    </message>
+    <message id="import.checksumError">
+        <translation>La somme de contrôle du document est fausse : il a été endommagé ou modifié à la main.</translation>
     </message>
 </context>
 </TS>

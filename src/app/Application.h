@@ -3,7 +3,6 @@
 #include "app/AppDelegate.h"
 #include "app/CoreServices.h"
 #include "app/StorageAlerts.h"
-#include "app/UnavailableImporter.h"
 #include "app/Windows.h"
 #include "app/cli/CommandContext.h"
 #include "app/cli/CommandResult.h"
@@ -16,6 +15,7 @@
 #include "ui/common/MessageAlerts.h"
 #include "ui/common/QtFolderChooser.h"
 #include "ui/common/Theme.h"
+#include "ui/exchange/ExchangeController.h"
 #include "ui/menu/MenuPopup.h"
 
 namespace orvelle {
@@ -71,7 +71,7 @@ private:
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
     MenuPopup m_presenter;
-    UnavailableImporter m_importer;
+    ExchangeController m_importer;
     Windows m_windows;
     MenuBarManager m_menuBar;
     AppDelegate m_delegate;

@@ -18,7 +18,10 @@ CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
       hooks(siteIcons),
       jobs(siteIcons),
       links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}),
-      widgetOrder(*defaults, debugMode, notifications)
+      widgetOrder(*defaults, debugMode, notifications),
+      exchangeSettings({*defaults, debugMode, notifications, widgetOrder},
+                       {versionText(), buildText(), QSysInfo::machineHostName()}),
+      exchange(links, exchangeSettings, bookmarks, clock)
 {
     siteIcons.attach(links);
 }

@@ -6,8 +6,10 @@
 #include "base/Result.h"
 #include "links/FaviconSettings.h"
 #include "links/FaviconStore.h"
+#include "links/LinkExchange.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
+#include "menubar/StoredExchangeSettings.h"
 #include "menubar/WidgetOrderManager.h"
 #include "platform/freedesktop/InodeFileBookmarks.h"
 #include "platform/freedesktop/MountVolumes.h"
@@ -77,6 +79,8 @@ public:
     CoreJobs jobs;
     LinkStore links;
     WidgetOrderManager widgetOrder;
+    StoredExchangeSettings exchangeSettings;
+    LinkExchange exchange;
 };
 
 /// Why the settings could not be opened, in one sentence for the user.

@@ -1,3 +1,4 @@
+#include "app/cli/BookmarkCommands.h"
 #include "app/cli/CommandLine.h"
 #include "app/cli/DefaultsCommands.h"
 #include "app/cli/EditCommands.h"
@@ -31,6 +32,12 @@ constexpr Command table[] = {
      "Change an item; an empty icon or colour gives it the usual one.", 1, 1, "", "name path icon color",
      CommandPlace::Anywhere, runUpdate},
     {"open", "ID", "Open a link by its stable or run id.", 1, 1, "", "", CommandPlace::Anywhere, runOpen, true},
+    {"import-bookmarks", "FILE [--json]", "Add the bookmarks of a browser (an HTML file) to the end of the links.", 1, 1,
+     "json", "", CommandPlace::Anywhere, runImportBookmarks, true},
+    {"export-bookmarks", "FILE", "Write the links as a bookmark file for browsers.", 1, 1, "", "",
+     CommandPlace::Anywhere, runExportBookmarks},
+    {"import-links", "FOLDER [--json]", "Add the links of a folder of .desktop, .url and .webloc files.", 1, 1, "json",
+     "", CommandPlace::Anywhere, runImportLinks, true},
     {"undo", "", "Restore the tree from before the last destructive step.", 0, 0, "", "", CommandPlace::Anywhere,
      runUndo, true},
     {"snapshots", "", "List the kept copies of the tree, newest first.", 0, 0, "", "", CommandPlace::Anywhere,
