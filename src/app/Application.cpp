@@ -142,6 +142,7 @@ void Application::performAction(const QString &name)
 CommandContext Application::commandContext(const QString &workingDirectory)
 {
     return {m_core.links,
+            m_core.exchange,
             *m_core.defaults,
             m_core.snapshots,
             m_core.debugMode,

@@ -32,6 +32,7 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
     CoreServices core(folders, clock, std::move(settings.defaults), powerEvents);
     const MenuBuilder builder(core.links, core.widgetOrder, core.jobs);
     CommandContext context{core.links,
+                           core.exchange,
                            *core.defaults,
                            core.snapshots,
                            core.debugMode,

@@ -17,7 +17,7 @@ public:
 
     /// Takes over the sections that are there; a raw value that names nothing
     /// known here leaves its setting alone. Announces what changed. True when
-    /// the document had quick-launch slots.
+    /// the document had a filled quick-launch slot.
     virtual bool apply(const ExportData &document) = 0;
 };
 

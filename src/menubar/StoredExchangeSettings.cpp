@@ -294,7 +294,9 @@ bool StoredExchangeSettings::apply(const ExportData &document)
         order.removeDuplicates();
         m_services.widgetOrder.setOrder(widgetOrderFromTexts(order));
     }
-    return document.quickLaunchApps.has_value();
+    // Four empty slots are nothing to tell anybody about.
+    const QuickLaunchSlots apps = document.quickLaunchApps.value_or(QuickLaunchSlots());
+    return std::any_of(apps.begin(), apps.end(), [](const auto &app) { return app.has_value(); });
 }
 
 bool StoredExchangeSettings::applyWeather(const ExportData &document)

@@ -127,6 +127,10 @@ TEST(StoredExchangeSettings, WhatIsAppliedIsGatheredAgain)
     EXPECT_EQ(sections(world.gathered()), sections(everything()));
     EXPECT_TRUE(world.settings.apply(everything()));
     EXPECT_FALSE(world.settings.apply({}));
+    ExportData emptySlots;
+    emptySlots.quickLaunchApps = QuickLaunchSlots(4);
+    EXPECT_FALSE(world.settings.apply(emptySlots));
+    EXPECT_EQ(world.gathered().quickLaunchApps, QuickLaunchSlots(4));
 }
 
 TEST(StoredExchangeSettings, ValuesThatNameNothingLeaveTheSettingAlone)

@@ -11,6 +11,7 @@ namespace orvelle {
 
 class Clock;
 class DebugModeManager;
+class LinkExchange;
 class LinkStore;
 class SnapshotStore;
 class UserDefaults;
@@ -34,6 +35,7 @@ public:
 /// What commands work on, inside the running application or on their own.
 struct CommandContext {
     LinkStore &links;
+    LinkExchange &exchange;
     UserDefaults &defaults;
     SnapshotStore &snapshots;
     DebugModeManager &debugMode;

@@ -2,6 +2,7 @@
 #include "app/cli/CommandLine.h"
 #include "app/cli/DefaultsCommands.h"
 #include "app/cli/EditCommands.h"
+#include "app/cli/ExchangeCommands.h"
 #include "app/cli/LinkCommands.h"
 #include "app/cli/ShellCommands.h"
 
@@ -44,6 +45,12 @@ constexpr Command table[] = {
      runSnapshots},
     {"snapshots restore", "NAME", "Make a kept copy the tree again.", 1, 1, "", "", CommandPlace::Anywhere,
      runSnapshotsRestore},
+    {"export", "FILE", "Write the links and settings to a document; - prints it.", 1, 1, "", "", CommandPlace::Anywhere,
+     runExport},
+    {"import", "FILE --mode replace|merge|sync [--json]",
+     "Take in a document; sync only tells what it would change.", 1, 1, "json", "mode", CommandPlace::Anywhere,
+     runImport, true},
+    {"verify", "FILE", "Compare a document's checksum with its links.", 1, 1, "", "", CommandPlace::Anywhere, runVerify},
     {"defaults list", "", "List the settings: key and type a line.", 0, 0, "", "", CommandPlace::Anywhere,
      runDefaultsList},
     {"defaults read", "KEY", "Print a setting.", 1, 1, "", "", CommandPlace::Anywhere, runDefaultsRead},

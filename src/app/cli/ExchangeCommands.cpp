@@ -1,0 +1,161 @@
+#include "app/cli/ExchangeCommands.h"
+
+#include "app/cli/CommandLine.h"
+#include "base/JsonWriter.h"
+#include "links/ExchangeAnalysis.h"
+#include "links/ExchangeDocument.h"
+#include "links/ExchangeFile.h"
+#include "links/LinkExchange.h"
+#include "links/LinkStore.h"
+#include "platform/Clock.h"
+
+#include <QDir>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle {
+
+namespace {
+
+QString filePath(const CommandArguments &arguments, const CommandContext &context)
+{
+    return QDir::cleanPath(QDir(context.workingDirectory).absoluteFilePath(arguments.positional.at(0)));
+}
+
+std::optional<ImportMode> importMode(const QString &name)
+{
+    constexpr std::pair<QLatin1StringView, ImportMode> modes[] = {
+        {"replace"_L1, ImportMode::Replace}, {"merge"_L1, ImportMode::Merge}, {"sync"_L1, ImportMode::Sync}};
+    for (const auto &[known, mode] : modes) {
+        if (name == known)
+            return mode;
+    }
+    return std::nullopt;
+}
+
+/// What the caller should know beside the figures.
+QByteArray remarks(const PreparedImport &prepared)
+{
+    QString lines;
+    if (prepared.hasVersionMismatch)
+        lines += u"orvelle: The document is of a newer version; what this one does not know was left out.\n"_s;
+    if (prepared.droppedCount > 0)
+        lines += u"orvelle: %1 incomplete or too deeply nested items were left out.\n"_s.arg(prepared.droppedCount);
+    return lines.toUtf8();
+}
+
+QByteArray resultText(const ImportResult &result)
+{
+    QString lines = u"Imported: %1\nSkipped: %2\n"_s.arg(result.importedCount).arg(result.skippedCount);
+    if (result.quickLaunchImported)
+        lines += u"Quick launch: imported\n"_s;
+    return lines.toUtf8();
+}
+
+QByteArray resultJson(const ImportResult &result)
+{
+    JsonWriter writer;
+    writer.beginObject();
+    writer.key("importedCount");
+    writer.number(result.importedCount);
+    writer.key("skippedCount");
+    writer.number(result.skippedCount);
+    writer.key("quickLaunchImported");
+    writer.boolean(result.quickLaunchImported);
+    writer.key("hasVersionMismatch");
+    writer.boolean(result.hasVersionMismatch);
+    writer.endObject();
+    return writer.take() + '\n';
+}
+
+QByteArray analysisText(const ExchangeAnalysis &analysis)
+{
+    return u"New: %1\nChanged: %2\nEqual: %3\nOnly here: %4\n"_s.arg(analysis.added)
+        .arg(analysis.changed)
+        .arg(analysis.equal)
+        .arg(analysis.onlyHere)
+        .toUtf8();
+}
+
+QByteArray analysisJson(const ExchangeAnalysis &analysis)
+{
+    const std::pair<const char *, qint64> figures[] = {{"new", analysis.added},
+                                                       {"changed", analysis.changed},
+                                                       {"equal", analysis.equal},
+                                                       {"onlyHere", analysis.onlyHere}};
+    JsonWriter writer;
+    writer.beginObject();
+    for (const auto &[key, figure] : figures) {
+        writer.key(key);
+        writer.number(figure);
+    }
+    writer.endObject();
+    return writer.take() + '\n';
+}
+
+CommandResult analyse(const PreparedImport &prepared, bool json, const CommandContext &context)
+{
+    const ExchangeAnalysis analysis = analyseExchange(context.links.links(), prepared.items);
+    CommandResult result = CommandResult::done(json ? analysisJson(analysis) : analysisText(analysis));
+    result.err = remarks(prepared) + "orvelle: Nothing was changed; applying a synchronisation is not available yet.\n";
+    return result;
+}
+
+} // namespace
+
+CommandResult runExport(const CommandArguments &arguments, CommandContext &context)
+{
+    const QByteArray document = context.exchange.exportJSON().bytes;
+    if (arguments.positional.at(0) == u"-")
+        return CommandResult::done(document + '\n');
+    if (const auto error = writePrivateFile(filePath(arguments, context), document))
+        return CommandResult::refused(u"The document could not be written: "_s + error->sentence);
+    return CommandResult::done();
+}
+
+CommandResult runImport(const CommandArguments &arguments, CommandContext &context)
+{
+    const auto mode = importMode(arguments.options.value(u"mode"_s));
+    if (!mode)
+        return CommandResult::wrongUsage(u"import needs --mode replace, --mode merge or --mode sync"_s);
+    const auto document = readExchangeFile(filePath(arguments, context));
+    if (!document)
+        return CommandResult::refused(u"The document could not be read: "_s + document.error().sentence);
+    const auto prepared =
+        prepareImport(*document, context.links.fileBookmarks(), context.links.homeDirectory(), context.clock.now());
+    if (!prepared)
+        return CommandResult::refused(importErrorText(prepared.error()));
+    const bool json = arguments.has(u"json"_s);
+    if (*mode == ImportMode::Sync)
+        return analyse(*prepared, json, context);
+    const auto imported = context.exchange.importPrepared(*prepared, *mode);
+    if (!imported)
+        return CommandResult::refused(importErrorText(imported.error()));
+    CommandResult result = CommandResult::done(json ? resultJson(*imported) : resultText(*imported));
+    result.err = remarks(*prepared);
+    if (context.links.hasUnsavedChanges())
+        return CommandResult::refused(u"The change could not be saved."_s);
+    return result;
+}
+
+CommandResult runVerify(const CommandArguments &arguments, CommandContext &context)
+{
+    const auto document = readExchangeFile(filePath(arguments, context));
+    if (!document)
+        return CommandResult::refused(u"The document could not be read: "_s + document.error().sentence);
+    const auto report = verifyExchange(*document);
+    if (!report)
+        return CommandResult::refused(importErrorText(report.error()));
+    if (!report->stated)
+        return CommandResult::refused(
+            u"The document has no checksum; that of its links is %1."_s.arg(report->computed));
+    if (!report->matches())
+        return CommandResult::refused(
+            u"The checksum does not match: the document says %1, but its links give %2."_s.arg(
+                report->stated->left(64).simplified(), report->computed));
+    return CommandResult::done(report->computed.toLatin1() + '\n');
+}
+
+} // namespace orvelle
