@@ -9,6 +9,7 @@
 #include "ui/settings/Sections.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -57,12 +58,14 @@ QLayout *GeneralTab::makeBehaviour()
     const int inset =
         style()->pixelMetric(QStyle::PM_IndicatorWidth) + style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
     sent->setContentsMargins(inset, 0, 0, 0);
-    auto *column = new QVBoxLayout;
-    column->setSpacing(4);
-    column->addWidget(m_confirmQuit);
-    column->addWidget(m_siteIcons);
-    column->addWidget(sent);
-    return column;
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(24);
+    grid->setVerticalSpacing(4);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(m_confirmQuit, 0, 0);
+    grid->addWidget(m_siteIcons, 0, 1);
+    grid->addWidget(sent, 1, 1);
+    return grid;
 }
 
 void GeneralTab::refresh()

@@ -36,9 +36,9 @@ LinkActions::LinkActions(LinkCommands &commands, LinkStore &links, LinkTreeView 
     using C = LinkCommands;
     using K = QKeySequence;
     addLink = make("addLink", "plus", text("settings.addLink"_text), &C::addLink, K::New, Keys::Everywhere);
-    addFile = make("addFile", "doc.fill", text("settings.addFile"_text), &C::addFiles);
-    addFolder = make("addFolder", "folder", text("settings.addFolder"_text), &C::addFolder);
-    addGroup = make("addGroup", "folder.badge.plus", text("settings.addGroup"_text), &C::addGroup,
+    addFile = make("addFile", "doc.badge.plus", text("settings.addFile"_text), &C::addFiles);
+    addFolder = make("addFolder", "folder.badge.plus", text("settings.addFolder"_text), &C::addFolder);
+    addGroup = make("addGroup", "rectangle.stack.badge.plus", text("settings.addGroup"_text), &C::addGroup,
                     K(Qt::CTRL | Qt::Key_G), Keys::Everywhere);
     addNote = make("addNote", "note.text.badge.plus", text("settings.addNote"_text), &C::addNote,
                    K(Qt::CTRL | Qt::SHIFT | Qt::Key_N), Keys::Everywhere);

@@ -30,6 +30,9 @@ public:
     QAction *moveUp, *moveDown, *indent, *outdent;
     QAction *undo, *redo;
 
+    /// The groups to move the selection to, made anew each time it opens.
+    QMenu *moveMenu() const { return m_moveMenu; }
+
     /// Enables what can be done to the present selection.
     void refresh();
     void showContextMenu(const QPoint &inTree);

@@ -42,6 +42,16 @@ auto common(const LinkList &items, F question) -> std::optional<decltype(questio
     return same ? std::optional(first) : std::nullopt;
 }
 
+/// The choice of a kind's own colour.
+std::optional<QString> ownColor(const LinkItem &item)
+{
+    for (const ColorChoice &choice : allColors()) {
+        if (choice.color == displayColor(item))
+            return QString::fromLatin1(choice.key);
+    }
+    return std::nullopt;
+}
+
 QString colorName(const std::optional<QString> &key)
 {
     for (const ColorChoice &choice : allColors()) {
@@ -173,7 +183,9 @@ void LinkEditor::showLooks()
     m_iconButton->setAccessibleName(text("settings.icon"_text) + QStringLiteral(": ") + m_iconButton->text());
 
     const auto color = common(m_items, [](const LinkItem &item) { return item.customIconColor; });
-    m_colorButton->setIcon(color && *color ? colorSwatch(**color, palette()) : QIcon());
+    const auto shown = common(
+        m_items, [](const LinkItem &item) { return item.customIconColor ? item.customIconColor : ownColor(item); });
+    m_colorButton->setIcon(shown && *shown ? colorSwatch(**shown, palette()) : QIcon());
     m_colorButton->setText(color ? colorName(*color) : text("settings.various"_text));
     m_colorButton->setAccessibleName(text("settings.color"_text) + QStringLiteral(": ") + m_colorButton->text());
     m_colors->setCurrent(color.value_or(std::nullopt));

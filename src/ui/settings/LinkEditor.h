@@ -95,6 +95,7 @@ private:
     QPushButton *m_sort = nullptr;
     QPushButton *m_open = nullptr;
     QPushButton *m_reveal = nullptr;
+    QPushButton *m_move = nullptr;
     QPushButton *m_remove = nullptr;
     LinkIconChooser *m_chooser = nullptr;
 };

@@ -12,7 +12,9 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QMenu>
 #include <QPushButton>
+#include <QStyleOptionToolButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -21,6 +23,25 @@ namespace orvelle {
 namespace {
 
 constexpr int iconSide = 32;
+
+/// A button that says by an arrow that it opens something.
+class PopupButton : public QToolButton
+{
+public:
+    explicit PopupButton(QWidget *parent) : QToolButton(parent)
+    {
+        setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        setFocusPolicy(Qt::StrongFocus);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
+
+protected:
+    void initStyleOption(QStyleOptionToolButton *option) const override
+    {
+        QToolButton::initStyleOption(option);
+        option->features |= QStyleOptionToolButton::HasMenu;
+    }
+};
 
 QLabel *fieldLabel(const QString &title, QWidget *parent)
 {
@@ -131,11 +152,8 @@ void LinkEditor::addFields(QVBoxLayout &column)
 
 QToolButton *LinkEditor::makeMenuButton(const char *name)
 {
-    auto *button = new QToolButton(m_form);
+    auto *button = new PopupButton(m_form);
     button->setObjectName(QString::fromLatin1(name));
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setFocusPolicy(Qt::StrongFocus);
-    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     return button;
 }
 
@@ -173,8 +191,12 @@ void LinkEditor::addButtons(QVBoxLayout &column)
     m_open = commandButton(m_actions.open, m_form);
     m_reveal = commandButton(m_actions.reveal, m_form);
     m_remove = commandButton(m_actions.remove, m_form);
+    m_move = new QPushButton(m_actions.moveMenu()->icon(), m_actions.moveMenu()->title(), m_form);
+    m_move->setObjectName(QStringLiteral("editor.move"));
+    m_move->setAutoDefault(false);
+    m_move->setMenu(m_actions.moveMenu());
     column.addSpacing(8);
-    for (QPushButton *button : {m_sort, m_open, m_reveal, m_remove})
+    for (QPushButton *button : {m_sort, m_open, m_reveal, m_move, m_remove})
         column.addWidget(button);
     column.addStretch(1);
 }

@@ -30,9 +30,18 @@ bool isOurs(const QMimeData *data)
     return data->hasFormat(payloadType());
 }
 
+/// Whether all that is dragged are exported documents: the window takes them
+/// in, wherever they are dropped.
+bool areDocuments(const QList<QUrl> &urls)
+{
+    return std::all_of(urls.begin(), urls.end(), [](const QUrl &url) {
+        return url.isLocalFile() && url.path().endsWith(QStringLiteral(".ovexport"), Qt::CaseInsensitive);
+    });
+}
+
 bool isForeign(const QMimeData *data)
 {
-    return data->hasUrls() || data->hasText();
+    return data->hasUrls() ? !areDocuments(data->urls()) : data->hasText();
 }
 
 /// What other programs get of a drag: addresses and files.

@@ -1,36 +1,14 @@
 #include "ui/UiWorld.h"
+#include "ui/desktop/Pointer.h"
 #include "ui/settings/WidgetOrderList.h"
 
-#include <QProcess>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 namespace orvelle {
 
-namespace {
-
-QStringList moveTo(const QPoint &at)
-{
-    return {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()), QStringLiteral("sleep"),
-            QStringLiteral("0.05")};
-}
-
-/// Drags with the real pointer, in steps as a hand would.
-bool drag(const QPoint &from, const QPoint &to)
-{
-    QStringList steps = moveTo(from);
-    steps += {QStringLiteral("mousedown"), QStringLiteral("1")};
-    for (int step = 1; step <= 8; ++step)
-        steps += moveTo(from + (to - from) * step / 8);
-    steps += {QStringLiteral("sleep"), QStringLiteral("0.2"), QStringLiteral("mouseup"), QStringLiteral("1")};
-    QProcess xdotool;
-    xdotool.start(QStringLiteral("xdotool"), steps);
-    return QTest::qWaitFor([&xdotool] { return xdotool.state() == QProcess::NotRunning; }, 20000) &&
-           xdotool.exitCode() == 0;
-}
-
-} // namespace
+using test::drag;
 
 TEST(WidgetDrag, ADraggedRowMovesAndNoneIsLost)
 {
