@@ -1,5 +1,6 @@
 #include "ui/UiWorld.h"
 #include "ui/settings/InfoView.h"
+#include "ui/settings/LinkTreeView.h"
 #include "ui/settings/WidgetOrderList.h"
 
 #include <QAction>
@@ -62,10 +63,12 @@ TEST_F(SettingsTest, KeysSwitchTabsAndClose)
         Qt::KeyboardModifiers modifiers;
         int tab;
     };
-    for (const Press &press : {Press{Qt::Key_PageDown, Qt::ControlModifier, 1}, {Qt::Key_Tab, Qt::ControlModifier, 2},
+    for (const Press &press : {Press{Qt::Key_PageDown, Qt::ControlModifier, 1},
+                               {Qt::Key_Tab, Qt::ControlModifier, 2},
                                {Qt::Key_PageUp, Qt::ControlModifier, 1},
                                {Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 0},
-                               {Qt::Key_PageUp, Qt::ControlModifier, 3}, {Qt::Key_W, Qt::AltModifier, 1}}) {
+                               {Qt::Key_PageUp, Qt::ControlModifier, 3},
+                               {Qt::Key_W, Qt::AltModifier, 1}}) {
         QTest::keyClick(window.get(), press.key, press.modifiers);
         EXPECT_EQ(tabs->currentIndex(), press.tab);
     }
@@ -133,16 +136,22 @@ TEST_F(SettingsTest, DroppedDocumentsAreOpenedOnceTheDragIsOver)
 {
     open();
     auto *veil = child<QWidget>("dropVeil");
-    const auto enter = [&](const QList<QUrl> &urls) {
+    const auto enter = [&](const QList<QUrl> &urls, QWidget *over = nullptr) {
         QMimeData data;
         data.setUrls(urls);
         QDragEnterEvent event({10, 10}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
         event.ignore();
-        QApplication::sendEvent(window.get(), &event);
+        QApplication::sendEvent(over ? over : window.get(), &event);
         return event.isAccepted();
     };
     EXPECT_FALSE(enter({QUrl(QStringLiteral("https://example.org"))}));
     EXPECT_FALSE(veil->isVisible());
+    // The list makes links of other files.
+    QWidget *list = window->findChild<LinkTreeView *>()->viewport();
+    EXPECT_TRUE(enter({QUrl::fromLocalFile(QStringLiteral("/tmp/report.pdf"))}, list));
+    EXPECT_FALSE(veil->isVisible());
+    EXPECT_TRUE(enter({QUrl::fromLocalFile(QStringLiteral("/tmp/A.OVEXPORT"))}, list));
+    EXPECT_TRUE(veil->isVisible());
     const QList<QUrl> urls{QUrl::fromLocalFile(QStringLiteral("/tmp/a.ovexport")),
                            QUrl(QStringLiteral("https://example.org"))};
     for (const bool taken : {true, false}) {

@@ -233,7 +233,8 @@ void SettingsWindow::keyPressEvent(QKeyEvent *event)
 
 void SettingsWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (localFiles(*event->mimeData()).isEmpty())
+    // What is dragged about inside the program are links, not documents.
+    if (event->source() || localFiles(*event->mimeData()).isEmpty())
         return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
