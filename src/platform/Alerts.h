@@ -14,7 +14,8 @@ struct Alert {
     Style style = Style::Information;
     QString message;         ///< the title line
     QString informativeText; ///< the smaller text below it
-    QStringList buttons;     ///< at least one; the last is what Escape means
+    QStringList buttons;     ///< at least one
+    int escapeButton = -1;   ///< the one that Escape means; the last when negative
     QString symbol = {};     ///< drawn instead of the picture for the style
 };
 
