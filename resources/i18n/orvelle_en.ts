@@ -1158,117 +1158,6 @@
     <message id="note.incomplete">
         <translation>This note has contents that cannot be shown here. They are kept until you change its text.</translation>
     </message>
-    <message id="import.howTo">
-        <translation>How should its content be taken in?</translation>
-    </message>
-    <message id="import.modeDescription">
-        <translation>A copy of the present links is kept first, and the import can be undone.</translation>
-    </message>
-    <message id="import.mergeDesc">
-        <translation>Adds what is not there yet to the end of the links.</translation>
-    </message>
-    <message id="import.replaceAllDesc">
-        <translation>The links in the file take the place of all present ones.</translation>
-    </message>
-    <message id="import.syncNotYet">
-        <translation>Matching links with a document one by one comes with synchronisation, which this version does not have yet.</translation>
-    </message>
-    <message id="import.itemsInFile %lld">
-        <translation>Items: %lld</translation>
-    </message>
-    <message id="import.writtenOn %@">
-        <translation>Written: %@</translation>
-    </message>
-    <message id="import.writtenBy %@">
-        <translation>On: %@</translation>
-    </message>
-    <message id="import.versionWarning">
-        <translation>This document was written by a newer version of Orvelle. What this version does not know is left out.</translation>
-    </message>
-    <message id="import.confirm">
-        <translation>Import</translation>
-    </message>
-    <message id="import.bookmarksTitle">
-        <translation>Import bookmarks</translation>
-    </message>
-    <message id="import.linkFolderTitle">
-        <translation>Import a folder of link files</translation>
-    </message>
-    <message id="import.linkFiles">
-        <translation>Links</translation>
-    </message>
-    <message id="import.working">
-        <translation>Importing…</translation>
-    </message>
-    <message id="import.finished">
-        <translation>Import finished</translation>
-    </message>
-    <message id="import.nothingNew">
-        <translation>There was nothing new to import</translation>
-    </message>
-    <message id="import.undo">
-        <translation>Undo import</translation>
-    </message>
-    <message id="import.undoRefused">
-        <translation>The links have changed since the import. The state before it is among the kept copies in the settings.</translation>
-    </message>
-    <message id="import.imported">
-        <translation>Items imported:</translation>
-    </message>
-    <message id="import.added">
-        <translation>Items added:</translation>
-    </message>
-    <message id="import.duplicatesDetected">
-        <translation>Already there, not added again:</translation>
-    </message>
-    <message id="import.dropped">
-        <translation>Left out because incomplete or nested too deeply:</translation>
-    </message>
-    <message id="import.quickLaunchImported">
-        <translation>The quick launch apps were taken over.</translation>
-    </message>
-    <message id="import.foldedFolders">
-        <translation>Folders merged into the one above, as groups have three levels:</translation>
-    </message>
-    <message id="import.leftOutAddresses">
-        <translation>Addresses left out because they run code or work only in a browser:</translation>
-    </message>
-    <message id="import.unreadableFiles">
-        <translation>Files and folders that could not be read as links:</translation>
-    </message>
-    <message id="import.otherFiles">
-        <translation>Other files, not imported:</translation>
-    </message>
-    <message id="export.title">
-        <translation>Export</translation>
-    </message>
-    <message id="export.bookmarksTitle">
-        <translation>Export bookmarks</translation>
-    </message>
-    <message id="export.working">
-        <translation>Exporting…</translation>
-    </message>
-    <message id="export.finished %@">
-        <translation>“%@” was saved</translation>
-    </message>
-    <message id="export.items">
-        <translation>Items exported:</translation>
-    </message>
-    <message id="export.notesLeftOut">
-        <translation>Notes, which a bookmark file cannot hold, left out:</translation>
-    </message>
-    <message id="error.export %@">
-        <translation>The file could not be saved: %@</translation>
-    </message>
-    <message id="exchange.documents">
-        <translation>Orvelle documents</translation>
-    </message>
-    <message id="exchange.bookmarkFiles">
-        <translation>Bookmark files</translation>
-    </message>
-    <message id="exchange.allFiles">
-        <translation>All files</translation>
-    </message>
     <message id="widget.mode">
         <translation>Show in the menu:</translation>
     </message>
@@ -1414,6 +1303,117 @@ You can change or remove everything here.</translation>
     </message>
     <message id="import.checksumError">
         <translation>The document’s checksum is wrong: it was damaged or changed by hand.</translation>
+    </message>
+    <message id="import.howTo">
+        <translation>How should its content be taken in?</translation>
+    </message>
+    <message id="import.modeDescription">
+        <translation>A copy of the present links is kept first, and the import can be undone.</translation>
+    </message>
+    <message id="import.mergeDesc">
+        <translation>Adds what is not there yet to the end of the links.</translation>
+    </message>
+    <message id="import.replaceAllDesc">
+        <translation>The links in the file take the place of all present ones.</translation>
+    </message>
+    <message id="import.syncNotYet">
+        <translation>Matching links with a document one by one comes with synchronisation, which this version does not have yet.</translation>
+    </message>
+    <message id="import.itemsInFile %lld">
+        <translation>Items: %lld</translation>
+    </message>
+    <message id="import.writtenOn %@">
+        <translation>Written: %@</translation>
+    </message>
+    <message id="import.writtenBy %@">
+        <translation>On: %@</translation>
+    </message>
+    <message id="import.versionWarning">
+        <translation>This document was written by a newer version of Orvelle. What this version does not know is left out.</translation>
+    </message>
+    <message id="import.confirm">
+        <translation>Import</translation>
+    </message>
+    <message id="import.bookmarksTitle">
+        <translation>Import bookmarks</translation>
+    </message>
+    <message id="import.linkFolderTitle">
+        <translation>Import a folder of link files</translation>
+    </message>
+    <message id="import.linkFiles">
+        <translation>Links</translation>
+    </message>
+    <message id="import.working">
+        <translation>Importing…</translation>
+    </message>
+    <message id="import.finished">
+        <translation>Import finished</translation>
+    </message>
+    <message id="import.nothingNew">
+        <translation>There was nothing new to import</translation>
+    </message>
+    <message id="import.undo">
+        <translation>Undo import</translation>
+    </message>
+    <message id="import.undoRefused">
+        <translation>The links have changed since the import. The state before it is among the kept copies in the settings.</translation>
+    </message>
+    <message id="import.imported">
+        <translation>Items imported:</translation>
+    </message>
+    <message id="import.added">
+        <translation>Items added:</translation>
+    </message>
+    <message id="import.duplicatesDetected">
+        <translation>Already there, not added again:</translation>
+    </message>
+    <message id="import.dropped">
+        <translation>Incomplete or too deeply nested, left out:</translation>
+    </message>
+    <message id="import.quickLaunchImported">
+        <translation>The quick launch apps were taken over.</translation>
+    </message>
+    <message id="import.foldedFolders">
+        <translation>Folders merged into their parent:</translation>
+    </message>
+    <message id="import.leftOutAddresses">
+        <translation>Unsafe or browser-only addresses left out:</translation>
+    </message>
+    <message id="import.unreadableFiles">
+        <translation>Files and folders that could not be read:</translation>
+    </message>
+    <message id="import.otherFiles">
+        <translation>Other files, not imported:</translation>
+    </message>
+    <message id="export.title">
+        <translation>Export</translation>
+    </message>
+    <message id="export.bookmarksTitle">
+        <translation>Export bookmarks</translation>
+    </message>
+    <message id="export.working">
+        <translation>Exporting…</translation>
+    </message>
+    <message id="export.finished %@">
+        <translation>“%@” was saved</translation>
+    </message>
+    <message id="export.items">
+        <translation>Items exported:</translation>
+    </message>
+    <message id="export.notesLeftOut">
+        <translation>Notes left out:</translation>
+    </message>
+    <message id="error.export %@">
+        <translation>The file could not be saved: %@</translation>
+    </message>
+    <message id="exchange.documents">
+        <translation>Orvelle documents</translation>
+    </message>
+    <message id="exchange.bookmarkFiles">
+        <translation>Bookmark files</translation>
+    </message>
+    <message id="exchange.allFiles">
+        <translation>All files</translation>
     </message>
 </context>
 </TS>

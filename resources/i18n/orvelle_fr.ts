@@ -1158,117 +1158,6 @@
     <message id="note.incomplete">
         <translation>Cette note comporte des éléments qui ne peuvent pas être affichés ici. Ils sont conservés tant que vous ne modifiez pas son texte.</translation>
     </message>
-    <message id="import.howTo">
-        <translation>Comment reprendre son contenu ?</translation>
-    </message>
-    <message id="import.modeDescription">
-        <translation>Une copie des liens actuels est d’abord conservée, et l’importation peut être annulée.</translation>
-    </message>
-    <message id="import.mergeDesc">
-        <translation>Ajoute à la fin des liens ce qui n’y est pas encore.</translation>
-    </message>
-    <message id="import.replaceAllDesc">
-        <translation>Les liens du fichier prennent la place de tous les liens actuels.</translation>
-    </message>
-    <message id="import.syncNotYet">
-        <translation>Le rapprochement des liens un à un avec un document viendra avec la synchronisation, que cette version n’offre pas encore.</translation>
-    </message>
-    <message id="import.itemsInFile %lld">
-        <translation>Éléments : %lld</translation>
-    </message>
-    <message id="import.writtenOn %@">
-        <translation>Enregistré : %@</translation>
-    </message>
-    <message id="import.writtenBy %@">
-        <translation>Sur : %@</translation>
-    </message>
-    <message id="import.versionWarning">
-        <translation>Ce document provient d’une version plus récente d’Orvelle. Ce que cette version ne connaît pas est laissé de côté.</translation>
-    </message>
-    <message id="import.confirm">
-        <translation>Importer</translation>
-    </message>
-    <message id="import.bookmarksTitle">
-        <translation>Importer des signets</translation>
-    </message>
-    <message id="import.linkFolderTitle">
-        <translation>Importer un dossier de fichiers de lien</translation>
-    </message>
-    <message id="import.linkFiles">
-        <translation>Liens</translation>
-    </message>
-    <message id="import.working">
-        <translation>Importation…</translation>
-    </message>
-    <message id="import.finished">
-        <translation>Importation terminée</translation>
-    </message>
-    <message id="import.nothingNew">
-        <translation>Il n’y avait rien de nouveau à importer</translation>
-    </message>
-    <message id="import.undo">
-        <translation>Annuler l’importation</translation>
-    </message>
-    <message id="import.undoRefused">
-        <translation>Les liens ont changé depuis l’importation. L’état précédent figure parmi les copies conservées, dans les réglages.</translation>
-    </message>
-    <message id="import.imported">
-        <translation>Éléments importés :</translation>
-    </message>
-    <message id="import.added">
-        <translation>Éléments ajoutés :</translation>
-    </message>
-    <message id="import.duplicatesDetected">
-        <translation>Déjà présents, non ajoutés :</translation>
-    </message>
-    <message id="import.dropped">
-        <translation>Écartés car incomplets ou trop imbriqués :</translation>
-    </message>
-    <message id="import.quickLaunchImported">
-        <translation>Les apps de lancement rapide ont été reprises.</translation>
-    </message>
-    <message id="import.foldedFolders">
-        <translation>Dossiers fondus dans le dossier parent, les groupes ayant trois niveaux :</translation>
-    </message>
-    <message id="import.leftOutAddresses">
-        <translation>Adresses écartées car elles exécutent du code ou ne valent que dans un navigateur :</translation>
-    </message>
-    <message id="import.unreadableFiles">
-        <translation>Fichiers et dossiers illisibles en tant que liens :</translation>
-    </message>
-    <message id="import.otherFiles">
-        <translation>Autres fichiers, non importés :</translation>
-    </message>
-    <message id="export.title">
-        <translation>Exporter</translation>
-    </message>
-    <message id="export.bookmarksTitle">
-        <translation>Exporter des signets</translation>
-    </message>
-    <message id="export.working">
-        <translation>Exportation…</translation>
-    </message>
-    <message id="export.finished %@">
-        <translation>« %@ » a été enregistré</translation>
-    </message>
-    <message id="export.items">
-        <translation>Éléments exportés :</translation>
-    </message>
-    <message id="export.notesLeftOut">
-        <translation>Notes écartées, un fichier de signets ne pouvant en contenir :</translation>
-    </message>
-    <message id="error.export %@">
-        <translation>Le fichier n’a pas pu être enregistré : %@</translation>
-    </message>
-    <message id="exchange.documents">
-        <translation>Documents Orvelle</translation>
-    </message>
-    <message id="exchange.bookmarkFiles">
-        <translation>Fichiers de signets</translation>
-    </message>
-    <message id="exchange.allFiles">
-        <translation>Tous les fichiers</translation>
-    </message>
     <message id="widget.mode">
         <translation>Dans le menu :</translation>
     </message>
@@ -1414,6 +1303,117 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="import.checksumError">
         <translation>La somme de contrôle du document est fausse : il a été endommagé ou modifié à la main.</translation>
+    </message>
+    <message id="import.howTo">
+        <translation>Comment reprendre son contenu ?</translation>
+    </message>
+    <message id="import.modeDescription">
+        <translation>Une copie des liens actuels est d’abord conservée, et l’importation peut être annulée.</translation>
+    </message>
+    <message id="import.mergeDesc">
+        <translation>Ajoute à la fin des liens ce qui n’y est pas encore.</translation>
+    </message>
+    <message id="import.replaceAllDesc">
+        <translation>Les liens du fichier prennent la place de tous les liens actuels.</translation>
+    </message>
+    <message id="import.syncNotYet">
+        <translation>Le rapprochement des liens un à un avec un document viendra avec la synchronisation, que cette version n’offre pas encore.</translation>
+    </message>
+    <message id="import.itemsInFile %lld">
+        <translation>Éléments : %lld</translation>
+    </message>
+    <message id="import.writtenOn %@">
+        <translation>Enregistré : %@</translation>
+    </message>
+    <message id="import.writtenBy %@">
+        <translation>Sur : %@</translation>
+    </message>
+    <message id="import.versionWarning">
+        <translation>Ce document provient d’une version plus récente d’Orvelle. Ce que cette version ne connaît pas est laissé de côté.</translation>
+    </message>
+    <message id="import.confirm">
+        <translation>Importer</translation>
+    </message>
+    <message id="import.bookmarksTitle">
+        <translation>Importer des signets</translation>
+    </message>
+    <message id="import.linkFolderTitle">
+        <translation>Importer un dossier de fichiers de lien</translation>
+    </message>
+    <message id="import.linkFiles">
+        <translation>Liens</translation>
+    </message>
+    <message id="import.working">
+        <translation>Importation…</translation>
+    </message>
+    <message id="import.finished">
+        <translation>Importation terminée</translation>
+    </message>
+    <message id="import.nothingNew">
+        <translation>Il n’y avait rien de nouveau à importer</translation>
+    </message>
+    <message id="import.undo">
+        <translation>Annuler l’importation</translation>
+    </message>
+    <message id="import.undoRefused">
+        <translation>Les liens ont changé depuis l’importation. L’état précédent figure parmi les copies conservées, dans les réglages.</translation>
+    </message>
+    <message id="import.imported">
+        <translation>Éléments importés :</translation>
+    </message>
+    <message id="import.added">
+        <translation>Éléments ajoutés :</translation>
+    </message>
+    <message id="import.duplicatesDetected">
+        <translation>Déjà présents, non ajoutés :</translation>
+    </message>
+    <message id="import.dropped">
+        <translation>Incomplets ou trop imbriqués, écartés :</translation>
+    </message>
+    <message id="import.quickLaunchImported">
+        <translation>Les apps de lancement rapide ont été reprises.</translation>
+    </message>
+    <message id="import.foldedFolders">
+        <translation>Dossiers fondus dans leur parent :</translation>
+    </message>
+    <message id="import.leftOutAddresses">
+        <translation>Adresses écartées (dangereuses ou internes) :</translation>
+    </message>
+    <message id="import.unreadableFiles">
+        <translation>Fichiers et dossiers illisibles :</translation>
+    </message>
+    <message id="import.otherFiles">
+        <translation>Autres fichiers, non importés :</translation>
+    </message>
+    <message id="export.title">
+        <translation>Exporter</translation>
+    </message>
+    <message id="export.bookmarksTitle">
+        <translation>Exporter des signets</translation>
+    </message>
+    <message id="export.working">
+        <translation>Exportation…</translation>
+    </message>
+    <message id="export.finished %@">
+        <translation>« %@ » a été enregistré</translation>
+    </message>
+    <message id="export.items">
+        <translation>Éléments exportés :</translation>
+    </message>
+    <message id="export.notesLeftOut">
+        <translation>Notes écartées :</translation>
+    </message>
+    <message id="error.export %@">
+        <translation>Le fichier n’a pas pu être enregistré : %@</translation>
+    </message>
+    <message id="exchange.documents">
+        <translation>Documents Orvelle</translation>
+    </message>
+    <message id="exchange.bookmarkFiles">
+        <translation>Fichiers de signets</translation>
+    </message>
+    <message id="exchange.allFiles">
+        <translation>Tous les fichiers</translation>
     </message>
 </context>
 </TS>

@@ -85,6 +85,12 @@ protected:
         return world.alerts.shown.value(count - 1);
     }
 
+    /// With plain blanks before the numbers.
+    static QString lines(const Alert &alert)
+    {
+        return QString(alert.informativeText).replace(QChar(QChar::Nbsp), u' ');
+    }
+
     template<typename Dialog>
     static Dialog *nextDialog()
     {
@@ -140,7 +146,7 @@ TEST_F(ExchangeControllerTest, ImportsADocumentTheWayTheUserChooses)
         ASSERT_TRUE(controller.openDropped({write("Mine.OVEXPORT", document("a x"))}, &window));
         userChoosesMode(QString::fromUtf16(mode));
         const Alert alert = nextAlert();
-        EXPECT_EQ(alert.informativeText.toStdString(), said);
+        EXPECT_EQ(lines(alert).toStdString(), said);
         EXPECT_EQ(shown(), QString::fromUtf16(outline));
         EXPECT_EQ(settings.menuletIcon, u"bolt");
         ASSERT_EQ(alert.buttons.size(), 2);
@@ -202,8 +208,7 @@ TEST_F(ExchangeControllerTest, ImportsBookmarksAndLinkFilesAsOneStep)
     ASSERT_TRUE(controller.openDropped({bookmarks}, &window));
     const Alert alert = nextAlert();
     EXPECT_EQ(shown(), u"a g[b] My marks[p q]");
-    EXPECT_TRUE(alert.informativeText.startsWith(u"Items added: 3\nAddresses left out"))
-        << alert.informativeText.toStdString();
+    EXPECT_TRUE(lines(alert).endsWith(u"addresses left out: 1")) << alert.informativeText.toStdString();
     world.alerts.userChooses(1);
     EXPECT_TRUE(isAsBefore());
 
@@ -237,7 +242,7 @@ TEST_F(ExchangeControllerTest, ExportsWhatItImportsAgain)
     userSavesAs(path, &suggested);
     EXPECT_EQ(suggested,
               u"Orvelle %1.ovexport"_s.arg(world.clock.now().toDateTime().toLocalTime().date().toString(Qt::ISODate)));
-    EXPECT_EQ(nextAlert().informativeText, u"Items exported: 3");
+    EXPECT_EQ(lines(nextAlert()), u"Items exported: 3");
     EXPECT_EQ(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser), QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_EQ(world.defaults.get<QString>(ExchangeFiles::lastFolderKey()), world.folder.path());
 

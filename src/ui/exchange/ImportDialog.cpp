@@ -51,7 +51,6 @@ QLabel *descriptionOf(const QRadioButton *button, const QString &text)
     option.initFrom(button);
     option.rect = {0, 0, columnWidth, button->sizeHint().height()};
     label->setIndent(button->style()->subElementRect(QStyle::SE_RadioButtonContents, &option, button).left());
-    label->setEnabled(button->isEnabled());
     return label;
 }
 
@@ -123,9 +122,11 @@ void ImportDialog::addModes(QVBoxLayout *column)
         button->setFont(font);
         m_modes->addButton(button, static_cast<int>(mode.mode));
         QLabel *description = descriptionOf(button, text(mode.description));
-        column->addSpacing(4);
-        column->addWidget(button);
-        column->addWidget(description);
+        auto *rows = new QVBoxLayout;
+        rows->setSpacing(2);
+        rows->addWidget(button);
+        rows->addWidget(description);
+        column->addLayout(rows);
     }
     m_modes->button(static_cast<int>(ImportMode::Merge))->setChecked(true);
     column->addSpacing(8);

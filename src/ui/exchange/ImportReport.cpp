@@ -12,7 +12,7 @@ namespace {
 void addCount(QStringList &lines, TextKey label, qint64 count)
 {
     if (count > 0)
-        lines += text(label) + u' ' + QLocale().toString(count);
+        lines += text(label) + QChar(QChar::Nbsp) + QLocale().toString(count);
 }
 
 Alert report(bool changed, const QStringList &lines)
