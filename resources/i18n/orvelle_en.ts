@@ -945,9 +945,6 @@
     <message id="settings.newGroupName">
         <translation>New group</translation>
     </message>
-    <message id="settings.reveal">
-        <translation>Show in the file manager</translation>
-    </message>
     <message id="settings.indent">
         <translation>Move into the group above</translation>
     </message>
@@ -1414,6 +1411,9 @@ You can change or remove everything here.</translation>
     </message>
     <message id="exchange.allFiles">
         <translation>All files</translation>
+    </message>
+    <message id="settings.reveal">
+        <translation>Show in the file manager</translation>
     </message>
 </context>
 </TS>

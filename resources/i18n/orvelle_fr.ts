@@ -945,9 +945,6 @@
     <message id="settings.newGroupName">
         <translation>Nouveau groupe</translation>
     </message>
-    <message id="settings.reveal">
-        <translation>Afficher dans le gestionnaire de fichiers</translation>
-    </message>
     <message id="settings.indent">
         <translation>Placer dans le groupe précédent</translation>
     </message>
@@ -1414,6 +1411,9 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="exchange.allFiles">
         <translation>Tous les fichiers</translation>
+    </message>
+    <message id="settings.reveal">
+        <translation>Montrer l’emplacement</translation>
     </message>
 </context>
 </TS>

@@ -71,6 +71,7 @@ TEST_F(SettingsTest, KeysSwitchTabsAndClose)
                                {Qt::Key_W, Qt::AltModifier, 1}}) {
         QTest::keyClick(window.get(), press.key, press.modifiers);
         EXPECT_EQ(tabs->currentIndex(), press.tab);
+        EXPECT_TRUE(tabs->currentWidget()->isAncestorOf(QApplication::focusWidget())) << press.tab;
     }
     QTest::keyClick(tabs->currentWidget(), Qt::Key_Escape);
     EXPECT_FALSE(window->isVisible());

@@ -60,6 +60,18 @@ QStringList localFiles(const QMimeData &data)
     return paths;
 }
 
+/// What in `page` the keyboard starts with: what it left, or the first widget.
+QWidget *firstToFocus(QWidget *page)
+{
+    if (QWidget *left = page->focusWidget(); left && left->isVisible())
+        return left;
+    for (QWidget *next = page->nextInFocusChain(); next != page; next = next->nextInFocusChain()) {
+        if (page->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) && next->isEnabled() && next->isVisible())
+            return next;
+    }
+    return page;
+}
+
 template<typename T>
 void writeIfNew(UserDefaults &defaults, const QString &key, const T &value)
 {
@@ -99,6 +111,13 @@ public:
     {
         const int count = tabs->count();
         tabs->setCurrentIndex((tabs->currentIndex() + by + count) % count);
+    }
+
+    /// Not while the keyboard is about the row of tabs.
+    void focusPage()
+    {
+        if (!tabs->tabBar()->hasFocus())
+            firstToFocus(tabs->currentWidget())->setFocus();
     }
 
     void showWelcome() { (new InfoView(services, window))->open(); }
@@ -186,6 +205,7 @@ SettingsWindow::SettingsWindow(const SettingsServices &services, QWidget *parent
     connect(&services.notifications, &Notifications::debugModeChanged, this, [this] { m_p->showDebugMode(); });
     m_p->showDebugMode();
     m_p->restoreState();
+    connect(m_p->tabs, &QTabWidget::currentChanged, this, [this] { m_p->focusPage(); });
 }
 
 SettingsWindow::~SettingsWindow() = default;
@@ -206,6 +226,7 @@ void SettingsWindow::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (std::exchange(m_p->hasAppeared, true))
         return;
+    m_p->focusPage();
     UserDefaults &defaults = m_p->services.defaults;
     if (defaults.get<bool>(launchedBeforeKey()).value_or(false))
         return;
