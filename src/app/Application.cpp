@@ -28,18 +28,28 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
       m_workspace(surroundings.sessionBus),
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
+      m_widgets(widgetSurroundings()),
       m_presenter(&childEntries),
       m_importer({m_core.links, m_core.exchange, m_core.exchangeSettings, *m_core.defaults, surroundings.alerts,
                   m_core.clock}),
       m_windows(windowServices()),
       m_menuBar(menuBarServices()),
-      m_delegate({m_menuBar, m_core.jobs, *m_core.defaults, m_core.clock, surroundings.alerts, m_windows, m_powerEvents,
-                  m_importer, &Windows::bringToFront}),
+      m_timerToolTip(m_widgets.timer, m_statusItem, m_core.clock, m_core.notifications),
+      m_delegate({m_menuBar, m_widgets.jobs, *m_core.defaults, m_core.clock, surroundings.alerts, m_windows,
+                  m_powerEvents, m_importer, &Windows::bringToFront}),
       m_storageAlerts(*m_core.defaults, m_core.links, surroundings.alerts)
 {
+    m_presenter.setWidgetRowFactory(
+        [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
 }
 
 Application::~Application() = default;
+
+WidgetServices::Surroundings Application::widgetSurroundings()
+{
+    return {*m_core.defaults,      m_core.debugMode, m_core.notifications,      m_powerEvents,         m_core.clock,
+            m_surroundings.alerts, m_core.jobs,      m_surroundings.sessionBus, &Windows::bringToFront};
+}
 
 MenuBarManager::Services Application::menuBarServices()
 {
@@ -48,7 +58,7 @@ MenuBarManager::Services Application::menuBarServices()
             m_surroundings.alerts, m_folderChooser,
             m_workspace,           m_statusItem,
             m_presenter,           m_windows,
-            m_core.jobs,           m_core.widgetOrder,
+            m_widgets.jobs,        m_core.widgetOrder,
             symbolImage,           [this] { requestQuit(); }};
 }
 
@@ -57,7 +67,8 @@ Windows::Services Application::windowServices()
     return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock, m_core.debugMode,
              [this](const QUrl &url) { return m_workspace.openUrl(url); }},
             {m_core.links, m_core.volumes, m_core.clock},
-            [this](AppWindows &windows) { return settingsServices(windows); }};
+            [this](AppWindows &windows) { return settingsServices(windows); },
+            [this](qint64 seconds) { m_widgets.timer.start(seconds); }};
 }
 
 SettingsServices Application::settingsServices(AppWindows &windows)
@@ -77,7 +88,8 @@ SettingsServices Application::settingsServices(AppWindows &windows)
             [this](const LinkItem &item) { m_menuBar.openLink(item); },
             [this](const QString &path) { m_workspace.reveal(path); },
             [this](const QString &folder) { m_workspace.showFolder(folder); },
-            {versionText(), buildText(), m_core.defaults->path(), m_core.folders.data}};
+            {versionText(), buildText(), m_core.defaults->path(), m_core.folders.data},
+            m_widgets.sections};
 }
 
 void Application::start()

@@ -3,10 +3,12 @@
 #include "app/AppDelegate.h"
 #include "app/CoreServices.h"
 #include "app/StorageAlerts.h"
+#include "app/WidgetServices.h"
 #include "app/Windows.h"
 #include "app/cli/CommandContext.h"
 #include "app/cli/CommandResult.h"
 #include "menubar/MenuBarManager.h"
+#include "menubar/TimerToolTip.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/GioWorkspace.h"
@@ -54,6 +56,7 @@ private:
     QStringList recentLog() const override { return m_surroundings.log.recentLines(); }
 
     MenuBarManager::Services menuBarServices();
+    WidgetServices::Surroundings widgetSurroundings();
     Windows::Services windowServices();
     SettingsServices settingsServices(AppWindows &windows);
     CommandContext commandContext(const QString &workingDirectory);
@@ -71,10 +74,12 @@ private:
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
     MenuPopup m_presenter;
+    WidgetServices m_widgets;
     ExchangeController m_importer;
     Windows m_windows;
     MenuBarManager m_menuBar;
     AppDelegate m_delegate;
+    TimerToolTip m_timerToolTip;
     StorageAlerts m_storageAlerts;
 };
 

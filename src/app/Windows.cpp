@@ -24,6 +24,7 @@ Windows::~Windows()
 {
     delete m_settings;
     delete m_quickAdd;
+    delete m_customTimer;
 }
 
 void Windows::openSettings()
@@ -55,6 +56,13 @@ void Windows::closeSettings()
 }
 
 void Windows::bringToFront()
+void Windows::openTimerCustom()
+{
+    if (!m_customTimer)
+        m_customTimer = new CustomTimerView(m_services.startTimer, {});
+    present(m_customTimer);
+}
+
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && window->windowType() != Qt::Popup && window->windowType() != Qt::ToolTip) {

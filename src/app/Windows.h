@@ -4,6 +4,7 @@
 #include "ui/notes/NoteEditors.h"
 #include "ui/quickadd/QuickAddPanel.h"
 #include "ui/settings/SettingsWindow.h"
+#include "ui/timer/CustomTimerView.h"
 
 #include <QPointer>
 
@@ -18,6 +19,7 @@ public:
         NoteEditorServices notes;
         QuickAddServices quickAdd;
         std::function<SettingsServices(AppWindows &)> settings;
+        std::function<void(qint64 seconds)> startTimer;
     };
     explicit Windows(Services services);
     ~Windows() override;
@@ -25,8 +27,7 @@ public:
     void openSettings() override;
     void openQuickAdd(const std::optional<QUuid> &preselectedGroup) override;
     void openNoteEditor(const QUuid &noteId) override;
-    /// There is no timer in this version whose panel could be opened.
-    void openTimerCustom() override {}
+    void openTimerCustom() override;
     void closeSettings() override;
 
     void saveNotes() { m_notes.saveAll(); }
@@ -40,4 +41,5 @@ private:
     QPointer<QuickAddPanel> m_quickAdd;
 };
 
+    QPointer<CustomTimerView> m_customTimer;
 } // namespace orvelle

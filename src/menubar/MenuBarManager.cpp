@@ -67,7 +67,7 @@ void MenuBarManager::registerObservers()
     AppWindows &windows = m_services.windows;
     connect(&n, &Notifications::openQuickAdd, this, [&windows] { windows.openQuickAdd(std::nullopt); });
     connect(&n, &Notifications::openNoteEditor, this, [&windows](const QUuid &id) { windows.openNoteEditor(id); });
-    connect(&n, &Notifications::openTimerCustom, this, [&windows] { windows.openTimerCustom(); });
+    connect(&n, &Notifications::openTimerCustom, this, &MenuBarManager::openTimerCustom);
     connect(&n, &Notifications::openAppSettings, this, [&windows] { windows.openSettings(); });
     connect(&n, &Notifications::menuletIconChanged, this, &MenuBarManager::updateMenuletIcon);
     // The menu is built anew at each opening, so a change of quick launch, of a
@@ -217,6 +217,16 @@ void MenuBarManager::quitApp()
 
 void MenuBarManager::checkAndRepairBookmarks()
 {
+void MenuBarManager::openTimerCustom()
+{
+    if (!m_services.presenter.isOpen())
+        return m_services.windows.openTimerCustom();
+    m_services.presenter.close();
+    // After the menu has given the focus back, so that the window gets it.
+    QMetaObject::invokeMethod(
+        this, [this] { m_services.windows.openTimerCustom(); }, Qt::QueuedConnection);
+}
+
     if (!m_services.links.refreshStaleBookmarks())
         return;
     qCInfo(lcMenuBar, "Some file links cannot be resolved; offering the repair");

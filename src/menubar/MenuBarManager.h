@@ -96,6 +96,7 @@ private:
     void globalShortcutChanged();
 
     Services m_services;
+    void openTimerCustom();
     MenuBuilder m_builder;
     LinkOpener m_opener;
     std::optional<Timestamp> m_dismissedAt; ///< when a press beside it closed a menu
