@@ -55,8 +55,8 @@ private:
     void quitSoon() override;
     QStringList recentLog() const override { return m_surroundings.log.recentLines(); }
 
-    MenuBarManager::Services menuBarServices();
     WidgetServices::Surroundings widgetSurroundings();
+    MenuBarManager::Services menuBarServices();
     Windows::Services windowServices();
     SettingsServices settingsServices(AppWindows &windows);
     CommandContext commandContext(const QString &workingDirectory);
@@ -73,13 +73,13 @@ private:
     QtFolderChooser m_folderChooser;
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
-    MenuPopup m_presenter;
     WidgetServices m_widgets;
+    MenuPopup m_presenter;
     ExchangeController m_importer;
     Windows m_windows;
     MenuBarManager m_menuBar;
-    AppDelegate m_delegate;
     TimerToolTip m_timerToolTip;
+    AppDelegate m_delegate;
     StorageAlerts m_storageAlerts;
 };
 

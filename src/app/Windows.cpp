@@ -49,13 +49,6 @@ void Windows::openNoteEditor(const QUuid &noteId)
         present(window);
 }
 
-void Windows::closeSettings()
-{
-    if (m_settings)
-        m_settings->close();
-}
-
-void Windows::bringToFront()
 void Windows::openTimerCustom()
 {
     if (!m_customTimer)
@@ -63,6 +56,13 @@ void Windows::openTimerCustom()
     present(m_customTimer);
 }
 
+void Windows::closeSettings()
+{
+    if (m_settings)
+        m_settings->close();
+}
+
+void Windows::bringToFront()
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && window->windowType() != Qt::Popup && window->windowType() != Qt::ToolTip) {

@@ -39,7 +39,7 @@ private:
     NoteEditors m_notes;
     QPointer<SettingsWindow> m_settings;
     QPointer<QuickAddPanel> m_quickAdd;
+    QPointer<CustomTimerView> m_customTimer;
 };
 
-    QPointer<CustomTimerView> m_customTimer;
 } // namespace orvelle

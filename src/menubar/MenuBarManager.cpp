@@ -208,15 +208,6 @@ void MenuBarManager::createAndOpenQuickNote()
     m_services.windows.openNoteEditor(note.id);
 }
 
-void MenuBarManager::quitApp()
-{
-    // A failed write only means that the user is asked; the store reports it.
-    static_cast<void>(m_services.defaults.write(QStringLiteral("SkipQuitConfirmation"), true));
-    m_services.terminate();
-}
-
-void MenuBarManager::checkAndRepairBookmarks()
-{
 void MenuBarManager::openTimerCustom()
 {
     if (!m_services.presenter.isOpen())
@@ -227,6 +218,15 @@ void MenuBarManager::openTimerCustom()
         this, [this] { m_services.windows.openTimerCustom(); }, Qt::QueuedConnection);
 }
 
+void MenuBarManager::quitApp()
+{
+    // A failed write only means that the user is asked; the store reports it.
+    static_cast<void>(m_services.defaults.write(QStringLiteral("SkipQuitConfirmation"), true));
+    m_services.terminate();
+}
+
+void MenuBarManager::checkAndRepairBookmarks()
+{
     if (!m_services.links.refreshStaleBookmarks())
         return;
     qCInfo(lcMenuBar, "Some file links cannot be resolved; offering the repair");

@@ -93,10 +93,10 @@ private:
     bool closesOpenMenu();
     void hostChanged(StatusItem::Host host);
     void tellThereIsNoTray();
+    void openTimerCustom();
     void globalShortcutChanged();
 
     Services m_services;
-    void openTimerCustom();
     MenuBuilder m_builder;
     LinkOpener m_opener;
     std::optional<Timestamp> m_dismissedAt; ///< when a press beside it closed a menu
