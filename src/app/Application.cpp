@@ -126,6 +126,11 @@ void Application::openSettings()
     m_windows.openSettings();
 }
 
+void Application::openQuickAdd(const QString &address)
+{
+    m_windows.openQuickAdd(address);
+}
+
 void Application::openFiles(const QStringList &paths)
 {
     m_delegate.openFiles(paths);
@@ -147,6 +152,8 @@ void Application::performAction(const QString &name)
         toggleMenu();
     else if (name == u"settings")
         openSettings();
+    else if (name == u"quick-add")
+        openQuickAdd(QString());
     else
         qCInfo(lcApplication, "An unknown action was asked for");
 }

@@ -42,6 +42,7 @@ public:
     void start();
 
     void openSettings() override;
+    void openQuickAdd(const QString &address) override;
     void openFiles(const QStringList &paths) override;
     /// A command from another process.
     CommandResult runCommand(const QStringList &arguments, const QString &workingDirectory);

@@ -159,6 +159,9 @@ int Launcher::runCommand(const CommandCall &call)
             return finish(notRunning());
         if (call.command->place == CommandPlace::Anywhere)
             return finish(runLoneCommand(call, m_workingDirectory));
+        // The toolkit holds back what arrives on the bus until the first event
+        // loop runs, and forgets to let go with the application object.
+        QCoreApplication::processEvents();
     }
     QLoggingCategory::setFilterRules(QString());
     return runApplication(call);
@@ -271,7 +274,7 @@ int Launcher::becomeApplication(GuiApplication &app, Application *&running, cons
     if (const auto *files = std::get_if<OpenFiles>(&first))
         application.openFiles(files->paths);
     else if (std::holds_alternative<CommandCall>(first))
-        application.openSettings();
+        finish(application.runCommand(m_arguments, m_workingDirectory));
     const int code = app.exec();
     app.quitRequested = nullptr;
     running = nullptr;

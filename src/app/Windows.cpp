@@ -43,6 +43,13 @@ void Windows::openQuickAdd(const std::optional<QUuid> &preselectedGroup)
     present(m_quickAdd);
 }
 
+void Windows::openQuickAdd(const QString &address)
+{
+    openQuickAdd(std::nullopt);
+    if (!address.isEmpty())
+        m_quickAdd->setAddress(address);
+}
+
 void Windows::openNoteEditor(const QUuid &noteId)
 {
     if (NoteEditorWindow *window = m_notes.open(noteId))

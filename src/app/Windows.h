@@ -26,6 +26,8 @@ public:
 
     void openSettings() override;
     void openQuickAdd(const std::optional<QUuid> &preselectedGroup) override;
+    /// With an address filled in unless it is empty, for the top level.
+    void openQuickAdd(const QString &address);
     void openNoteEditor(const QUuid &noteId) override;
     void openTimerCustom() override;
     void closeSettings() override;

@@ -1,12 +1,15 @@
+#include "base/Text.h"
 #include "ui/UiWorld.h"
 #include "ui/quickadd/GroupPicker.h"
 #include "ui/quickadd/QuickAddLinkView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTest>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -26,6 +29,10 @@ protected:
     void enter(const QString &address) { field("quickAddUrl")->setText(address); }
     QLineEdit *field(const char *name) { return panel->findChild<QLineEdit *>(QString::fromLatin1(name)); }
     QPushButton *addButton() { return panel->findChild<QPushButton *>(QStringLiteral("quickAddAdd")); }
+
+    QString hint() { return panel->findChild<QLabel *>(QStringLiteral("quickAddHint"))->text(); }
+    QAbstractButton *offer() { return panel->findChild<QAbstractButton *>(QStringLiteral("quickAddOffer")); }
+    static void press(QWidget *widget, Qt::Key key) { QTest::keyClick(widget, key); }
 
     test::UiWorld world;
     std::unique_ptr<QuickAddPanel> panel;
@@ -110,6 +117,101 @@ TEST_F(QuickAddTest, PasteAndDropTakeFilesFirstAndRefuseTheRest)
     words.setText(QStringLiteral("just words"));
     EXPECT_FALSE(view.handleDrop(words));
     EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("/tmp/a.txt"));
+}
+
+TEST_F(QuickAddTest, TheClipboardIsOfferedAndTakenByOneKey)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->setText(QStringLiteral("https://example.org/copied"));
+    open();
+    EXPECT_EQ(field("quickAddUrl")->text(), QString()) << "offered, not forced";
+    ASSERT_TRUE(offer()->isVisible());
+    EXPECT_TRUE(offer()->accessibleName().contains(QStringLiteral("https://example.org/copied")));
+    press(field("quickAddUrl"), Qt::Key_Return);
+    EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("https://example.org/copied"));
+    EXPECT_FALSE(offer()->isVisible());
+    EXPECT_TRUE(world.links.links().isEmpty()) << "taken, and not added yet";
+    press(field("quickAddUrl"), Qt::Key_Return);
+    EXPECT_EQ(world.links.links().back().path, QStringLiteral("https://example.org/copied"));
+    EXPECT_FALSE(panel->isVisible());
+
+    open();
+    field("quickAddUrl")->setText(QStringLiteral("h"));
+    EXPECT_FALSE(offer()->isVisible()) << "whoever types has something else in mind";
+    press(panel.get(), Qt::Key_Escape);
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(QuickAddTest, NothingElseInTheClipboardIsShown)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    const auto offered = [&](QMimeData *data) {
+        clipboard->setMimeData(data);
+        open();
+        return offer()->isVisible();
+    };
+    const auto words = [](const char *text) {
+        auto *data = new QMimeData;
+        data->setText(QString::fromUtf8(text));
+        return data;
+    };
+    EXPECT_FALSE(offered(words("just words")));
+    EXPECT_FALSE(offered(words("/correct/horse battery staple")));
+    EXPECT_FALSE(offered(words("~hunter2")));
+    EXPECT_FALSE(offered(words("https://example.org/ and more")));
+    QMimeData *secret = words("https://example.org/");
+    secret->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+    EXPECT_FALSE(offered(secret));
+    EXPECT_TRUE(offered(words("/")));
+    clipboard->clear();
+}
+
+TEST_F(QuickAddTest, TheSameAddressIsToldWithItsPlaceAndStillAllowed)
+{
+    LinkItem outer = world.make("Work", LinkType::Group);
+    LinkItem inner = world.make("Docs", LinkType::Group);
+    inner.children = LinkList{world.make("Page", LinkType::Url, "HTTPS://Example.org")};
+    outer.children = LinkList{inner};
+    world.links.addLink(outer);
+    world.links.addLink(world.make("Report", LinkType::File, "/data/report.pdf"));
+    open();
+    panel->setAddress(QStringLiteral("https://example.org/"));
+    EXPECT_TRUE(hint().contains(QStringLiteral("Work › Docs"))) << hint().toStdString();
+    EXPECT_TRUE(addButton()->isEnabled());
+    panel->setAddress(QStringLiteral("https://example.org/Other"));
+    EXPECT_EQ(hint(), QString());
+    panel->setAddress(QStringLiteral("/data/../data/report.pdf"));
+    EXPECT_TRUE(hint().contains(text("quickAdd.topLevel"_text)));
+    addButton()->click();
+    EXPECT_EQ(world.links.links().size(), 3);
+}
+
+TEST_F(QuickAddTest, WhatIsWrongIsSaidOnEnterOrAfterAPause)
+{
+    QGuiApplication::clipboard()->clear();
+    open();
+    enter(QStringLiteral("gopher://old"));
+    EXPECT_EQ(hint(), QString()) << "still typing";
+    press(field("quickAddUrl"), Qt::Key_Return);
+    EXPECT_EQ(hint(), text("quickAdd.invalid"_text));
+    EXPECT_TRUE(panel->isVisible());
+    enter(QStringLiteral("https://example.org"));
+    EXPECT_EQ(hint(), QString()) << "gone at once";
+    enter(QStringLiteral("/no/such/file"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return hint() == text("quickAdd.missingFile"_text); }));
+}
+
+TEST_F(QuickAddTest, ABrowsersDragIsTakenByItsAddress)
+{
+    QuickAddLinkView &view = open();
+    QMimeData dragged;
+    dragged.setUrls({QUrl(QStringLiteral("https://example.org/a?b=c#d"))});
+    dragged.setText(QStringLiteral("The caption of the link"));
+    EXPECT_TRUE(view.handleDrop(dragged));
+    EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("https://example.org/a?b=c#d"));
+    QMimeData script;
+    script.setUrls({QUrl(QStringLiteral("javascript:alert(1)"))});
+    EXPECT_FALSE(view.handleDrop(script));
 }
 
 } // namespace orvelle

@@ -25,6 +25,8 @@ public:
 
     virtual void toggleMenu() = 0;
     virtual void openSettings() = 0;
+    /// With an address filled in unless it is empty.
+    virtual void openQuickAdd(const QString &address) = 0;
     virtual void openFiles(const QStringList &paths) = 0;
     /// Ends the application after the answer to the command has left.
     virtual void quitSoon() = 0;

@@ -13,6 +13,8 @@ namespace {
 constexpr Command table[] = {
     {"toggle", "", "Open or close the menu at the pointer.", 0, 0, "", "", CommandPlace::RunningOnly, runToggle},
     {"settings", "", "Open the settings window.", 0, 0, "", "", CommandPlace::StartsWhenNeeded, runSettings},
+    {"quick-add", "[ADDRESS]", "Open the panel that adds a link, with an address or path filled in.", 0, 1, "", "",
+     CommandPlace::StartsWhenNeeded, runQuickAdd},
     {"quit", "", "End the running Orvelle without asking.", 0, 0, "", "", CommandPlace::RunningOnly, runQuit},
     {"links", "[--json]", "Print the tree; as JSON, exactly as it is stored.", 0, 0, "json", "", CommandPlace::Anywhere,
      runLinks},

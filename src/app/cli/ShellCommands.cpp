@@ -1,6 +1,7 @@
 #include "app/cli/ShellCommands.h"
 
 #include "app/cli/CommandLine.h"
+#include "app/cli/CommandTools.h"
 #include "platform/freedesktop/JournalLog.h"
 
 namespace orvelle {
@@ -29,6 +30,15 @@ CommandResult runSettings(const CommandArguments &, CommandContext &context)
     if (!context.app)
         return notRunning();
     context.app->openSettings();
+    return CommandResult::done();
+}
+
+CommandResult runQuickAdd(const CommandArguments &arguments, CommandContext &context)
+{
+    if (!context.app)
+        return notRunning();
+    const QString address = arguments.positional.value(0);
+    context.app->openQuickAdd(address.isEmpty() ? address : expandedAddress(address, context.workingDirectory));
     return CommandResult::done();
 }
 

@@ -10,6 +10,7 @@ struct CommandArguments;
 // The running application and its log.
 CommandResult runToggle(const CommandArguments &arguments, CommandContext &context);
 CommandResult runSettings(const CommandArguments &arguments, CommandContext &context);
+CommandResult runQuickAdd(const CommandArguments &arguments, CommandContext &context);
 CommandResult runQuit(const CommandArguments &arguments, CommandContext &context);
 CommandResult runLog(const CommandArguments &arguments, CommandContext &context);
 

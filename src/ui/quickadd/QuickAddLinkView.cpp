@@ -1,26 +1,32 @@
 #include "ui/quickadd/QuickAddLinkView.h"
 
 #include "base/Text.h"
+#include "links/HomePaths.h"
 #include "links/LinkDetection.h"
 #include "links/LinkStore.h"
+#include "links/SameAddress.h"
 #include "platform/Clock.h"
 #include "platform/FileBookmarks.h"
 #include "platform/Volumes.h"
 #include "ui/common/Icons.h"
+#include "ui/quickadd/ClipboardOffer.h"
 #include "ui/quickadd/DropArea.h"
 #include "ui/quickadd/GroupPicker.h"
+#include "ui/quickadd/LinkMimeData.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
-#include <QUrl>
+#include <QTimer>
 
 #include <utility>
 
@@ -28,18 +34,8 @@ namespace orvelle {
 
 namespace {
 
-/// The path of the first file, else the first address as text.
-QString linkIn(const QMimeData &data)
-{
-    const QList<QUrl> urls = data.urls();
-    for (const QUrl &url : urls) {
-        if (url.isLocalFile())
-            return url.toLocalFile();
-    }
-    if (data.hasText())
-        return data.text().trimmed();
-    return urls.isEmpty() ? QString() : urls.constFirst().toString(QUrl::FullyEncoded);
-}
+/// A pause in typing after which an address is taken for finished.
+constexpr std::chrono::milliseconds typingPause{600};
 
 } // namespace
 
@@ -50,22 +46,31 @@ QuickAddLinkView::QuickAddLinkView(const QuickAddServices &services, const std::
       m_onDismiss(std::move(onDismiss)),
       m_url(new QLineEdit(this)),
       m_icon(m_url->addAction(symbolIcon(QStringLiteral("globe")), QLineEdit::LeadingPosition)),
+      m_offer(new ClipboardOffer(this)),
       m_name(new QLineEdit(this)),
       m_group(new GroupPicker(services.links, this)),
       m_dropArea(new DropArea(this)),
       m_hint(new QLabel(this)),
-      m_add(new QPushButton(text("quickAdd.add"_text), this))
+      m_add(new QPushButton(text("quickAdd.add"_text), this)),
+      m_typing(new QTimer(this))
 {
     setAcceptDrops(true);
     buildFields();
     m_group->select(initialGroupId);
-    connect(m_url, &QLineEdit::textChanged, this, &QuickAddLinkView::refresh);
+    m_typing->setSingleShot(true);
+    m_typing->setInterval(typingPause);
+    connect(m_typing, &QTimer::timeout, this, &QuickAddLinkView::showHint);
+    connect(m_url, &QLineEdit::textChanged, this, &QuickAddLinkView::addressChanged);
+    m_url->installEventFilter(this);
+    connect(m_offer, &QAbstractButton::clicked, this, &QuickAddLinkView::takeOffer);
     connect(m_add, &QPushButton::clicked, this, &QuickAddLinkView::add);
     refresh();
 }
 
 void QuickAddLinkView::buildFields()
 {
+    m_offer->setObjectName(QStringLiteral("quickAddOffer"));
+    m_hint->setObjectName(QStringLiteral("quickAddHint"));
     m_url->setObjectName(QStringLiteral("quickAddUrl"));
     m_name->setObjectName(QStringLiteral("quickAddName"));
     m_group->setObjectName(QStringLiteral("quickAddGroup"));
@@ -85,6 +90,8 @@ void QuickAddLinkView::buildFields()
     column->setContentsMargins(20, 20, 20, 16);
     column->setSpacing(14);
     column->addLayout(form);
+    // Below the fields, which then stay in their places when it goes.
+    column->addWidget(m_offer);
     column->addWidget(m_dropArea, 1);
     column->addWidget(makeButtonRow());
     setFocusProxy(m_url);
@@ -102,7 +109,8 @@ QWidget *QuickAddLinkView::makeAddressRow()
     connect(paste, &QPushButton::clicked, this, &QuickAddLinkView::pasteFromClipboard);
 
     setTabOrder(m_url, paste);
-    setTabOrder(paste, m_name);
+    setTabOrder(paste, m_offer);
+    setTabOrder(m_offer, m_name);
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
@@ -144,14 +152,75 @@ bool QuickAddLinkView::canAdd() const
     return !m_url->text().isEmpty() && isValidLink(m_url->text());
 }
 
+void QuickAddLinkView::setAddress(const QString &address)
+{
+    m_url->setText(address);
+    showHint();
+}
+
+void QuickAddLinkView::addressChanged()
+{
+    refresh();
+    // Half an address is no mistake: what no longer holds goes at once, what is
+    // to be said waits for a pause.
+    if (m_hint->text() != hint())
+        m_hint->clear();
+    m_typing->start();
+}
+
 void QuickAddLinkView::refresh()
 {
     const bool valid = canAdd();
     m_add->setEnabled(valid);
-    m_hint->setText(valid || m_url->text().isEmpty() ? QString() : text("quickAdd.invalid"_text));
     m_name->setPlaceholderText(valid ? defaultName(m_url->text(), detectedType())
                                      : text("quickAdd.namePlaceholder"_text));
     m_icon->setIcon(symbolIcon(iconName()));
+    if (!m_url->text().isEmpty())
+        m_offer->setLink(QString());
+}
+
+void QuickAddLinkView::showHint()
+{
+    m_typing->stop();
+    m_hint->setText(hint());
+}
+
+/// What is to be said about the address; empty when all is well.
+QString QuickAddLinkView::hint() const
+{
+    if (m_url->text().isEmpty())
+        return {};
+    if (!canAdd())
+        return text("quickAdd.invalid"_text);
+    const QString place = placeHint();
+    if (!place.isEmpty() || detectedType() == LinkType::Url)
+        return place;
+    const QString path = expandedHomePath(m_url->text(), m_services.volumes.realHomeDirectory());
+    return QFileInfo::exists(path) ? QString() : text("quickAdd.missingFile"_text);
+}
+
+/// Where the same address is already; empty when it is nowhere.
+QString QuickAddLinkView::placeHint() const
+{
+    const auto item = linkFromText(m_url->text(), {}, m_services.volumes, m_services.clock.now());
+    const auto place = item ? placeOfSameAddress(m_services.links.links(), *item) : std::nullopt;
+    if (!place)
+        return {};
+    return text("quickAdd.sameAddress %@"_text,
+                place->isEmpty() ? text("quickAdd.topLevel"_text) : place->join(QStringLiteral(" › ")));
+}
+
+void QuickAddLinkView::offerClipboard()
+{
+    const QMimeData *content = QGuiApplication::clipboard()->mimeData();
+    const bool wanted = content && m_url->text().isEmpty();
+    m_offer->setLink(wanted ? linkToOffer(*content, m_services.volumes.realHomeDirectory()) : QString());
+}
+
+void QuickAddLinkView::takeOffer()
+{
+    setAddress(m_offer->link());
+    m_url->setFocus();
 }
 
 void QuickAddLinkView::pasteFromClipboard()
@@ -159,7 +228,7 @@ void QuickAddLinkView::pasteFromClipboard()
     const QMimeData *content = QGuiApplication::clipboard()->mimeData();
     const QString found = content ? linkIn(*content) : QString();
     if (isValidLink(found))
-        m_url->setText(found);
+        setAddress(found);
     else
         m_hint->setText(text("quickAdd.nothingToPaste"_text));
     m_url->setFocus();
@@ -170,12 +239,16 @@ bool QuickAddLinkView::handleDrop(const QMimeData &dropped)
     const QString found = linkIn(dropped);
     if (!isValidLink(found))
         return false;
-    m_url->setText(found);
+    setAddress(found);
     return true;
 }
 
 void QuickAddLinkView::add()
 {
+    if (m_url->text().isEmpty() && !m_offer->link().isEmpty())
+        return takeOffer();
+    if (!canAdd())
+        return showHint();
     auto item = linkFromText(m_url->text(), m_name->text(), m_services.volumes, m_services.clock.now());
     if (!item)
         return;
@@ -188,6 +261,19 @@ void QuickAddLinkView::add()
     if (!group || !m_services.links.addLinkToGroup(*item, *group))
         m_services.links.addLink(*item);
     m_onDismiss();
+}
+
+/// Enter with nothing to add. The field would pass it on to the default button,
+/// which may have come to life through what Enter just did.
+bool QuickAddLinkView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_url || event->type() != QEvent::KeyPress || canAdd())
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return false;
+    add();
+    return true;
 }
 
 void QuickAddLinkView::selectGroup(const std::optional<QUuid> &groupId)

@@ -13,9 +13,11 @@ class QLabel;
 class QLineEdit;
 class QMimeData;
 class QPushButton;
+class QTimer;
 
 namespace orvelle {
 
+class ClipboardOffer;
 class DropArea;
 class GroupPicker;
 
@@ -33,15 +35,23 @@ public:
     QString iconName() const;
     bool canAdd() const;
 
+    /// Fills the address in, whatever it is.
+    void setAddress(const QString &address);
+    /// Offers what the clipboard holds now, if it can be added and nothing is
+    /// typed yet. Enter or a click takes it; nothing is filled in unasked.
+    void offerClipboard();
     /// Takes the clipboard's file or text when it is something to add.
     void pasteFromClipboard();
     /// Takes the first file of what was dropped, else an address. False when
     /// there is neither.
     bool handleDrop(const QMimeData &dropped);
-    /// Adds the link and dismisses the view. Nothing happens unless canAdd().
+    /// Adds the link and dismisses the view. While nothing is typed, takes what
+    /// the clipboard offers instead; nothing else happens unless canAdd().
     void add();
 
     void selectGroup(const std::optional<QUuid> &groupId);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -53,17 +63,24 @@ private:
     void buildFields();
     QWidget *makeAddressRow();
     QWidget *makeButtonRow();
+    void addressChanged();
     void refresh();
+    void takeOffer();
+    void showHint();
+    QString hint() const;
+    QString placeHint() const;
 
     QuickAddServices m_services;
     std::function<void()> m_onDismiss;
     QLineEdit *m_url;
     QAction *m_icon;
+    ClipboardOffer *m_offer;
     QLineEdit *m_name;
     GroupPicker *m_group;
     DropArea *m_dropArea;
     QLabel *m_hint;
     QPushButton *m_add;
+    QTimer *m_typing; ///< runs while it is too early to find fault
 };
 
 } // namespace orvelle

@@ -4,6 +4,7 @@
 #include "ui/common/Icons.h"
 #include "ui/quickadd/QuickAddLinkView.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace orvelle {
@@ -27,6 +28,26 @@ QuickAddPanel::QuickAddPanel(const QuickAddServices &services, const std::option
 void QuickAddPanel::selectGroup(const std::optional<QUuid> &groupId)
 {
     m_view->selectGroup(groupId);
+}
+
+void QuickAddPanel::setAddress(const QString &address)
+{
+    m_view->setAddress(address);
+}
+
+void QuickAddPanel::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    m_view->offerClipboard();
+}
+
+void QuickAddPanel::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    // On some desktops only the active window may read the clipboard, and
+    // something may have been copied while another window was.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_view->offerClipboard();
 }
 
 } // namespace orvelle

@@ -33,7 +33,13 @@ public:
 
     /// Selects another receiving group in a panel that is open already.
     void selectGroup(const std::optional<QUuid> &groupId);
+    /// Fills an address in, replacing what is there.
+    void setAddress(const QString &address);
     QuickAddLinkView &view() const { return *m_view; }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QuickAddLinkView *m_view;
