@@ -1238,6 +1238,21 @@ You can change or remove everything here.</translation>
     <message id="snapshot.takenBefore %@">
         <translation>Taken before: %@</translation>
     </message>
+    <message id="quickAdd.offer %@">
+        <translation>From the clipboard: %@</translation>
+    </message>
+    <message id="quickAdd.offerKey">
+        <translation>Enter</translation>
+    </message>
+    <message id="quickAdd.sameAddress %@">
+        <translation>Already in your links: %@. You can still add it.</translation>
+    </message>
+    <message id="quickAdd.missingFile">
+        <translation>There is nothing at this path. The link will be marked as broken.</translation>
+    </message>
+    <message id="quickAdd.dropHint">
+        <translation>Drop a file, a folder or an address here</translation>
+    </message>
     <message id="import.settingsTaken">
         <translation>Settings were taken over.</translation>
     </message>
@@ -1399,21 +1414,6 @@ You can change or remove everything here.</translation>
     </message>
     <message id="settings.reveal">
         <translation>Show in the file manager</translation>
-    </message>
-    <message id="quickAdd.offer %@">
-        <translation>From the clipboard: %@</translation>
-    </message>
-    <message id="quickAdd.offerKey">
-        <translation>Enter</translation>
-    </message>
-    <message id="quickAdd.sameAddress %@">
-        <translation>Already in your links: %@. You can still add it.</translation>
-    </message>
-    <message id="quickAdd.missingFile">
-        <translation>There is nothing at this path. The link will be marked as broken.</translation>
-    </message>
-    <message id="quickAdd.dropHint">
-        <translation>Drop a file, a folder or an address here</translation>
     </message>
 </context>
 </TS>

@@ -1238,6 +1238,21 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="snapshot.takenBefore %@">
         <translation>Pris avant : %@</translation>
     </message>
+    <message id="quickAdd.offer %@">
+        <translation>Dans le presse-papiers : %@</translation>
+    </message>
+    <message id="quickAdd.offerKey">
+        <translation>Entrée</translation>
+    </message>
+    <message id="quickAdd.sameAddress %@">
+        <translation>Déjà dans vos liens : %@. Vous pouvez tout de même l’ajouter.</translation>
+    </message>
+    <message id="quickAdd.missingFile">
+        <translation>Il n’y a rien à cet emplacement. Le lien sera signalé comme rompu.</translation>
+    </message>
+    <message id="quickAdd.dropHint">
+        <translation>Déposez ici un fichier, un dossier ou une adresse</translation>
+    </message>
     <message id="import.settingsTaken">
         <translation>Des réglages ont été repris.</translation>
     </message>
@@ -1399,21 +1414,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="settings.reveal">
         <translation>Montrer l’emplacement</translation>
-    </message>
-    <message id="quickAdd.offer %@">
-        <translation>Dans le presse-papiers : %@</translation>
-    </message>
-    <message id="quickAdd.offerKey">
-        <translation>Entrée</translation>
-    </message>
-    <message id="quickAdd.sameAddress %@">
-        <translation>Déjà dans vos liens : %@. Vous pouvez tout de même l’ajouter.</translation>
-    </message>
-    <message id="quickAdd.missingFile">
-        <translation>Il n’y a rien à cet emplacement. Le lien sera signalé comme rompu.</translation>
-    </message>
-    <message id="quickAdd.dropHint">
-        <translation>Déposez ici un fichier, un dossier ou une adresse</translation>
     </message>
 </context>
 </TS>

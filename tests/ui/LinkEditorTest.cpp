@@ -1,6 +1,7 @@
 #include "ui/GeneralTabWorld.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
@@ -233,6 +234,20 @@ TEST_F(LinkEditorTest, FilesAndFoldersAreChosenFromTheDisk)
     EXPECT_EQ(item("f").children->last().bookmarkData, "bm:/tmp/two.txt");
     world.links.undo();
     EXPECT_EQ(outline(), "f[x] Folder") << "all of them as one step";
+}
+
+TEST_F(LinkEditorTest, WhatIsGoneFromTheDiskIsSaid)
+{
+    open();
+    const QString there = world.folder.filePath(QStringLiteral("there.txt"));
+    const LinkItem file = add("File", LinkType::File, there.toLatin1());
+    tree()->selectItem(file.id);
+    auto *detail = child<QLabel>("editor.detail");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return detail->isVisible() && !detail->text().isEmpty(); }));
+    QFile(there).open(QIODevice::WriteOnly);
+    window->hide();
+    window->show(); // looks again
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !detail->isVisible(); }));
 }
 
 } // namespace orvelle

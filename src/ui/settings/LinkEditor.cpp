@@ -6,6 +6,7 @@
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
 #include "ui/common/ColorMenu.h"
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LinkIconView.h"
 #include "ui/settings/LinkActions.h"
@@ -13,6 +14,7 @@
 #include "ui/settings/LinkField.h"
 #include "ui/settings/LinkIconChoices.h"
 #include "ui/settings/LinkPathChecker.h"
+#include "ui/settings/PageScroll.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -58,7 +60,7 @@ QString colorName(const std::optional<QString> &key)
         if (key && *key == QLatin1StringView(choice.key))
             return text(choice.label);
     }
-    return text("settings.defaultColor"_text);
+    return text("settings.defaultIcon"_text);
 }
 
 QString iconName(const LinkItem &item)
@@ -121,7 +123,7 @@ void LinkEditor::refresh()
     }
     m_items = items;
     m_nothing->hide();
-    m_form->show();
+    m_scroll->show();
     showHeader();
     showFields();
     showLooks();
@@ -131,7 +133,7 @@ void LinkEditor::refresh()
 void LinkEditor::showNothing()
 {
     m_items.clear();
-    m_form->hide();
+    m_scroll->hide();
     m_nothing->show();
 }
 
@@ -209,6 +211,11 @@ void LinkEditor::showButtons()
 
 void LinkEditor::showProblem(const QString &sentence)
 {
+    QPalette warning = palette();
+    const QColor red = toQColor(nsColor(QStringLiteral("red")).value_or(LinkColor{}), warning);
+    warning.setColor(QPalette::WindowText,
+                     readable(red, warning.color(QPalette::Window), warning.color(QPalette::WindowText), 4.5));
+    m_problem->setPalette(warning);
     m_problem->setText(sentence);
     m_problem->setVisible(!sentence.isEmpty());
     m_path->setAccessibleDescription(sentence);
@@ -217,8 +224,10 @@ void LinkEditor::showProblem(const QString &sentence)
 void LinkEditor::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && !m_items.isEmpty())
-        showLooks();
+    if (event->type() != QEvent::PaletteChange || m_items.isEmpty())
+        return;
+    showLooks();
+    showProblem(m_problem->text());
 }
 
 void LinkEditor::hideEvent(QHideEvent *event)

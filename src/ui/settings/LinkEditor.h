@@ -21,6 +21,7 @@ class LinkField;
 class LinkIconChooser;
 class LinkIconView;
 class LinkPathChecker;
+class PageScroll;
 
 /// What can be changed about the selected items, beside the list. Each change
 /// is one undo step; several items are changed together. Text goes over on
@@ -44,6 +45,7 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    void reserveWidth();
     QWidget *makeHeader();
     void addFields(QVBoxLayout &column);
     void addLooks(QVBoxLayout &column);
@@ -77,6 +79,7 @@ private:
 
     QLabel *m_nothing;
     QWidget *m_form;
+    PageScroll *m_scroll = nullptr;
     LinkIconView *m_icon = nullptr;
     QLabel *m_kind = nullptr;
     QLabel *m_detail = nullptr;

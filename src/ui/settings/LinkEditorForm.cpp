@@ -1,6 +1,7 @@
 #include "base/Text.h"
+#include "links/LinkColors.h"
+#include "links/LinkIcons.h"
 #include "links/LinkStore.h"
-#include "ui/common/Icons.h"
 #include "ui/common/LinkIconView.h"
 #include "ui/settings/LinkActions.h"
 #include "ui/settings/LinkColorMenu.h"
@@ -8,6 +9,7 @@
 #include "ui/settings/LinkEditor.h"
 #include "ui/settings/LinkField.h"
 #include "ui/settings/LinkPathChecker.h"
+#include "ui/settings/PageScroll.h"
 #include "ui/settings/Sections.h"
 
 #include <QAction>
@@ -18,11 +20,14 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace orvelle {
 
 namespace {
 
 constexpr int iconSide = 32;
+constexpr int leastHeight = 120;
 
 /// A button that says by an arrow that it opens something.
 class PopupButton : public QToolButton
@@ -42,6 +47,13 @@ protected:
         option->features |= QStyleOptionToolButton::HasMenu;
     }
 };
+
+QString widest(const QStringList &texts, const QFontMetrics &metrics)
+{
+    return *std::max_element(texts.begin(), texts.end(), [&metrics](const QString &a, const QString &b) {
+        return metrics.horizontalAdvance(a) < metrics.horizontalAdvance(b);
+    });
+}
 
 QLabel *fieldLabel(const QString &title, QWidget *parent)
 {
@@ -76,7 +88,7 @@ LinkEditor::LinkEditor(const SettingsServices &services, LinkCommands &commands,
     m_nothing->setAlignment(Qt::AlignCenter);
 
     auto *column = new QVBoxLayout(m_form);
-    column->setContentsMargins(12, 4, 0, 0);
+    column->setContentsMargins(12, 4, 4, 4);
     column->setSpacing(4);
     column->addWidget(makeHeader());
     column->addSpacing(4);
@@ -86,14 +98,35 @@ LinkEditor::LinkEditor(const SettingsServices &services, LinkCommands &commands,
 
     auto *whole = new QVBoxLayout(this);
     whole->setContentsMargins({});
-    whole->addWidget(m_form);
+    m_scroll = new PageScroll(m_form, this);
+    m_scroll->setMinimumHeight(leastHeight);
+    whole->addWidget(m_scroll);
     whole->addWidget(m_nothing, 1);
-    setMinimumWidth(230);
+    reserveWidth();
 
     connect(&m_services.links, &LinkStore::linksChanged, this, &LinkEditor::refresh);
     connect(&m_services.links, &LinkStore::faviconsChanged, this, &LinkEditor::refresh);
     connect(&m_paths, &LinkPathChecker::changed, this, &LinkEditor::refresh);
     showNothing();
+}
+
+/// As wide as the widest of what may ever stand here, so that the list beside
+/// it does not move with the selection.
+void LinkEditor::reserveWidth()
+{
+    QStringList colors{text("settings.defaultIcon"_text), text("settings.various"_text)};
+    for (const ColorChoice &choice : allColors())
+        colors += text(choice.label);
+    QStringList icons = colors.mid(0, 2);
+    for (const auto table : {groupIcons(), networkIcons(), noteIcons()}) {
+        for (const IconChoice &choice : table)
+            icons += text(choice.label);
+    }
+    m_colorButton->setIcon(colorSwatch(QStringLiteral("red"), palette()));
+    m_colorButton->setText(widest(colors, fontMetrics()));
+    m_iconButton->setIcon(m_colorButton->icon());
+    m_iconButton->setText(widest(icons, fontMetrics()));
+    setMinimumWidth(m_scroll->minimumSizeHint().width());
 }
 
 QWidget *LinkEditor::makeHeader()
@@ -130,7 +163,9 @@ void LinkEditor::addFields(QVBoxLayout &column)
     m_choose->setObjectName(QStringLiteral("editor.choose"));
     m_choose->setText(text("settings.choose"_text));
     m_choose->setFocusPolicy(Qt::StrongFocus);
-    m_problem = sectionSubtitle(QString(), m_form);
+    m_problem = new QLabel(m_form);
+    m_problem->setTextFormat(Qt::PlainText);
+    m_problem->setWordWrap(true);
     m_problem->setObjectName(QStringLiteral("editor.problem"));
     m_problem->hide();
     connect(m_choose, &QToolButton::clicked, this, &LinkEditor::choosePath);

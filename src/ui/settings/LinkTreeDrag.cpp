@@ -19,6 +19,8 @@ namespace {
 /// A group at the last level takes nothing inside.
 constexpr int levels = 3;
 constexpr int pictureRows = 5;
+constexpr int pictureWidth = 240;
+constexpr QPoint pictureOffset{16, 12};
 
 QString payloadType()
 {
@@ -75,7 +77,7 @@ void LinkTreeView::startDrag(Qt::DropActions)
     for (const QUuid &id : ids) {
         const QRect row = visualRect(m_model.indexOf(id));
         if (row.intersects(viewport()->rect()) && rows++ < pictureRows)
-            region |= row;
+            region |= row.intersected(QRect(row.left(), row.top(), pictureWidth, row.height()));
     }
     auto *drag = new QDrag(this);
     drag->setMimeData(mime);
@@ -89,7 +91,7 @@ void LinkTreeView::startDrag(Qt::DropActions)
         painter.drawPixmap(0, 0, shot);
         painter.end();
         drag->setPixmap(picture);
-        drag->setHotSpot(viewport()->mapFromGlobal(QCursor::pos()) - region.topLeft());
+        drag->setHotSpot(-pictureOffset); // the line under the pointer stays in view
     }
     m_dragged = ids;
     m_drop.draggedLinkId = m_model.item(currentIndex()) ? m_model.item(currentIndex())->id : ids.constFirst();

@@ -129,7 +129,7 @@ QWidget *LinksSection::makeSplitter()
     m_splitter->addWidget(m_editor);
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 0);
-    m_splitter->setSizes({520, 280});
+    m_splitter->setSizes({560, 280});
     m_stack->setMinimumWidth(260);
     m_tree->setMinimumHeight(120);
     m_splitter->restoreState(m_state.splitter());
