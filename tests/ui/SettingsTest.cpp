@@ -1,4 +1,5 @@
 #include "ui/UiWorld.h"
+#include "ui/settings/AboutLicences.h"
 #include "ui/settings/InfoView.h"
 #include "ui/settings/LinkTreeView.h"
 #include "ui/settings/WidgetOrderList.h"
@@ -8,10 +9,12 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDropEvent>
+#include <QFile>
 #include <QLabel>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTabWidget>
 #include <QTest>
@@ -178,6 +181,34 @@ TEST_F(SettingsTest, EachButtonOfTheCopiesAsksForItsDialog)
         child<QPushButton>(name)->click();
         EXPECT_EQ(std::exchange(world.exchange.asked, {}), QStringList{QString::fromLatin1(name)});
     }
+}
+
+TEST_F(SettingsTest, EveryLibraryOfTheBuildHasItsLicence)
+{
+    const QHash<QString, QString> names{{QStringLiteral("SQLITE"), QStringLiteral("SQLite")},
+                                        {QStringLiteral("ZSTD"), QStringLiteral("Zstandard")},
+                                        {QStringLiteral("NETTLE"), QStringLiteral("Nettle")},
+                                        {QStringLiteral("SYSTEMD"), QStringLiteral("systemd")},
+                                        {QStringLiteral("GIO"), QStringLiteral("GLib")},
+                                        {QStringLiteral("GLIB"), QStringLiteral("GLib")},
+                                        {QStringLiteral("GUMBO"), QStringLiteral("Gumbo")},
+                                        {QStringLiteral("PLIST"), QStringLiteral("libplist")},
+                                        {QStringLiteral("NL"), QStringLiteral("libnl")},
+                                        {QStringLiteral("XCB"), QStringLiteral("XCB")},
+                                        {QStringLiteral("CANBERRA"), QStringLiteral("libcanberra")}};
+    QStringList listed;
+    for (const AboutLicence &licence : aboutLicences({}))
+        listed += licence.name;
+    QFile build(QStringLiteral(ORVELLE_SOURCE_DIR "/CMakeLists.txt"));
+    ASSERT_TRUE(build.open(QFile::ReadOnly));
+    static const QRegularExpression module(QStringLiteral("pkg_check_modules\\(([A-Z0-9]+)"));
+    const QString text = QString::fromUtf8(build.readAll());
+    int modules = 0;
+    for (auto found = module.globalMatch(text); found.hasNext(); ++modules) {
+        const QString name = found.next().captured(1);
+        EXPECT_TRUE(listed.contains(names.value(name))) << "the About tab tells no licence of " << qPrintable(name);
+    }
+    EXPECT_GT(modules, 0);
 }
 
 TEST_F(SettingsTest, LicencesCanBeRead)

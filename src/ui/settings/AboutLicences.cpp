@@ -24,7 +24,7 @@ struct Component {
 
 /// Package names carry the number of the library's interface, which differs
 /// between distributions.
-const std::array<Component, 12> components{{
+const std::array<Component, 15> components{{
     {"Orvelle", "Apache-2.0", ":/licences/orvelle"},
     {"Phosphor Icons", "MIT", ":/licences/icons"},
     {"Qt 6", "LGPL-3.0", "libqt6core6*"},
@@ -32,11 +32,14 @@ const std::array<Component, 12> components{{
     {"RapidJSON", "MIT", "rapidjson-dev"},
     {"SQLite", "Public Domain", "libsqlite3-0"},
     {"Zstandard", "BSD-3-Clause", "libzstd1"},
+    {"Nettle", "LGPL-3.0+", "libnettle[0-9]*"},
     {"GLib", "LGPL-2.1+", "libglib2.0-0*"},
     {"Gumbo", "Apache-2.0", "libgumbo[0-9]*"},
-    {"libplist", "LGPL-2.1+", "libplist3*"},
+    {"libplist", "LGPL-2.1+", "libplist[0-9]*"},
+    {"libnl", "LGPL-2.1", "libnl-3-200*"},
+    {"libcanberra", "LGPL-2.1+", "libcanberra0*"},
     {"XCB", "MIT", "libxcb1"},
-    {"systemd", "LGPL-2.1+", "libsystemd0"},
+    {"systemd", "LGPL-2.1+", "libsystemd0*"},
 }};
 
 QString copyrightOf(const QString &package, const QStringList &folders)
