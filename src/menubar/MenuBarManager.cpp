@@ -80,10 +80,7 @@ void MenuBarManager::registerObservers()
         else
             globalShortcutChanged();
     });
-    connect(&n, &Notifications::globalShortcutFired, this, [this] {
-        if (!m_isShowingPopupMenu)
-            showMenuAtMouseLocation(m_services.workspace.focusedWindow());
-    });
+    connect(&n, &Notifications::globalShortcutFired, this, &MenuBarManager::handleHotKeyFired);
     connect(&m_services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
         if (keys.contains(menuletIconKey()))
             updateMenuletIcon();
@@ -122,11 +119,22 @@ bool MenuBarManager::closesOpenMenu()
         m_services.presenter.close();
         return true;
     }
-    const auto dismissed = std::exchange(m_dismissedAt, std::nullopt);
-    if (!dismissed)
+    return isWithin(sameClick, std::exchange(m_dismissedAt, std::nullopt));
+}
+
+bool MenuBarManager::isWithin(std::chrono::milliseconds span, const std::optional<Timestamp> &since) const
+{
+    if (!since)
         return false;
-    const double since = m_services.clock.now() - *dismissed;
-    return since >= 0 && since < std::chrono::duration<double>(sameClick).count();
+    const double passed = m_services.clock.now() - *since;
+    return passed >= 0 && passed < std::chrono::duration<double>(span).count();
+}
+
+void MenuBarManager::handleHotKeyFired()
+{
+    const bool isOpen = m_isShowingPopupMenu || m_services.presenter.isOpen();
+    if (!isOpen && !isWithin(samePress, m_closedAt))
+        showMenuAtMouseLocation(m_services.workspace.focusedWindow());
 }
 
 void MenuBarManager::toggleMenuAtPointer()
@@ -159,6 +167,7 @@ void MenuBarManager::present(const Menu &menu, const MenuPlacement &placement, W
 void MenuBarManager::menuDidClose(const MenuAction &chosen, WindowToken previousWindow)
 {
     m_isShowingPopupMenu = false;
+    m_closedAt = m_services.clock.now();
     if (std::exchange(m_liveWidgets, false))
         m_services.jobs.stopLiveWidgets();
     // Before the choice is carried out: what it opens is to have the focus.

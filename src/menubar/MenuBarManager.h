@@ -62,6 +62,9 @@ public:
     /// Closing the menu by a click on the icon reaches us twice: the popup
     /// closes on the press, the tray reports the click on the release.
     static constexpr std::chrono::milliseconds sameClick{300};
+    /// A press of the global shortcut this soon after the menu closed is one
+    /// that meant to close it, or the key still held down.
+    static constexpr std::chrono::milliseconds samePress{200};
 
     explicit MenuBarManager(const Services &services, QObject *parent = nullptr);
 
@@ -95,11 +98,14 @@ private:
     void tellThereIsNoTray();
     void openTimerCustom();
     void globalShortcutChanged();
+    void handleHotKeyFired();
+    bool isWithin(std::chrono::milliseconds span, const std::optional<Timestamp> &since) const;
 
     Services m_services;
     MenuBuilder m_builder;
     LinkOpener m_opener;
     std::optional<Timestamp> m_dismissedAt; ///< when a press beside it closed a menu
+    std::optional<Timestamp> m_closedAt;    ///< when the last menu closed
     bool m_isShowingPopupMenu = false;
     bool m_liveWidgets = false;
     bool m_waitingForTray = false;
