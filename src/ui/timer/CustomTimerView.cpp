@@ -42,6 +42,9 @@ CustomTimerView::CustomTimerView(std::function<void(qint64)> onStart, std::funct
     m_hours = makeField("hours", mostHours, text("timer.unitHours"_text));
     m_minutes = makeField("minutes", 59, text("timer.unitMinutes"_text));
     m_minutes->setValue(firstMinutes);
+    const auto follow = [this] { m_start->setEnabled(total() > 0); };
+    connect(m_hours, &QSpinBox::valueChanged, this, follow);
+    connect(m_minutes, &QSpinBox::valueChanged, this, follow);
     auto *fields = new QHBoxLayout;
     fields->setSpacing(8);
     for (QSpinBox *field : {m_hours, m_minutes}) {
@@ -89,7 +92,6 @@ QSpinBox *CustomTimerView::makeField(const char *objectName, int most, const QSt
     field->setAlignment(Qt::AlignTrailing);
     field->setAccessibleName(unit);
     field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 10);
-    connect(field, &QSpinBox::valueChanged, this, [this] { m_start->setEnabled(total() > 0); });
     return field;
 }
 

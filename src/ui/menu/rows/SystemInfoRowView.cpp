@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace orvelle {
 
@@ -107,7 +108,7 @@ QSize SystemInfoRowView::sizeHint() const
 {
     const bool terminal = m_mode == SystemInfoDisplayMode::Terminal;
     const QFontMetrics metrics(terminal ? terminalFont(font()) : font());
-    const QString widest = terminal ? u"99.9G/99.9G"_s : u"99.9G"_s;
+    const QString widest = terminal ? u"99.9G/99.9G"_s : u"9.9G"_s;
     const int value = metrics.horizontalAdvance(widest);
     if (terminal)
         return {2 * (MenuLook::margin + terminalPadding) + metrics.horizontalAdvance(u"100%"_s) + value +
@@ -134,22 +135,31 @@ void SystemInfoRowView::paintDiscreet(QPainter &painter) const
     paintIcon(painter, u"desktopcomputer"_s);
     const QRect content = contentRect();
     const QFontMetrics metrics(font());
-    int taken = 0;
+    // Room for what the value may become, so that the blocks stay in place.
+    const std::array<int, 3> values{valueWidth(metrics, 0), valueWidth(metrics, 1), valueWidth(metrics, 2)};
+    int taken = std::accumulate(values.begin(), values.end(), 0);
     for (const Block &each : m_blocks)
-        taken += metrics.horizontalAdvance(each.label) + labelGap + metrics.horizontalAdvance(each.value);
+        taken += metrics.horizontalAdvance(each.label) + labelGap;
     const int spacer = std::max(labelGap, (content.width() - taken) / 2);
     painter.setFont(font());
     int x = content.x();
-    for (const Block &each : m_blocks) {
-        const int label = metrics.horizontalAdvance(each.label);
-        const int value = metrics.horizontalAdvance(each.value);
+    for (std::size_t i = 0; i < m_blocks.size(); ++i) {
+        const int label = metrics.horizontalAdvance(m_blocks[i].label);
         painter.setPen(labelColor());
-        painter.drawText(mirrored({x, 0, label + 1, lineHeight()}), Qt::AlignVCenter | Qt::TextSingleLine, each.label);
+        painter.drawText(mirrored({x, 0, label + 1, lineHeight()}), Qt::AlignVCenter | Qt::TextSingleLine,
+                         m_blocks[i].label);
         x += label + labelGap;
         painter.setPen(textColor());
-        painter.drawText(mirrored({x, 0, value + 1, lineHeight()}), Qt::AlignVCenter | Qt::TextSingleLine, each.value);
-        x += value + spacer;
+        painter.drawText(mirrored({x, 0, values[i] + 1, lineHeight()}),
+                         Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, m_blocks[i].value);
+        x += values[i] + spacer;
     }
+}
+
+int SystemInfoRowView::valueWidth(const QFontMetrics &metrics, std::size_t block) const
+{
+    return std::max(metrics.horizontalAdvance(m_blocks[block].value),
+                    metrics.horizontalAdvance(block == 0 ? u"100%"_s : u"9.9G"_s));
 }
 
 QRect SystemInfoRowView::terminalRect() const

@@ -37,6 +37,7 @@ private:
     void refresh();
     void paintDiscreet(QPainter &painter) const;
     void paintTerminal(QPainter &painter) const;
+    int valueWidth(const QFontMetrics &metrics, std::size_t block) const;
     QRect terminalRect() const;
     int terminalLine() const;
 

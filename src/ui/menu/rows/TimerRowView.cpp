@@ -5,6 +5,7 @@
 #include "platform/Clock.h"
 #include "widgets/timer/TimerManager.h"
 
+#include <QCursor>
 #include <QPainter>
 
 #include <algorithm>
@@ -65,8 +66,18 @@ void TimerRowView::refresh()
     m_cancel->setVisible(m_running);
     placeButtons();
     if (hadFocus && wasRunning != m_running)
-        focusButton();
+        focusShownButton();
     tick();
+}
+
+/// The one that has come under the pointer, else the first.
+void TimerRowView::focusShownButton()
+{
+    auto *under = qobject_cast<MenuRowButton *>(childAt(mapFromGlobal(QCursor::pos())));
+    if (under)
+        under->setFocus(Qt::MouseFocusReason);
+    else
+        focusButton();
 }
 
 /// Again at the next whole second of what is left.

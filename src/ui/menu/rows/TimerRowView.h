@@ -29,6 +29,7 @@ protected:
 
 private:
     void refresh();
+    void focusShownButton();
     void tick();
     void placeButtons();
     QRect placeAtEnd(QWidget *button, int end);
