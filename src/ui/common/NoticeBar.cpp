@@ -14,6 +14,12 @@
 
 namespace orvelle {
 
+namespace {
+
+constexpr int leastWidth = 240;
+
+} // namespace
+
 NoticeBar::NoticeBar(QWidget *parent)
     : QFrame(parent), m_label(new QLabel(this)), m_row(new QHBoxLayout(this)), m_buttons(new QHBoxLayout)
 {
@@ -58,6 +64,13 @@ void NoticeBar::showNotice(const QString &message, const QList<Action> &actions,
         m_buttons->addWidget(close);
     }
     show();
+}
+
+/// Wrapped lines need more height than a layout by itself asks for.
+QSize NoticeBar::minimumSizeHint() const
+{
+    const int width = qMax(QFrame::minimumSizeHint().width(), leastWidth);
+    return {width, m_row->totalMinimumHeightForWidth(width)};
 }
 
 void NoticeBar::clearButtons()

@@ -32,6 +32,8 @@ public:
     /// was shown. With `dismissable` the bar can also be closed.
     void showNotice(const QString &message, const QList<Action> &actions = {}, bool dismissable = true);
 
+    QSize minimumSizeHint() const override;
+
 signals:
     void dismissed();
 
