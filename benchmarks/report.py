@@ -28,6 +28,8 @@ FIGURES = {
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),
+        ("menu's first frame with three widgets", "ms", "first_frame/widgets/1000", "first_frame/grouped/1000",
+         "without them", 1.5, None, None),
         ("menu's first frame, 10,000 links in groups", "ms", "first_frame/grouped/10000", "first_frame/grouped/1000",
          "1,000 links", 1.3, None, None),
         ("menu's first frame, flat list of 10,000", "ms", "first_frame/flat/10000", "first_frame/toolkit/10",
