@@ -1415,5 +1415,35 @@ You can change or remove everything here.</translation>
     <message id="settings.reveal">
         <translation>Show in the file manager</translation>
     </message>
+    <message id="shortcut.enabled">
+        <translation>Open the menu from anywhere with</translation>
+    </message>
+    <message id="shortcut.recording">
+        <translation>Press a combination…</translation>
+    </message>
+    <message id="shortcut.recordHint">
+        <translation>Click, then press the new combination; Esc keeps the present one</translation>
+    </message>
+    <message id="shortcut.accessible %@">
+        <translation>Shortcut: %@</translation>
+    </message>
+    <message id="shortcut.reset %@">
+        <translation>Back to %@</translation>
+    </message>
+    <message id="shortcut.conflictWarning">
+        <translation>Many programs use this combination themselves; it will no longer reach them.</translation>
+    </message>
+    <message id="shortcut.heldByAnother">
+        <translation>Another program already holds this combination. Choose another one.</translation>
+    </message>
+    <message id="shortcut.noSuchKey">
+        <translation>This keyboard has no such key. Choose another combination.</translation>
+    </message>
+    <message id="shortcut.unavailable">
+        <translation>On this desktop, programs cannot hold shortcuts. Bind the command “orvelle toggle” in the desktop’s keyboard settings.</translation>
+    </message>
+    <message id="shortcut.refused">
+        <translation>The stored combination cannot be used. Choose another one.</translation>
+    </message>
 </context>
 </TS>

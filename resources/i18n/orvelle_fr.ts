@@ -1415,5 +1415,35 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="settings.reveal">
         <translation>Montrer l’emplacement</translation>
     </message>
+    <message id="shortcut.enabled">
+        <translation>Ouvrir le menu de partout avec</translation>
+    </message>
+    <message id="shortcut.recording">
+        <translation>Tapez une combinaison…</translation>
+    </message>
+    <message id="shortcut.recordHint">
+        <translation>Cliquez, puis tapez la nouvelle combinaison ; Échap garde l’actuelle</translation>
+    </message>
+    <message id="shortcut.accessible %@">
+        <translation>Raccourci : %@</translation>
+    </message>
+    <message id="shortcut.reset %@">
+        <translation>Revenir à %@</translation>
+    </message>
+    <message id="shortcut.conflictWarning">
+        <translation>Beaucoup de programmes utilisent cette combinaison ; elle ne leur parviendra plus.</translation>
+    </message>
+    <message id="shortcut.heldByAnother">
+        <translation>Un autre programme utilise déjà cette combinaison. Choisissez-en une autre.</translation>
+    </message>
+    <message id="shortcut.noSuchKey">
+        <translation>Ce clavier n’a pas cette touche. Choisissez une autre combinaison.</translation>
+    </message>
+    <message id="shortcut.unavailable">
+        <translation>Sur ce bureau, les programmes ne peuvent pas poser de raccourci. Associez la commande « orvelle toggle » dans les réglages du clavier.</translation>
+    </message>
+    <message id="shortcut.refused">
+        <translation>La combinaison enregistrée est inutilisable. Choisissez-en une autre.</translation>
+    </message>
 </context>
 </TS>

@@ -28,6 +28,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
       m_workspace(surroundings.sessionBus),
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
+      m_shortcut({*m_core.defaults, m_core.notifications, m_hotKeys}),
       m_widgets(widgetSurroundings()),
       m_presenter(&childEntries),
       m_importer({m_core.links, m_core.exchange, m_core.exchangeSettings, *m_core.defaults, surroundings.alerts,
@@ -47,8 +48,10 @@ Application::~Application() = default;
 
 WidgetServices::Surroundings Application::widgetSurroundings()
 {
-    return {*m_core.defaults,      m_core.debugMode, m_core.notifications,      m_powerEvents,         m_core.clock,
-            m_surroundings.alerts, m_core.jobs,      m_surroundings.sessionBus, &Windows::bringToFront};
+    return {*m_core.defaults,      m_core.debugMode, m_core.notifications,
+            m_powerEvents,         m_core.clock,     m_surroundings.alerts,
+            m_core.jobs,           m_shortcut,       m_surroundings.sessionBus,
+            &Windows::bringToFront};
 }
 
 MenuBarManager::Services Application::menuBarServices()
@@ -89,7 +92,8 @@ SettingsServices Application::settingsServices(AppWindows &windows)
             [this](const QString &path) { m_workspace.reveal(path); },
             [this](const QString &folder) { m_workspace.showFolder(folder); },
             {versionText(), buildText(), m_core.defaults->path(), m_core.folders.data},
-            m_widgets.sections};
+            m_widgets.sections,
+            &m_shortcut};
 }
 
 void Application::start()

@@ -7,6 +7,7 @@
 #include "app/Windows.h"
 #include "app/cli/CommandContext.h"
 #include "app/cli/CommandResult.h"
+#include "menubar/GlobalShortcut.h"
 #include "menubar/MenuBarManager.h"
 #include "menubar/TimerToolTip.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
@@ -14,6 +15,7 @@
 #include "platform/freedesktop/GioWorkspace.h"
 #include "platform/freedesktop/JournalLog.h"
 #include "platform/freedesktop/LogindPowerEvents.h"
+#include "platform/freedesktop/XcbHotKeys.h"
 #include "ui/common/MessageAlerts.h"
 #include "ui/common/QtFolderChooser.h"
 #include "ui/common/Theme.h"
@@ -74,6 +76,8 @@ private:
     QtFolderChooser m_folderChooser;
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
+    XcbHotKeys m_hotKeys;
+    GlobalShortcut m_shortcut;
     WidgetServices m_widgets;
     MenuPopup m_presenter;
     ExchangeController m_importer;

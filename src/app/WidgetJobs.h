@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menubar/GlobalShortcut.h"
 #include "menubar/StartupJobs.h"
 
 #include <QHash>
@@ -10,8 +11,8 @@ class QWidget;
 
 namespace orvelle {
 
-/// What start-up and the menu ask of the widgets, in a table by widget; all
-/// else goes on to who did it before. Main thread.
+/// What start-up and the menu ask of the widgets, in a table by widget, and of
+/// the global shortcut; all else goes on to who did it before. Main thread.
 class WidgetJobs : public StartupJobs
 {
 public:
@@ -27,7 +28,7 @@ public:
         std::function<QWidget *(QWidget *parent)> makeRow;
     };
 
-    explicit WidgetJobs(StartupJobs &others) : m_others(others) {}
+    WidgetJobs(StartupJobs &others, GlobalShortcut &shortcut) : m_others(others), m_shortcut(shortcut) {}
 
     void add(WidgetType type, Widget widget) { m_widgets.insert(type, std::move(widget)); }
     /// Null for a widget that is not in the table.
@@ -46,11 +47,12 @@ public:
     void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
     void refreshWeatherIfNeeded() override { m_others.refreshWeatherIfNeeded(); }
     void checkClipboardNow() override { m_others.checkClipboardNow(); }
-    void setupGlobalShortcut() override { m_others.setupGlobalShortcut(); }
-    void removeGlobalShortcut() override { m_others.removeGlobalShortcut(); }
+    void setupGlobalShortcut() override { m_shortcut.setup(); }
+    void removeGlobalShortcut() override { m_shortcut.remove(); }
 
 private:
     StartupJobs &m_others;
+    GlobalShortcut &m_shortcut;
     QHash<WidgetType, Widget> m_widgets;
 };
 

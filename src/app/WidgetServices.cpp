@@ -18,7 +18,7 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
                m_sampler, m_counters}),
       timer({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock,
              surroundings.alerts, m_sounds, m_messages, surroundings.activateApp}),
-      jobs(surroundings.otherJobs)
+      jobs(surroundings.otherJobs, surroundings.shortcut)
 {
     addSystemInfo();
     addNetwork();

@@ -33,6 +33,7 @@ public:
         Clock &clock;
         Alerts &alerts;
         StartupJobs &otherJobs;
+        GlobalShortcut &shortcut;
         QDBusConnection sessionBus;
         /// Brings the application to the front.
         std::function<void()> activateApp;

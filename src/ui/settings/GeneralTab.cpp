@@ -7,6 +7,7 @@
 #include "ui/settings/LinksSection.h"
 #include "ui/settings/MenuletIconPicker.h"
 #include "ui/settings/Sections.h"
+#include "ui/settings/ShortcutSection.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -36,6 +37,8 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
     column->addWidget(m_icons);
     column->addSpacing(6);
     column->addWidget(sectionTitle(text("settings.behaviour"_text), this));
+    if (services.shortcut)
+        column->addWidget(new ShortcutSection(*services.shortcut, services.notifications, this));
     column->addLayout(makeBehaviour());
 
     connect(m_confirmQuit, &QCheckBox::clicked, this, &GeneralTab::setConfirmBeforeQuit);

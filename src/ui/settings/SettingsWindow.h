@@ -17,6 +17,7 @@ class Clock;
 class DebugModeManager;
 class ExchangeDialogs;
 class FaviconSettings;
+class GlobalShortcut;
 class LinkStore;
 class Notifications;
 class SnapshotStore;
@@ -55,6 +56,8 @@ struct SettingsServices {
     AboutInfo about;
     /// The sections of the widgets that run.
     WidgetSectionTable widgetSections = {};
+    /// Null where there is none to be set.
+    GlobalShortcut *shortcut = nullptr;
 };
 
 /// The settings: General, Widgets, Sync and About. Its objectName is
