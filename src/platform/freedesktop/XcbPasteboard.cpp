@@ -1,0 +1,287 @@
+#include "platform/freedesktop/XcbPasteboard.h"
+
+#include "platform/Clock.h"
+
+#include <QAbstractEventDispatcher>
+#include <QLoggingCategory>
+
+#include <poll.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace orvelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
+
+constexpr auto longestHandOver = std::chrono::seconds(1);
+
+/// The forms of text that can be read, the best first.
+const std::array textTargets{"UTF8_STRING"_L1, "text/plain;charset=utf-8"_L1, "text/plain;charset=UTF-8"_L1,
+                             "text/plain"_L1, "STRING"_L1};
+
+QByteArray asUtf8(const QByteArray &bytes, const QString &target)
+{
+    QByteArray text = target == "STRING"_L1 ? QString::fromLatin1(bytes).toUtf8() : bytes;
+    while (text.endsWith('\0')) // some owners count the end of a C string
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+XcbPasteboard::XcbPasteboard(Clock &clock, QObject *parent) : Pasteboard(parent), m_clock(clock)
+{
+    if (!connected())
+        qCInfo(lcPasteboard, "There is no X server; the clipboard cannot be read here");
+}
+
+XcbPasteboard::~XcbPasteboard()
+{
+    if (m_x && !m_x->isBroken())
+        handOver();
+    connectionLost();
+}
+
+bool XcbPasteboard::connected()
+{
+    if (m_x && m_x->isBroken())
+        connectionLost();
+    if (m_x)
+        return true;
+    m_x = XcbConnection::open({"CLIPBOARD", "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "INCR", "NULL",
+                               "ATOM_PAIR", "CLIPBOARD_MANAGER", "UTF8_STRING", "STRING", "TEXT", "text/plain",
+                               "text/plain;charset=utf-8", "ORVELLE_TIME", "ORVELLE_HAND_OVER"});
+    if (!m_x)
+        return false;
+    m_window = xcb_generate_id(m_x->raw());
+    const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(m_x->raw(), XCB_COPY_FROM_PARENT, m_window, m_x->root(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
+    if (!watchOwner()) {
+        connectionLost();
+        return false;
+    }
+    m_reader = std::make_unique<XcbSelectionReader>(*m_x, m_clock, m_window, m_x->atom("CLIPBOARD"));
+    m_server = std::make_unique<XcbSelectionServer>(*m_x, m_clock, m_window, m_x->atom("CLIPBOARD"));
+    m_readable = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_x->raw()), QSocketNotifier::Read);
+    connect(m_readable.get(), &QSocketNotifier::activated, this, &XcbPasteboard::readEvents);
+    // What is sent or asked may take events off the socket, which then stays quiet.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &XcbPasteboard::readQueuedEvents, Qt::UniqueConnection);
+    xcb_flush(m_x->raw());
+    return true;
+}
+
+bool XcbPasteboard::watchOwner()
+{
+    const xcb_query_extension_reply_t *fixes = xcb_get_extension_data(m_x->raw(), &xcb_xfixes_id);
+    if (!fixes || !fixes->present)
+        return false;
+    const auto cookie = xcb_xfixes_query_version(m_x->raw(), 1, 0);
+    const XcbPtr<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(m_x->raw(), cookie, nullptr));
+    if (!version)
+        return false;
+    m_firstFixesEvent = fixes->first_event;
+    // Not the owner's end: what was copied is gone then, and nothing was copied.
+    xcb_xfixes_select_selection_input(m_x->raw(), m_window, m_x->atom("CLIPBOARD"),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    return true;
+}
+
+void XcbPasteboard::connectionLost()
+{
+    m_readable.reset(); // before the connection whose socket it watches
+    m_reader.reset();
+    m_server.reset();
+    m_toWrite.reset();
+    m_names.clear();
+    m_x.reset();
+}
+
+void XcbPasteboard::readEvents()
+{
+    while (m_x) {
+        const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_x->raw())};
+        if (!event)
+            break;
+        handle(*event);
+    }
+    if (m_x && m_x->isBroken()) {
+        qCWarning(lcPasteboard, "The X server is gone, and the clipboard with it");
+        connectionLost();
+    }
+}
+
+void XcbPasteboard::readQueuedEvents()
+{
+    while (m_x) {
+        const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_queued_event(m_x->raw())};
+        if (!event)
+            return;
+        handle(*event);
+    }
+}
+
+void XcbPasteboard::handle(const xcb_generic_event_t &event)
+{
+    const quint8 type = event.response_type & 0x7f;
+    if (type == m_firstFixesEvent + XCB_XFIXES_SELECTION_NOTIFY)
+        ownerChanged(event);
+    else if (type == XCB_SELECTION_NOTIFY)
+        m_reader->selectionNotify(reinterpret_cast<const xcb_selection_notify_event_t &>(event));
+    else if (type == XCB_PROPERTY_NOTIFY)
+        propertyChanged(reinterpret_cast<const xcb_property_notify_event_t &>(event));
+    else if (type == XCB_SELECTION_REQUEST)
+        m_server->selectionRequest(reinterpret_cast<const xcb_selection_request_event_t &>(event));
+    else if (type == XCB_SELECTION_CLEAR)
+        m_server->lost();
+    else if (type == XCB_DESTROY_NOTIFY)
+        m_server->windowGone(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
+}
+
+void XcbPasteboard::ownerChanged(const xcb_generic_event_t &event)
+{
+    const auto &notice = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+    // Some programs take the selection twice for one copy.
+    const auto owner = std::pair(notice.owner, notice.selection_timestamp);
+    if (std::exchange(m_lastOwner, owner) != owner)
+        ++m_changeCount;
+}
+
+void XcbPasteboard::propertyChanged(const xcb_property_notify_event_t &event)
+{
+    const bool arrived = event.state == XCB_PROPERTY_NEW_VALUE;
+    if (event.window == m_window && event.atom == m_x->atom("ORVELLE_TIME") && arrived) {
+        if (m_toWrite)
+            m_server->own(*std::exchange(m_toWrite, std::nullopt), event.time);
+        return;
+    }
+    if (event.window == m_window && arrived)
+        m_reader->propertyArrived(event.atom);
+    else if (!arrived)
+        m_server->propertyDeleted(event.window, event.atom);
+}
+
+void XcbPasteboard::convert(xcb_atom_t target, qint64 maxBytes, QObject *context, DataHandler handler)
+{
+    if (connected() && target != XCB_ATOM_NONE) {
+        m_reader->fetch(target, maxBytes, context, std::move(handler));
+        return;
+    }
+    const auto kind = m_x ? PasteboardError::Kind::Refused : PasteboardError::Kind::Unavailable;
+    QMetaObject::invokeMethod(
+        context,
+        [handler = std::move(handler), kind] {
+            handler(PasteboardError{kind, 0});
+        },
+        Qt::QueuedConnection);
+}
+
+QStringList XcbPasteboard::typeNames(const QByteArray &atoms)
+{
+    std::vector<xcb_atom_t> list(std::size_t(std::min<qsizetype>(atoms.size() / 4, maxTypes)));
+    if (!list.empty())
+        std::memcpy(list.data(), atoms.constData(), list.size() * 4);
+    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> asked;
+    for (const xcb_atom_t atom : list) {
+        if (atom != XCB_ATOM_NONE && !m_names.contains(atom))
+            asked.emplace_back(atom, xcb_get_atom_name(m_x->raw(), atom));
+    }
+    for (const auto &[atom, cookie] : asked) {
+        const XcbPtr<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(m_x->raw(), cookie, nullptr));
+        if (reply)
+            m_names.insert(atom, QString::fromUtf8(xcb_get_atom_name_name(reply.get()),
+                                                   xcb_get_atom_name_name_length(reply.get())));
+    }
+    QStringList names;
+    for (const xcb_atom_t atom : list) {
+        if (m_names.contains(atom))
+            names += m_names.value(atom);
+    }
+    return names;
+}
+
+void XcbPasteboard::types(QObject *context, TypesHandler handler)
+{
+    const xcb_atom_t targets = connected() ? m_x->atom("TARGETS") : xcb_atom_t(XCB_ATOM_NONE);
+    convert(targets, maxTypes * 64, context,
+            [this, handler = std::move(handler)](const Result<QByteArray, PasteboardError> &atoms) {
+                if (!atoms || !m_x) {
+                    handler(atoms ? PasteboardError{} : atoms.error());
+                    return;
+                }
+                m_offered = typeNames(*atoms);
+                QStringList names = m_offered;
+                const bool hasText =
+                    std::ranges::any_of(textTargets, [&](QLatin1StringView each) { return names.contains(each); });
+                if (hasText && !names.contains(textType()))
+                    names += textType();
+                handler(names);
+            });
+}
+
+xcb_atom_t XcbPasteboard::targetFor(const QString &type)
+{
+    if (!connected())
+        return XCB_ATOM_NONE;
+    return m_x->atom(type.toUtf8());
+}
+
+void XcbPasteboard::data(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler)
+{
+    if (type != textType()) {
+        convert(targetFor(type), maxBytes, context, std::move(handler));
+        return;
+    }
+    const auto best =
+        std::ranges::find_if(textTargets, [this](QLatin1StringView each) { return m_offered.contains(each); });
+    const QString target = best == textTargets.end() ? QString(textTargets.front()) : QString(*best);
+    convert(targetFor(target), maxBytes, context,
+            [target, handler = std::move(handler)](const Result<QByteArray, PasteboardError> &bytes) {
+                handler(bytes ? Result<QByteArray, PasteboardError>(asUtf8(*bytes, target)) : bytes);
+            });
+}
+
+void XcbPasteboard::write(const QList<PasteboardItem> &forms)
+{
+    if (!connected())
+        return;
+    m_toWrite = forms;
+    // The convention wants a time of the server; it comes with the notice of
+    // this change.
+    xcb_change_property(m_x->raw(), XCB_PROP_MODE_APPEND, m_window, m_x->atom("ORVELLE_TIME"), XCB_ATOM_INTEGER, 32, 0,
+                        nullptr);
+    xcb_flush(m_x->raw());
+}
+
+void XcbPasteboard::handOver()
+{
+    if (!m_server->owns() || m_x->selectionOwner(m_x->atom("CLIPBOARD_MANAGER")) == XCB_WINDOW_NONE)
+        return;
+    xcb_convert_selection(m_x->raw(), m_window, m_x->atom("CLIPBOARD_MANAGER"), m_x->atom("SAVE_TARGETS"),
+                          m_x->atom("ORVELLE_HAND_OVER"), m_server->ownedSince());
+    xcb_flush(m_x->raw());
+    const auto end = std::chrono::steady_clock::now() + longestHandOver;
+    for (bool saved = false; !saved && !m_x->isBroken();) {
+        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_x->raw())}) {
+            const auto &notice = reinterpret_cast<const xcb_selection_notify_event_t &>(*event);
+            saved = saved || ((event->response_type & 0x7f) == XCB_SELECTION_NOTIFY &&
+                              notice.selection == m_x->atom("CLIPBOARD_MANAGER"));
+            handle(*event);
+        }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        if (saved || left.count() <= 0)
+            break;
+        pollfd readable{xcb_get_file_descriptor(m_x->raw()), POLLIN, 0};
+        poll(&readable, 1, int(left.count()));
+    }
+}
+
+} // namespace orvelle

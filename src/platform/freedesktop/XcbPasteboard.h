@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+#include "platform/freedesktop/XcbSelectionReader.h"
+#include "platform/freedesktop/XcbSelectionServer.h"
+
+#include <QSocketNotifier>
+
+#include <optional>
+
+namespace orvelle {
+
+class Clock;
+
+/// The CLIPBOARD selection of an X server, over a connection of its own
+/// (ICCCM section 2; XFixes for the notice of changes). Not through the
+/// toolkit's clipboard, whose reading waits on the main thread for as long as
+/// the owner likes, takes any size, and tells a password manager's mark only
+/// once the content has been fetched beside it. On Wayland this is what the
+/// compositor shows to X programs. Main thread.
+class XcbPasteboard : public Pasteboard
+{
+    Q_OBJECT
+
+public:
+    explicit XcbPasteboard(Clock &clock, QObject *parent = nullptr);
+    /// Hands what is written here over to the desktop's clipboard manager, if
+    /// there is one; waits for it a second at most.
+    ~XcbPasteboard() override;
+
+    qint64 changeCount() const override { return m_changeCount; }
+    void types(QObject *context, TypesHandler handler) override;
+    void data(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler) override;
+    void write(const QList<PasteboardItem> &forms) override;
+
+private:
+    bool connected();
+    bool watchOwner();
+    void connectionLost();
+    void readEvents();
+    void readQueuedEvents();
+    void handle(const xcb_generic_event_t &event);
+    void ownerChanged(const xcb_generic_event_t &event);
+    void propertyChanged(const xcb_property_notify_event_t &event);
+    void convert(xcb_atom_t target, qint64 maxBytes, QObject *context, DataHandler handler);
+    QStringList typeNames(const QByteArray &atoms);
+    xcb_atom_t targetFor(const QString &type);
+    void handOver();
+
+    Clock &m_clock;
+    std::unique_ptr<XcbConnection> m_x;
+    std::unique_ptr<QSocketNotifier> m_readable;
+    std::unique_ptr<XcbSelectionReader> m_reader;
+    std::unique_ptr<XcbSelectionServer> m_server;
+    xcb_window_t m_window = XCB_WINDOW_NONE;
+    quint8 m_firstFixesEvent = 0;
+    qint64 m_changeCount = 0;
+    std::pair<xcb_window_t, xcb_timestamp_t> m_lastOwner;
+    QHash<xcb_atom_t, QString> m_names;
+    QStringList m_offered;                          ///< the targets of the last types()
+    std::optional<QList<PasteboardItem>> m_toWrite; ///< waits for the server's time
+};
+
+} // namespace orvelle

@@ -1,0 +1,196 @@
+#include "desktop/tray_tools.h"
+#include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/XcbPasteboard.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace orvelle::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qint64 megabyte = 1024 * 1024;
+
+/// Another program that copies, and answers until it is ended.
+class OtherProgram
+{
+public:
+    OtherProgram(const QByteArray &content, const QString &type)
+    {
+        m_process.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type});
+        m_process.waitForStarted();
+        m_process.write(content);
+        m_process.closeWriteChannel();
+    }
+    ~OtherProgram()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+private:
+    QProcess m_process;
+};
+
+/// What another program gets when it pastes.
+QByteArray pasted(const QString &type)
+{
+    QProcess process;
+    process.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type});
+    EXPECT_TRUE(waitFor([&process] { return process.state() == QProcess::NotRunning; }));
+    return process.readAllStandardOutput();
+}
+
+QByteArray manyBytes(qint64 count)
+{
+    QByteArray bytes(count, Qt::Uninitialized);
+    for (qint64 i = 0; i < count; ++i)
+        bytes[i] = char(i * 7 + i / 251);
+    return bytes;
+}
+
+class PasteboardTest : public testing::Test
+{
+protected:
+    bool changes(qint64 before) const
+    {
+        return waitFor([this, before] { return pasteboard.changeCount() > before; });
+    }
+    Result<QStringList, PasteboardError> types()
+    {
+        std::optional<Result<QStringList, PasteboardError>> answer;
+        pasteboard.types(&context, [&answer](const auto &given) { answer = given; });
+        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }));
+        return answer.value_or(PasteboardError{});
+    }
+    Result<QByteArray, PasteboardError> data(const QString &type, qint64 most = 50 * megabyte)
+    {
+        std::optional<Result<QByteArray, PasteboardError>> answer;
+        pasteboard.data(type, most, &context, [&answer](const auto &given) { answer = given; });
+        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }, 40'000));
+        return answer.value_or(PasteboardError{});
+    }
+
+    SystemClock clock;
+    QObject context;
+    XcbPasteboard pasteboard{clock};
+};
+
+TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)
+{
+    struct {
+        QString offered;
+        QByteArray content;
+        QString asked;
+        QByteArray expected;
+    } const cases[] = {
+        {u"UTF8_STRING"_s, "h\xc3\xa9llo", u"text/plain"_s, "h\xc3\xa9llo"},
+        {u"text/plain;charset=utf-8"_s, "h\xc3\xa9", u"text/plain"_s, "h\xc3\xa9"},
+        {u"STRING"_s, "h\xe9", u"text/plain"_s, "h\xc3\xa9"},
+        {u"text/rtf"_s, "{\\rtf1 x}", u"text/rtf"_s, "{\\rtf1 x}"},
+        {u"image/png"_s, manyBytes(20 * megabyte), u"image/png"_s, manyBytes(20 * megabyte)},
+    };
+    for (const auto &each : cases) {
+        const qint64 before = pasteboard.changeCount();
+        const OtherProgram program(each.content, each.offered);
+        ASSERT_TRUE(changes(before)) << qPrintable(each.offered);
+        const auto offered = types();
+        ASSERT_TRUE(offered);
+        EXPECT_TRUE(offered->contains(each.asked)) << qPrintable(each.offered);
+        const auto content = data(each.asked);
+        ASSERT_TRUE(content) << qPrintable(each.offered);
+        EXPECT_TRUE(*content == each.expected) << qPrintable(each.offered) << content->size();
+        EXPECT_EQ(pasteboard.changeCount(), before + 1);
+    }
+}
+
+TEST_F(PasteboardTest, AnOwnerThatNeverAnswersTimesOutAndFreezesNothing)
+{
+    const qint64 before = pasteboard.changeCount();
+    const auto silent = XcbConnection::open({"CLIPBOARD"});
+    const xcb_window_t window = xcb_generate_id(silent->raw());
+    xcb_create_window(silent->raw(), XCB_COPY_FROM_PARENT, window, silent->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(silent->raw(), window, silent->atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(silent->raw());
+    ASSERT_TRUE(changes(before));
+    QTimer heart;
+    QElapsedTimer beat;
+    qint64 longest = 0;
+    QObject::connect(&heart, &QTimer::timeout, &heart, [&] { longest = std::max(longest, beat.restart()); });
+    beat.start();
+    heart.start(10);
+    QElapsedTimer passed;
+    passed.start();
+    const auto answer = types();
+    ASSERT_FALSE(answer);
+    EXPECT_EQ(answer.error().kind, PasteboardError::Kind::TimedOut);
+    EXPECT_GE(passed.elapsed(), 1900);
+    EXPECT_LE(passed.elapsed(), 3500);
+    EXPECT_LT(longest, 500);
+
+    const OtherProgram next("after", u"UTF8_STRING"_s);
+    ASSERT_TRUE(changes(before + 1));
+    ASSERT_TRUE(types());
+    EXPECT_EQ(data(u"text/plain"_s).value(), "after") << "and the next one is read";
+}
+
+TEST_F(PasteboardTest, ReadsNoMoreThanAllowed)
+{
+    for (const qint64 allowed : {3 * megabyte - 1, 3 * megabyte}) {
+        const qint64 before = pasteboard.changeCount();
+        const OtherProgram program(manyBytes(3 * megabyte), u"image/png"_s);
+        ASSERT_TRUE(changes(before));
+        const auto content = data(u"image/png"_s, allowed);
+        ASSERT_EQ(content.hasValue(), allowed == 3 * megabyte);
+        const auto kind = content ? PasteboardError::Kind::TooLarge : content.error().kind;
+        EXPECT_EQ(kind, PasteboardError::Kind::TooLarge);
+    }
+    const qint64 before = pasteboard.changeCount();
+    const OtherProgram program("x", u"UTF8_STRING"_s);
+    ASSERT_TRUE(changes(before));
+    EXPECT_EQ(data(u"image/tiff"_s).error().kind, PasteboardError::Kind::Refused);
+}
+
+TEST_F(PasteboardTest, WhatIsCopiedIsGoneWithItsProgramAndNothingNewIsCounted)
+{
+    const qint64 before = pasteboard.changeCount();
+    {
+        const OtherProgram program("x", u"UTF8_STRING"_s);
+        ASSERT_TRUE(changes(before));
+    }
+    EXPECT_EQ(types().error().kind, PasteboardError::Kind::Refused);
+    EXPECT_EQ(pasteboard.changeCount(), before + 1);
+}
+
+TEST_F(PasteboardTest, GivesOtherProgramsWhatWasWritten)
+{
+    const QByteArray picture = manyBytes(5 * megabyte + 3);
+    const qint64 before = pasteboard.changeCount();
+    pasteboard.write({{u"text/rtf"_s, "{\\rtf1 h}"}, {u"image/png"_s, picture}, {u"text/plain"_s, "h\xc3\xa9"}});
+    ASSERT_TRUE(changes(before));
+    const QString targets = QString::fromUtf8(pasted(u"TARGETS"_s));
+    for (const char *each : {"TARGETS", "MULTIPLE", "SAVE_TARGETS", "text/rtf", "image/png", "UTF8_STRING", "STRING"})
+        EXPECT_TRUE(targets.split(u'\n').contains(QLatin1StringView(each))) << each;
+    EXPECT_EQ(pasted(u"text/rtf"_s), "{\\rtf1 h}");
+    EXPECT_EQ(pasted(u"UTF8_STRING"_s), "h\xc3\xa9");
+    EXPECT_EQ(pasted(u"text/plain;charset=utf-8"_s), "h\xc3\xa9");
+    EXPECT_EQ(pasted(u"STRING"_s), "h\xe9");
+    EXPECT_TRUE(pasted(u"image/png"_s) == picture);
+    ASSERT_TRUE(types());
+    EXPECT_TRUE(data(u"image/png"_s).value() == picture) << "this program reads its own like another's";
+
+    const OtherProgram other("other", u"UTF8_STRING"_s);
+    ASSERT_TRUE(changes(before + 1));
+    EXPECT_EQ(pasted(u"UTF8_STRING"_s), "other");
+    pasteboard.write({});
+    ASSERT_TRUE(changes(before + 2));
+    EXPECT_EQ(types().error().kind, PasteboardError::Kind::Refused) << "and empty is empty";
+}
+
+} // namespace
+} // namespace orvelle::test
