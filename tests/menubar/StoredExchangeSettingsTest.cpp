@@ -94,12 +94,12 @@ TEST(StoredExchangeSettings, AFreshStoreHasTheDefaultsOfTheOwners)
     EXPECT_EQ(document.lastModifiedBy, u"mars");
     EXPECT_EQ(document.settingsModifiedAt, std::nullopt);
     ExportData expected;
-    expected.weatherSettings = {u"disabled"_s, {}, {}, false, u"aurora"_s};
-    expected.systemInfoSettings = {u"disabled"_s, true};
-    expected.networkSettings = {u"disabled"_s, true};
-    expected.clipboardSettings = {false, false, u"purple"_s};
-    expected.calendarSettings = {false, false, u"red"_s, 1, u"0"_s};
-    expected.generalSettings = {true, u"link"_s, true, 7, 0};
+    expected.weatherSettings.emplace(ExportWeatherSettings{u"disabled"_s, {}, {}, false, u"aurora"_s});
+    expected.systemInfoSettings.emplace(ExportSystemInfoSettings{u"disabled"_s, true});
+    expected.networkSettings.emplace(ExportNetworkSettings{u"disabled"_s, true});
+    expected.clipboardSettings.emplace(ExportClipboardSettings{false, false, u"purple"_s});
+    expected.calendarSettings.emplace(ExportCalendarSettings{false, false, u"red"_s, 1, u"0"_s});
+    expected.generalSettings.emplace(ExportGeneralSettings{true, u"link"_s, true, 7, 0});
     expected.quickLaunchEnabled = true;
     expected.quickLaunchApps = QuickLaunchSlots(4);
     expected.quickLaunchDisplayStyle = u"souffle"_s;
