@@ -35,10 +35,12 @@ void QuickAddPanel::setAddress(const QString &address)
     m_view->setAddress(address);
 }
 
-void QuickAddPanel::showEvent(QShowEvent *event)
+void QuickAddPanel::setVisible(bool visible)
 {
-    QDialog::showEvent(event);
-    m_view->offerClipboard();
+    // Before the dialog finds its size and place.
+    if (visible && !isVisible())
+        m_view->offerClipboard();
+    QDialog::setVisible(visible);
 }
 
 void QuickAddPanel::changeEvent(QEvent *event)

@@ -37,8 +37,9 @@ public:
     void setAddress(const QString &address);
     QuickAddLinkView &view() const { return *m_view; }
 
+    void setVisible(bool visible) override;
+
 protected:
-    void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
