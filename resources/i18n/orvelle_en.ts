@@ -1445,5 +1445,23 @@ You can change or remove everything here.</translation>
     <message id="shortcut.refused">
         <translation>The stored combination cannot be used. Choose another one.</translation>
     </message>
+    <message id="clipboard.empty">
+        <translation>Nothing copied yet</translation>
+    </message>
+    <message id="clipboard.typeRTF">
+        <translation>Formatted text</translation>
+    </message>
+    <message id="clipboard.typeImage">
+        <translation>Image</translation>
+    </message>
+    <message id="clipboard.typeFile">
+        <translation>File</translation>
+    </message>
+    <message id="clipboard.typeFiles ">
+        <translation>Files: </translation>
+    </message>
+    <message id="clipboard.typeOther">
+        <translation>Other content</translation>
+    </message>
 </context>
 </TS>

@@ -1445,5 +1445,23 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="shortcut.refused">
         <translation>La combinaison enregistrée est inutilisable. Choisissez-en une autre.</translation>
     </message>
+    <message id="clipboard.empty">
+        <translation>Rien de copié</translation>
+    </message>
+    <message id="clipboard.typeRTF">
+        <translation>Texte mis en forme</translation>
+    </message>
+    <message id="clipboard.typeImage">
+        <translation>Image</translation>
+    </message>
+    <message id="clipboard.typeFile">
+        <translation>Fichier</translation>
+    </message>
+    <message id="clipboard.typeFiles ">
+        <translation>Fichiers : </translation>
+    </message>
+    <message id="clipboard.typeOther">
+        <translation>Autre contenu</translation>
+    </message>
 </context>
 </TS>
