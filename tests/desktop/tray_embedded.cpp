@@ -112,15 +112,15 @@ TEST_F(EmbeddedTest, IsDrawnToContrastWithThePanelAtAnySize)
     settle();
     const struct {
         quint32 background;
-        std::initializer_list<quint32> colors;
+        std::initializer_list<quint32> trayColors;
         QColor expected;
     } cases[]{
         {0x202020, {}, QColor(0xf5, 0xf5, 0xf5)},
         {0xe0e0e0, {}, QColor(0x24, 0x24, 0x24)},
         {0xe0e0e0, {0x8080, 0, 0xffff, 0, 0, 0, 0, 0, 0, 0, 0, 0}, QColor(0x80, 0, 0xff)},
     };
-    for (const auto &[background, colors, expected] : cases) {
-        FakeTray tray(background, {100, 10, 24, 24}, colors);
+    for (const auto &[background, trayColors, expected] : cases) {
+        FakeTray tray(background, {100, 10, 24, 24}, trayColors);
         ASSERT_TRUE(docksIn(tray));
         EXPECT_TRUE(pixelBecomes({112, 22}, expected));
         EXPECT_EQ(screenshot().pixelColor(101, 11), QColor::fromRgb(background)) << "the panel shows through";
