@@ -1445,6 +1445,57 @@ You can change or remove everything here.</translation>
     <message id="shortcut.refused">
         <translation>The stored combination cannot be used. Choose another one.</translation>
     </message>
+    <message id="quicklaunch.style">
+        <translation>Style:</translation>
+    </message>
+    <message id="quicklaunch.style.souffle">
+        <translation>Breath</translation>
+    </message>
+    <message id="quicklaunch.style.dock">
+        <translation>Dock</translation>
+    </message>
+    <message id="quicklaunch.style.neon">
+        <translation>Neon</translation>
+    </message>
+    <message id="quicklaunch.style.encre">
+        <translation>Ink</translation>
+    </message>
+    <message id="quicklaunch.empty">
+        <translation>Empty</translation>
+    </message>
+    <message id="quicklaunch.remove">
+        <translation>Remove</translation>
+    </message>
+    <message id="quicklaunch.choose">
+        <translation>Choose…</translation>
+    </message>
+    <message id="quicklaunch.noApps">
+        <translation>No application chosen yet</translation>
+    </message>
+    <message id="quicklaunch.gone">
+        <translation>This application is no longer installed.</translation>
+    </message>
+    <message id="quicklaunch.slots">
+        <translation>Applications</translation>
+    </message>
+    <message id="quicklaunch.slotsHint">
+        <translation>Drag to rearrange. Up to four applications show in the menu.</translation>
+    </message>
+    <message id="quicklaunch.chooserTitle">
+        <translation>Choose an application</translation>
+    </message>
+    <message id="quicklaunch.search">
+        <translation>Search applications</translation>
+    </message>
+    <message id="quicklaunch.fromFile">
+        <translation>From a file…</translation>
+    </message>
+    <message id="quicklaunch.fileFilter">
+        <translation>Desktop entries (*.desktop)</translation>
+    </message>
+    <message id="quicklaunch.notUsable %@">
+        <translation>“%@” is no application that can be started. A file from outside the applications folders must be marked as executable.</translation>
+    </message>
     <message id="clipboard.empty">
         <translation>Nothing copied yet</translation>
     </message>

@@ -1445,6 +1445,57 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="shortcut.refused">
         <translation>La combinaison enregistrée est inutilisable. Choisissez-en une autre.</translation>
     </message>
+    <message id="quicklaunch.style">
+        <translation>Style :</translation>
+    </message>
+    <message id="quicklaunch.style.souffle">
+        <translation>Souffle</translation>
+    </message>
+    <message id="quicklaunch.style.dock">
+        <translation>Dock</translation>
+    </message>
+    <message id="quicklaunch.style.neon">
+        <translation>Néon</translation>
+    </message>
+    <message id="quicklaunch.style.encre">
+        <translation>Encre</translation>
+    </message>
+    <message id="quicklaunch.empty">
+        <translation>Vide</translation>
+    </message>
+    <message id="quicklaunch.remove">
+        <translation>Retirer</translation>
+    </message>
+    <message id="quicklaunch.choose">
+        <translation>Choisir…</translation>
+    </message>
+    <message id="quicklaunch.noApps">
+        <translation>Aucune application choisie</translation>
+    </message>
+    <message id="quicklaunch.gone">
+        <translation>Cette application n’est plus installée.</translation>
+    </message>
+    <message id="quicklaunch.slots">
+        <translation>Applications</translation>
+    </message>
+    <message id="quicklaunch.slotsHint">
+        <translation>Glissez pour réordonner. Le menu montre jusqu’à quatre applications.</translation>
+    </message>
+    <message id="quicklaunch.chooserTitle">
+        <translation>Choisir une application</translation>
+    </message>
+    <message id="quicklaunch.search">
+        <translation>Rechercher une application</translation>
+    </message>
+    <message id="quicklaunch.fromFile">
+        <translation>Depuis un fichier…</translation>
+    </message>
+    <message id="quicklaunch.fileFilter">
+        <translation>Fichiers d’application (*.desktop)</translation>
+    </message>
+    <message id="quicklaunch.notUsable %@">
+        <translation>« %@ » n’est pas une application que l’on peut lancer. Hors des dossiers d’applications, le fichier doit être marqué comme exécutable.</translation>
+    </message>
     <message id="clipboard.empty">
         <translation>Rien de copié</translation>
     </message>

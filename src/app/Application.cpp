@@ -48,10 +48,17 @@ Application::~Application() = default;
 
 WidgetServices::Surroundings Application::widgetSurroundings()
 {
-    return {*m_core.defaults,      m_core.debugMode, m_core.notifications,
-            m_powerEvents,         m_core.clock,     m_surroundings.alerts,
-            m_core.jobs,           m_shortcut,       m_surroundings.sessionBus,
-            &Windows::bringToFront};
+    return {*m_core.defaults,
+            m_core.debugMode,
+            m_core.notifications,
+            m_powerEvents,
+            m_core.clock,
+            m_surroundings.alerts,
+            m_core.jobs,
+            m_shortcut,
+            m_surroundings.sessionBus,
+            &Windows::bringToFront,
+            [this] { m_presenter.close(); }};
 }
 
 MenuBarManager::Services Application::menuBarServices()

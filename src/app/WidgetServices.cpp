@@ -1,9 +1,12 @@
 #include "app/WidgetServices.h"
 
+#include "base/Notifications.h"
 #include "ui/menu/rows/NetworkRowView.h"
+#include "ui/menu/rows/QuickLaunchRowView.h"
 #include "ui/menu/rows/SystemInfoRowView.h"
 #include "ui/menu/rows/TimerRowView.h"
 #include "ui/settings/NetworkSection.h"
+#include "ui/settings/QuickLaunchSection.h"
 #include "ui/settings/SystemInfoSection.h"
 #include "ui/settings/TimerSection.h"
 
@@ -18,11 +21,13 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
                m_sampler, m_counters}),
       timer({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock,
              surroundings.alerts, m_sounds, m_messages, surroundings.activateApp}),
+      quickLaunch({surroundings.defaults, surroundings.debugMode, surroundings.notifications, m_applications}),
       jobs(surroundings.otherJobs, surroundings.shortcut)
 {
     addSystemInfo();
     addNetwork();
     addTimer();
+    addQuickLaunch();
 }
 
 void WidgetServices::addSystemInfo()
@@ -68,6 +73,31 @@ void WidgetServices::addTimer()
                                  }});
     sections.insert(WidgetType::Timer,
                     [this, &notifications](QWidget *parent) { return new TimerSection(timer, notifications, parent); });
+}
+
+void WidgetServices::addQuickLaunch()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    const QuickLaunchRowView::Actions actions{[this](int slot) {
+                                                  m_surroundings.closeMenu();
+                                                  quickLaunch.launchApp(slot);
+                                              },
+                                              [this, &notifications] {
+                                                  m_surroundings.closeMenu();
+                                                  emit notifications.openAppSettings();
+                                              }};
+    jobs.add(WidgetType::QuickLaunch, {[this] { return quickLaunch.isEnabled(); },
+                                       [] { return false; },
+                                       {},
+                                       {},
+                                       {},
+                                       [this, &notifications, actions](QWidget *parent) -> QWidget * {
+                                           return new QuickLaunchRowView(quickLaunch, m_applications, notifications,
+                                                                         actions, parent);
+                                       }});
+    sections.insert(WidgetType::QuickLaunch, [this, &notifications](QWidget *parent) {
+        return new QuickLaunchSection(quickLaunch, m_applications, notifications, parent);
+    });
 }
 
 } // namespace orvelle

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/WidgetJobs.h"
+#include "menubar/QuickLaunchManager.h"
 #include "platform/freedesktop/BusNotifications.h"
 #include "platform/freedesktop/CanberraSounds.h"
+#include "platform/freedesktop/GioApplications.h"
 #include "platform/freedesktop/NetlinkCounters.h"
 #include "platform/freedesktop/ProcHostStatistics.h"
 #include "platform/freedesktop/ThreadSampler.h"
@@ -37,6 +39,8 @@ public:
         QDBusConnection sessionBus;
         /// Brings the application to the front.
         std::function<void()> activateApp;
+        /// Closes the menu if it is open.
+        std::function<void()> closeMenu;
     };
     explicit WidgetServices(const Surroundings &surroundings);
 
@@ -44,6 +48,7 @@ private:
     void addSystemInfo();
     void addNetwork();
     void addTimer();
+    void addQuickLaunch();
 
     Surroundings m_surroundings;
     ProcHostStatistics m_host;
@@ -51,11 +56,13 @@ private:
     ThreadSampler m_sampler; ///< uses the two above
     CanberraSounds m_sounds;
     BusNotifications m_messages;
+    GioApplications m_applications;
 
 public:
     SystemInfoManager systemInfo;
     NetworkManager network;
     TimerManager timer;
+    QuickLaunchManager quickLaunch;
     WidgetJobs jobs;
     WidgetSectionTable sections;
 };
