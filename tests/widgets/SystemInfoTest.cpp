@@ -99,6 +99,19 @@ TEST_F(SystemInfoTest, ChangedSettingsAreStoredAnnouncedAndFollowed)
     EXPECT_EQ(samplesIn(60s), 0);
 }
 
+TEST_F(SystemInfoTest, FollowsSettingsThatAnImportWrote)
+{
+    SystemInfoManager &info = start("disabled");
+    ASSERT_TRUE(world.defaults.write(u"SystemInfoDisplayMode"_s, u"terminal"_s));
+    emit world.notifications.syncableSettingsChanged();
+    EXPECT_EQ(info.displayMode(), SystemInfoDisplayMode::Terminal);
+    EXPECT_EQ(world.changes, 1);
+    EXPECT_GT(samplesIn(6s), 0);
+    world.changes = 0;
+    emit world.notifications.syncableSettingsChanged();
+    EXPECT_EQ(world.changes, 0) << "nothing is other than it was";
+}
+
 TEST_F(SystemInfoTest, SamplesBySpeedOfNeed)
 {
     start("terminal");

@@ -5,6 +5,7 @@
 #include "services/DebugModeManager.h"
 
 #include <QLoggingCategory>
+#include <QScopedValueRollback>
 
 namespace orvelle {
 
@@ -48,6 +49,10 @@ NetworkManager::NetworkManager(const Services &services, QObject *parent)
 {
     load();
     connect(&services.notifications, &Notifications::debugModeChanged, this, &NetworkManager::reload);
+    connect(&services.notifications, &Notifications::syncableSettingsChanged, this, [this] {
+        if (!m_announcing)
+            rereadAfterImport();
+    });
     connect(&services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
         const DebugModeManager &debug = m_services.debugMode;
         if (keys.contains(debug.key(displayModeKey())) || keys.contains(debug.key(menuBarOnlyKey())))
@@ -71,6 +76,25 @@ void NetworkManager::reload()
     emit m_services.notifications.networkChanged();
 }
 
+/// An import writes the stored settings past their manager.
+void NetworkManager::rereadAfterImport()
+{
+    const auto mode = m_displayMode;
+    const bool menuBarOnly = m_menuBarOnly;
+    load();
+    if (mode == m_displayMode && menuBarOnly == m_menuBarOnly)
+        return;
+    followMode(mode != NetworkDisplayMode::Disabled);
+    emit m_services.notifications.networkChanged();
+}
+
+void NetworkManager::announceSetting()
+{
+    emit m_services.notifications.networkChanged();
+    const QScopedValueRollback own(m_announcing, true);
+    emit m_services.notifications.syncableSettingsChanged();
+}
+
 void NetworkManager::followMode(bool wasEnabled)
 {
     if (isEnabled() == wasEnabled)
@@ -90,8 +114,7 @@ void NetworkManager::setDisplayMode(NetworkDisplayMode mode)
     // A failed write is reported by the store itself; the mode holds for this run.
     static_cast<void>(m_services.defaults.write(m_services.debugMode.key(displayModeKey()), rawValue(mode)));
     followMode(wasEnabled);
-    emit m_services.notifications.networkChanged();
-    emit m_services.notifications.syncableSettingsChanged();
+    announceSetting();
 }
 
 void NetworkManager::setMenuBarOnly(bool only)
@@ -100,8 +123,7 @@ void NetworkManager::setMenuBarOnly(bool only)
         return;
     m_menuBarOnly = only;
     static_cast<void>(m_services.defaults.write(m_services.debugMode.key(menuBarOnlyKey()), only));
-    emit m_services.notifications.networkChanged();
-    emit m_services.notifications.syncableSettingsChanged();
+    announceSetting();
 }
 
 BackgroundSampler::Job NetworkManager::makeJob()

@@ -54,6 +54,8 @@ public:
 private:
     void load();
     void reload();
+    void rereadAfterImport();
+    void announceSetting();
     void followMode(bool wasEnabled);
     BackgroundSampler::Job makeJob();
     void publish(const NetworkSpeed &speed);
@@ -61,6 +63,7 @@ private:
     Services m_services;
     NetworkDisplayMode m_displayMode = NetworkDisplayMode::Disabled;
     bool m_menuBarOnly = true;
+    bool m_announcing = false;
     std::optional<NetworkSpeed> m_currentSpeed;
     QList<NetworkSpeed> m_speedHistory;
     MonitorSchedule m_schedule;

@@ -5,6 +5,7 @@
 #include "services/DebugModeManager.h"
 
 #include <QLoggingCategory>
+#include <QScopedValueRollback>
 
 #include <cstring>
 
@@ -77,6 +78,10 @@ SystemInfoManager::SystemInfoManager(const Services &services, QObject *parent)
 {
     load();
     connect(&services.notifications, &Notifications::debugModeChanged, this, &SystemInfoManager::reload);
+    connect(&services.notifications, &Notifications::syncableSettingsChanged, this, [this] {
+        if (!m_announcing)
+            rereadAfterImport();
+    });
     connect(&services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
         const DebugModeManager &debug = m_services.debugMode;
         if (keys.contains(debug.key(displayModeKey())) || keys.contains(debug.key(menuBarOnlyKey())))
@@ -100,6 +105,25 @@ void SystemInfoManager::reload()
     emit m_services.notifications.systemInfoChanged();
 }
 
+/// An import writes the stored settings past their manager.
+void SystemInfoManager::rereadAfterImport()
+{
+    const auto mode = m_displayMode;
+    const bool menuBarOnly = m_menuBarOnly;
+    load();
+    if (mode == m_displayMode && menuBarOnly == m_menuBarOnly)
+        return;
+    followMode(mode != SystemInfoDisplayMode::Disabled);
+    emit m_services.notifications.systemInfoChanged();
+}
+
+void SystemInfoManager::announceSetting()
+{
+    emit m_services.notifications.systemInfoChanged();
+    const QScopedValueRollback own(m_announcing, true);
+    emit m_services.notifications.syncableSettingsChanged();
+}
+
 void SystemInfoManager::followMode(bool wasEnabled)
 {
     if (isEnabled() == wasEnabled)
@@ -119,8 +143,7 @@ void SystemInfoManager::setDisplayMode(SystemInfoDisplayMode mode)
     // A failed write is reported by the store itself; the mode holds for this run.
     static_cast<void>(m_services.defaults.write(m_services.debugMode.key(displayModeKey()), rawValue(mode)));
     followMode(wasEnabled);
-    emit m_services.notifications.systemInfoChanged();
-    emit m_services.notifications.syncableSettingsChanged();
+    announceSetting();
 }
 
 void SystemInfoManager::setMenuBarOnly(bool only)
@@ -129,8 +152,7 @@ void SystemInfoManager::setMenuBarOnly(bool only)
         return;
     m_menuBarOnly = only;
     static_cast<void>(m_services.defaults.write(m_services.debugMode.key(menuBarOnlyKey()), only));
-    emit m_services.notifications.systemInfoChanged();
-    emit m_services.notifications.syncableSettingsChanged();
+    announceSetting();
 }
 
 BackgroundSampler::Job SystemInfoManager::makeJob()

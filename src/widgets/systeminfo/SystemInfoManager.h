@@ -50,6 +50,8 @@ public:
 private:
     void load();
     void reload();
+    void rereadAfterImport();
+    void announceSetting();
     void followMode(bool wasEnabled);
     BackgroundSampler::Job makeJob();
     void publish(const SystemInfoData &data);
@@ -57,6 +59,7 @@ private:
     Services m_services;
     SystemInfoDisplayMode m_displayMode = SystemInfoDisplayMode::Disabled;
     bool m_menuBarOnly = true;
+    bool m_announcing = false;
     std::optional<SystemInfoData> m_systemInfo;
     MonitorSchedule m_schedule;
 };
