@@ -1,0 +1,144 @@
+#include "sync/Deduplication.h"
+
+#include "links/LinkTree.h"
+#include "sync/Adoption.h"
+#include "sync/ItemDates.h"
+#include "sync/RebuiltList.h"
+
+#include <QHash>
+
+namespace orvelle {
+
+namespace {
+
+/// What is known of the copies of one identity.
+struct Copies {
+    Timestamp newest = Timestamp::distantPast();
+    const LinkItem *text = nullptr; ///< the note with the newest text
+    bool isRepeated = false;
+    bool isEmitted = false;
+};
+
+class Deduplicator
+{
+public:
+    using MayVanish = std::function<bool(const LinkItem &)>;
+
+    Deduplicator(const LinkList &items, const MayVanish &mayVanish) : m_items(items), m_mayVanish(mayVanish)
+    {
+        m_copies.reserve(countAll(items));
+        scan(items);
+    }
+
+    LinkList run()
+    {
+        if (!m_anyRepeated)
+            return m_items;
+        const LinkList tree = rebuild(m_items, Orphanage::noRoute);
+        // Rescued groups may leave out further copies.
+        for (std::size_t i = 0; i < m_leftOut.size(); ++i) {
+            const LeftOut one = m_leftOut[i];
+            rescue(*one.item->children, one.route);
+        }
+        return m_orphans.adoptInto(tree);
+    }
+
+private:
+    struct LeftOut {
+        const LinkItem *item;
+        int route;
+    };
+
+    void scan(const LinkList &list)
+    {
+        for (const LinkItem &item : list) {
+            const qsizetype before = m_copies.size();
+            Copies &copies = m_copies[item.stableId];
+            const bool isFirst = m_copies.size() > before;
+            copies.isRepeated = !isFirst;
+            m_anyRepeated |= !isFirst;
+            if (isFirst || itemDate(item) > copies.newest)
+                copies.newest = itemDate(item);
+            if (item.type == LinkType::Note && (!copies.text || contentDate(item) > contentDate(*copies.text)))
+                copies.text = &item;
+            if (item.children)
+                scan(*item.children);
+        }
+    }
+
+    LinkList rebuild(const LinkList &list, int route)
+    {
+        RebuiltList out(list);
+        for (const LinkItem &item : list) {
+            Copies &copies = m_copies[item.stableId];
+            if (copies.isRepeated && (copies.isEmitted || itemDate(item) < copies.newest)) {
+                out.drop();
+                leaveOut(item, route);
+                continue;
+            }
+            copies.isEmitted = true;
+            if (auto changed = emitted(item, copies, route))
+                out.replace(std::move(*changed));
+            else
+                out.keep();
+        }
+        return out.take();
+    }
+
+    /// The item as it comes out, or nothing when it does so as it is.
+    std::optional<LinkItem> emitted(const LinkItem &item, const Copies &copies, int route)
+    {
+        const LinkItem *text = copies.text;
+        if (item.type == LinkType::Note && text && contentDate(*text) > contentDate(item)) {
+            LinkItem note = item;
+            note.noteContent = text->noteContent;
+            note.noteRTFData = text->noteRTFData;
+            note.contentModifiedAt = text->contentModifiedAt;
+            return note;
+        }
+        if (!item.children)
+            return std::nullopt;
+        LinkList members = rebuild(*item.children, m_orphans.into(route, item.stableId));
+        if (isSameList(members, *item.children))
+            return std::nullopt;
+        LinkItem group = item;
+        group.children = std::move(members);
+        return group;
+    }
+
+    void leaveOut(const LinkItem &item, int route)
+    {
+        if (item.children && !item.children->isEmpty())
+            m_leftOut.push_back({&item, m_orphans.into(route, item.stableId)});
+    }
+
+    /// Saves what would go with a copy that was left out.
+    void rescue(const LinkList &members, int route)
+    {
+        for (const LinkItem &item : members) {
+            Copies &copies = m_copies[item.stableId];
+            if (copies.isEmitted || itemDate(item) < copies.newest || m_mayVanish(item)) {
+                leaveOut(item, route);
+                continue;
+            }
+            copies.isEmitted = true;
+            m_orphans.add(emitted(item, copies, route).value_or(item), route);
+        }
+    }
+
+    const LinkList &m_items;
+    const MayVanish &m_mayVanish;
+    QHash<QString, Copies> m_copies;
+    bool m_anyRepeated = false;
+    std::vector<LeftOut> m_leftOut;
+    Orphanage m_orphans;
+};
+
+} // namespace
+
+LinkList deduplicate(const LinkList &items, const std::function<bool(const LinkItem &)> &mayVanish)
+{
+    return Deduplicator(items, mayVanish).run();
+}
+
+} // namespace orvelle

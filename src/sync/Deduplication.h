@@ -1,0 +1,13 @@
+#pragma once
+
+#include "links/LinkItem.h"
+
+#include <functional>
+
+namespace orvelle {
+
+/// deduplicateByStableId(), but for items that only a copy which gives way
+/// has, and for which `mayVanish` holds: they go with it.
+LinkList deduplicate(const LinkList &items, const std::function<bool(const LinkItem &)> &mayVanish);
+
+} // namespace orvelle

@@ -1,0 +1,123 @@
+#include "links/LinkTree.h"
+#include "support/Outline.h"
+#include "sync/ItemDates.h"
+#include "sync/LinkMerge.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle::test {
+namespace {
+
+/// An outline whose names may have a date behind them: "a f5[b9]", f modified
+/// at 5 and b at 9; without one it is 1. Everything was created at 1, but what
+/// has a capital first letter, at 50.
+LinkList dated(const QString &outline)
+{
+    LinkList links = treeFrom(outline);
+    changeItems(links, [](const LinkItem &old) -> std::optional<LinkItem> {
+        qsizetype letters = 0;
+        while (letters < old.name.size() && old.name.at(letters).isLetter())
+            ++letters;
+        LinkItem item = old;
+        item.name = old.name.left(letters);
+        item.id = idOf(item.name);
+        item.stableId = item.name;
+        item.createdAt = Timestamp{item.name.at(0).isUpper() ? 50.0 : 1.0};
+        item.modifiedAt = Timestamp{letters < old.name.size() ? old.name.mid(letters).toDouble() : 1.0};
+        return item;
+    });
+    return links;
+}
+
+QString outlineWithDates(const LinkList &links)
+{
+    QStringList parts;
+    for (const LinkItem &item : links) {
+        const double date = itemDate(item).seconds;
+        QString part = item.name + (date == 1 ? QString() : QString::number(date));
+        if (item.children)
+            part += u'[' + outlineWithDates(*item.children) + u']';
+        parts += part;
+    }
+    return parts.join(u' ');
+}
+
+constexpr Timestamp exportDate{10};
+
+struct Case {
+    const char *situation;
+    const char *local;
+    const char *remote;
+    const char *merged;
+    const char *removed = ""; ///< names in the log
+    bool preferRemoteOrder = false;
+};
+
+void PrintTo(const Case &one, std::ostream *out)
+{
+    *out << one.situation;
+}
+
+class Merge : public testing::TestWithParam<Case>
+{
+};
+
+TEST_P(Merge, Situation)
+{
+    const Case &one = GetParam();
+    const LinkList local = dated(QString::fromLatin1(one.local));
+    const LinkList remote = dated(QString::fromLatin1(one.remote));
+    QStringList lines;
+    QStringList expected;
+    for (const QString &name : QString::fromLatin1(one.removed).split(u' ', Qt::SkipEmptyParts))
+        expected += u"Auto-merge: suppression de '%1' (supprimé sur l'autre Mac)"_s.arg(name);
+    const auto log = [&lines](const QString &line) { lines += line; };
+    const LinkList merged = autoMergeLinks(local, remote, exportDate, one.preferRemoteOrder, log);
+    EXPECT_EQ(outlineWithDates(merged).toStdString(), one.merged);
+    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(autoMergeLinks(merged, remote, exportDate, one.preferRemoteOrder, {}), merged) << "a second time";
+}
+
+const Case cases[] = {
+    {"equal dates keep the local copy and order", "a b", "b a", "a b"},
+    {"newer there", "a1 b", "a3 b", "a3 b"},
+    {"newer here", "a3", "a2", "a3"},
+    {"new there, in its order, behind what is here", "b", "x a b c", "b x a c"},
+    {"deleted there", "a b f[c] d", "b d", "b d", "a f"},
+    {"created here after the document", "A b", "b", "A b"},
+    {"only here, but nothing was edited since", "a b f[c]", "b f[]", "a b f[c]", "", true},
+    {"deleted here comes back", "a", "a b", "a b"},
+    {"a group's members merge although the local copy wins", "f5[a b]", "f2[b c]", "f5[b c]", "a"},
+    {"a group's members merge although the other copy wins", "f2[a A]", "f5[b c]", "f5[A b c]", "a"},
+    {"moved into a group there", "a f[]", "f[a3]", "f[a3]"},
+    {"moved into another group there", "f[a] g[]", "f[] g[a3]", "f[] g[a3]"},
+    {"moved out of a group there", "f[a b]", "f[b] a4", "f[b] a4"},
+    {"moved to another group there, edited here later", "f[a7] g[]", "f[] g[a3]", "f[a7] g[]"},
+    {"moved to different groups, here later", "f[] g[a5] h[]", "f[] g[] h[a4]", "f[] g[a5] h[]"},
+    {"moved to different groups, there later", "f[] g[a4] h[]", "f[] g[] h[a5]", "f[] g[] h[a5]"},
+    {"newer move into a deleted group", "f[a7]", "a", "a7", "f"},
+    {"an item made in a deleted group", "f[a g[A]] b", "b", "b A", "f"},
+    {"an item made in a group inside a deleted one", "h[f[A a]] b", "b h[]", "h[A] b", "f"},
+    {"a group with a new member moved there", "f[a A] h[]", "h[f3[a]]", "h[f3[a A]]"},
+    {"a group moved there, one of its members newer here", "f[a7 b] h[]", "h[f3[a2 b]]", "h[f3[b a7]]"},
+    {"groups moved into each other", "f5[g5[a]]", "g7[f4[a]]", "f5[] g7[a]"},
+    {"both made the same group", "F60[A]", "F60[B]", "F60[A B]"},
+    {"twice in the local list", "a5 b a9", "a7 b", "b a9"},
+    {"twice in the other list", "b", "a5 b a9 a9", "b a9"},
+    {"twice in the other list, matched", "a6", "a5 a9 a7", "a9"},
+    {"a group twice in the local list", "f[A] f[B c]", "f[d]", "f[A d B]", "c"},
+    {"a group twice in the other list", "f[a]", "f[a] f[b]", "f[a b]"},
+    {"a group with itself inside", "f[A f9[B]]", "f[]", "A f9[B]"},
+    {"no members on one side", "f[]", "f[a]", "f[a]"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Tables, Merge, testing::ValuesIn(cases));
+
+} // namespace
+} // namespace orvelle::test
