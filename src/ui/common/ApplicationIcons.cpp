@@ -9,7 +9,7 @@ namespace orvelle {
 
 using namespace Qt::StringLiterals;
 
-QIcon applicationIcon(const QString &icon)
+QIcon applicationIcon(const QString &icon, const QColor &color)
 {
     QIcon found;
     if (QDir::isAbsolutePath(icon)) {
@@ -20,7 +20,7 @@ QIcon applicationIcon(const QString &icon)
     }
     if (found.availableSizes().isEmpty() && found.pixmap(16).isNull())
         found = QIcon::fromTheme(u"application-x-executable"_s);
-    return found.pixmap(16).isNull() ? symbolIcon(u"puzzlepiece.fill"_s) : found;
+    return found.pixmap(16).isNull() ? symbolIcon(u"puzzlepiece.fill"_s, color) : found;
 }
 
 } // namespace orvelle

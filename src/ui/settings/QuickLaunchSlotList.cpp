@@ -4,6 +4,7 @@
 #include "menubar/QuickLaunchManager.h"
 #include "platform/Applications.h"
 #include "ui/common/ApplicationIcons.h"
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int iconSide = 24;
 constexpr int rowPadding = 6;
+constexpr double textContrast = 4.5;
 
 /// The desktop file among what is dragged; empty without one.
 QString desktopFileOf(const QMimeData &data)
@@ -57,11 +59,12 @@ void QuickLaunchSlotList::refresh()
 {
     const int selected = currentRow();
     clear();
+    const QColor quiet = readable(palette().color(QPalette::Mid), palette().color(QPalette::Base),
+                                  palette().color(QPalette::Text), textContrast);
     for (const auto &app : m_manager.apps()) {
         auto *item = new QListWidgetItem(this);
         item->setSizeHint({0, iconSide + 2 * rowPadding});
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled);
-        const QColor quiet = palette().color(QPalette::Disabled, QPalette::Text);
         if (!app) {
             item->setText(text("quicklaunch.empty"_text));
             item->setIcon(symbolIcon(u"plus"_s, quiet));

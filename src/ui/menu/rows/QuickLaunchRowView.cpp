@@ -57,9 +57,10 @@ void QuickLaunchRowView::refresh()
         const auto found = m_applications.find(app->path, app->bundleIdentifier.value_or(QString()));
         auto *button = new QuickLaunchButton(this);
         button->setObjectName(u"slot.%1"_s.arg(slot));
+        const QColor ink = m_style == QuickLaunchDisplayStyle::Neon ? QColor(Qt::white) : textColor();
         button->setContent(
-            {slot, found ? found->name : app->name, applicationIcon(found ? found->icon : QString()), !found}, m_style,
-            static_cast<int>(m_buttons.size()));
+            {slot, found ? found->name : app->name, applicationIcon(found ? found->icon : QString(), ink), !found},
+            m_style, static_cast<int>(m_buttons.size()));
         connect(button, &QAbstractButton::clicked, this, [this, button] { pressed(*button); });
         m_buttons += button;
         button->show();
