@@ -1514,5 +1514,32 @@ You can change or remove everything here.</translation>
     <message id="clipboard.typeOther">
         <translation>Other content</translation>
     </message>
+    <message id="clipboard.pause">
+        <translation>Pause</translation>
+    </message>
+    <message id="clipboard.resume">
+        <translation>Resume</translation>
+    </message>
+    <message id="clipboard.paused">
+        <translation>Paused</translation>
+    </message>
+    <message id="clipboard.clear">
+        <translation>Clear history</translation>
+    </message>
+    <message id="clipboard.forget">
+        <translation>Forget this entry</translation>
+    </message>
+    <message id="clipboard.plainText">
+        <translation>Paste as plain text</translation>
+    </message>
+    <message id="clipboard.plainTextHint">
+        <translation>With Shift, as plain text</translation>
+    </message>
+    <message id="clipboard.privacyHint">
+        <translation>The last ten things are kept in memory until Orvelle ends. What a password manager marks as secret is never read.</translation>
+    </message>
+    <message id="widget.iconColor">
+        <translation>Icon color:</translation>
+    </message>
 </context>
 </TS>

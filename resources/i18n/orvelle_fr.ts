@@ -1514,5 +1514,32 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="clipboard.typeOther">
         <translation>Autre contenu</translation>
     </message>
+    <message id="clipboard.pause">
+        <translation>Suspendre</translation>
+    </message>
+    <message id="clipboard.resume">
+        <translation>Reprendre</translation>
+    </message>
+    <message id="clipboard.paused">
+        <translation>En pause</translation>
+    </message>
+    <message id="clipboard.clear">
+        <translation>Effacer l’historique</translation>
+    </message>
+    <message id="clipboard.forget">
+        <translation>Oublier cet élément</translation>
+    </message>
+    <message id="clipboard.plainText">
+        <translation>Coller sans mise en forme</translation>
+    </message>
+    <message id="clipboard.plainTextHint">
+        <translation>Avec Maj, sans mise en forme</translation>
+    </message>
+    <message id="clipboard.privacyHint">
+        <translation>Les dix derniers éléments restent en mémoire jusqu’à la fermeture d’Orvelle. Ce qu’un gestionnaire de mots de passe marque comme secret n’est jamais lu.</translation>
+    </message>
+    <message id="widget.iconColor">
+        <translation>Couleur de l’icône :</translation>
+    </message>
 </context>
 </TS>

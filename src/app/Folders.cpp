@@ -18,4 +18,14 @@ Folders Folders::ofUser()
     return folders;
 }
 
+QStringList temporaryFolders()
+{
+    QStringList folders;
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!runtime.isEmpty())
+        folders += runtime;
+    folders += QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QStringLiteral("/orvelle");
+    return folders;
+}
+
 } // namespace orvelle

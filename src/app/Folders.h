@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace orvelle {
 
@@ -14,5 +15,9 @@ struct Folders {
 
     static Folders ofUser();
 };
+
+/// Where private files may lie that need not outlast the session, the preferred
+/// first: the runtime folder, if there is one, and the cache.
+QStringList temporaryFolders();
 
 } // namespace orvelle

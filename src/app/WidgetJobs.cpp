@@ -47,4 +47,13 @@ void WidgetJobs::stopLiveWidgets()
     m_others.stopLiveWidgets();
 }
 
+void WidgetJobs::checkClipboardNow()
+{
+    const auto widget = m_widgets.constFind(WidgetType::Clipboard);
+    if (widget == m_widgets.constEnd())
+        m_others.checkClipboardNow();
+    else if (widget->catchUp)
+        widget->catchUp();
+}
+
 } // namespace orvelle

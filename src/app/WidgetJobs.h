@@ -26,6 +26,8 @@ public:
         std::function<void()> stopLive;
         /// The row in the menu, as a child of `parent`.
         std::function<QWidget *(QWidget *parent)> makeRow;
+        /// Before the menu opens; without it there is nothing to catch up with.
+        std::function<void()> catchUp = {};
     };
 
     WidgetJobs(StartupJobs &others, GlobalShortcut &shortcut) : m_others(others), m_shortcut(shortcut) {}
@@ -46,7 +48,7 @@ public:
     void presentTipPromptIfNeeded() override { m_others.presentTipPromptIfNeeded(); }
     void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
     void refreshWeatherIfNeeded() override { m_others.refreshWeatherIfNeeded(); }
-    void checkClipboardNow() override { m_others.checkClipboardNow(); }
+    void checkClipboardNow() override;
     void setupGlobalShortcut() override { m_shortcut.setup(); }
     void removeGlobalShortcut() override { m_shortcut.remove(); }
 

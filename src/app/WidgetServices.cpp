@@ -1,10 +1,14 @@
 #include "app/WidgetServices.h"
 
+#include "app/Folders.h"
 #include "base/Notifications.h"
+#include "links/RtfReader.h"
+#include "ui/menu/rows/ClipboardRowView.h"
 #include "ui/menu/rows/NetworkRowView.h"
 #include "ui/menu/rows/QuickLaunchRowView.h"
 #include "ui/menu/rows/SystemInfoRowView.h"
 #include "ui/menu/rows/TimerRowView.h"
+#include "ui/settings/ClipboardSection.h"
 #include "ui/settings/NetworkSection.h"
 #include "ui/settings/QuickLaunchSection.h"
 #include "ui/settings/SystemInfoSection.h"
@@ -12,21 +16,37 @@
 
 namespace orvelle {
 
+namespace {
+
+/// The text of RTF as the notes read it.
+QString richPreview(const QByteArray &rtf)
+{
+    const auto document = readRtf(rtf);
+    return document ? document->text.toPlainText() : QString();
+}
+
+} // namespace
+
 WidgetServices::WidgetServices(const Surroundings &surroundings)
     : m_surroundings(surroundings),
       m_messages(surroundings.sessionBus),
+      m_pasteboard(surroundings.clock),
+      m_clipboardCache(temporaryFolders()),
       systemInfo({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
                   m_sampler, m_host}),
       network({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
                m_sampler, m_counters}),
       timer({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock,
              surroundings.alerts, m_sounds, m_messages, surroundings.activateApp}),
+      clipboard({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
+                 surroundings.clock, m_pasteboard, m_clipboardCache, &richPreview}),
       quickLaunch({surroundings.defaults, surroundings.debugMode, surroundings.notifications, m_applications}),
       jobs(surroundings.otherJobs, surroundings.shortcut)
 {
     addSystemInfo();
     addNetwork();
     addTimer();
+    addClipboard();
     addQuickLaunch();
 }
 
@@ -73,6 +93,24 @@ void WidgetServices::addTimer()
                                  }});
     sections.insert(WidgetType::Timer,
                     [this, &notifications](QWidget *parent) { return new TimerSection(timer, notifications, parent); });
+}
+
+void WidgetServices::addClipboard()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    jobs.add(WidgetType::Clipboard, {[this] { return clipboard.isEnabled(); },
+                                     [this] { return clipboard.menuBarOnly(); },
+                                     [this] { clipboard.startMonitoring(); },
+                                     {},
+                                     {},
+                                     [this, &notifications](QWidget *parent) -> QWidget * {
+                                         return new ClipboardRowView(clipboard, notifications, m_surroundings.closeMenu,
+                                                                     parent);
+                                     },
+                                     [this] { clipboard.checkNow(); }});
+    sections.insert(WidgetType::Clipboard, [this, &notifications](QWidget *parent) {
+        return new ClipboardSection(clipboard, notifications, parent);
+    });
 }
 
 void WidgetServices::addQuickLaunch()

@@ -8,7 +8,9 @@
 #include "platform/freedesktop/NetlinkCounters.h"
 #include "platform/freedesktop/ProcHostStatistics.h"
 #include "platform/freedesktop/ThreadSampler.h"
+#include "platform/freedesktop/XcbPasteboard.h"
 #include "ui/settings/WidgetSection.h"
+#include "widgets/clipboard/ClipboardManager.h"
 #include "widgets/network/NetworkManager.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
 #include "widgets/timer/TimerManager.h"
@@ -48,6 +50,7 @@ private:
     void addSystemInfo();
     void addNetwork();
     void addTimer();
+    void addClipboard();
     void addQuickLaunch();
 
     Surroundings m_surroundings;
@@ -56,12 +59,15 @@ private:
     ThreadSampler m_sampler; ///< uses the two above
     CanberraSounds m_sounds;
     BusNotifications m_messages;
+    XcbPasteboard m_pasteboard;
+    ClipboardCache m_clipboardCache;
     GioApplications m_applications;
 
 public:
     SystemInfoManager systemInfo;
     NetworkManager network;
     TimerManager timer;
+    ClipboardManager clipboard;
     QuickLaunchManager quickLaunch;
     WidgetJobs jobs;
     WidgetSectionTable sections;
