@@ -238,8 +238,11 @@ bool LinksSection::eventFilter(QObject *watched, QEvent *event)
     const bool onward = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
     if (onward && m_stack->currentIndex() == ListPage) {
         m_tree->setFocus(Qt::OtherFocusReason);
-        if (!m_tree->currentIndex().isValid())
-            m_tree->setCurrentIndex(m_model->index(0, 0));
+        // The row that the keys act on is a selected one.
+        if (m_tree->selectedIds().isEmpty()) {
+            const QModelIndex current = m_tree->currentIndex();
+            m_tree->setCurrentIndex(current.isValid() ? current : m_model->index(0, 0));
+        }
         return true;
     }
     if (key == Qt::Key_Escape && !m_search->text().isEmpty()) {
