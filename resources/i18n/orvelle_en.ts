@@ -1541,5 +1541,119 @@ You can change or remove everything here.</translation>
     <message id="widget.iconColor">
         <translation>Icon color:</translation>
     </message>
+    <message id="weather.style">
+        <translation>Style:</translation>
+    </message>
+    <message id="weather.style.aurora">
+        <translation>Aurora</translation>
+    </message>
+    <message id="weather.style.brume">
+        <translation>Mist</translation>
+    </message>
+    <message id="weather.style.horizon">
+        <translation>Horizon</translation>
+    </message>
+    <message id="weather.style.cristal">
+        <translation>Crystal</translation>
+    </message>
+    <message id="weather.style.zephyr">
+        <translation>Zephyr</translation>
+    </message>
+    <message id="weather.condition.clear">
+        <translation>Clear</translation>
+    </message>
+    <message id="weather.condition.mainlyClear">
+        <translation>Mainly clear</translation>
+    </message>
+    <message id="weather.condition.partlyCloudy">
+        <translation>Partly cloudy</translation>
+    </message>
+    <message id="weather.condition.overcast">
+        <translation>Overcast</translation>
+    </message>
+    <message id="weather.condition.fog">
+        <translation>Fog</translation>
+    </message>
+    <message id="weather.condition.drizzle">
+        <translation>Drizzle</translation>
+    </message>
+    <message id="weather.condition.freezingDrizzle">
+        <translation>Freezing drizzle</translation>
+    </message>
+    <message id="weather.condition.rain">
+        <translation>Rain</translation>
+    </message>
+    <message id="weather.condition.freezingRain">
+        <translation>Freezing rain</translation>
+    </message>
+    <message id="weather.condition.snow">
+        <translation>Snow</translation>
+    </message>
+    <message id="weather.condition.showers">
+        <translation>Showers</translation>
+    </message>
+    <message id="weather.condition.snowShowers">
+        <translation>Snow showers</translation>
+    </message>
+    <message id="weather.condition.thunderstorm">
+        <translation>Thunderstorm</translation>
+    </message>
+    <message id="weather.condition.cloudy">
+        <translation>Cloudy</translation>
+    </message>
+    <message id="calendar.tomorrow">
+        <translation>Tomorrow</translation>
+    </message>
+    <message id="calendar.allDay">
+        <translation>all day</translation>
+    </message>
+    <message id="weather.modeAutomatic">
+        <translation>Where I am</translation>
+    </message>
+    <message id="weather.modeManual">
+        <translation>City</translation>
+    </message>
+    <message id="weather.cityLabel">
+        <translation>City:</translation>
+    </message>
+    <message id="weather.cityPlaceholder">
+        <translation>City, or city and country</translation>
+    </message>
+    <message id="weather.search">
+        <translation>Search</translation>
+    </message>
+    <message id="weather.searching">
+        <translation>Searching…</translation>
+    </message>
+    <message id="weather.cityFound %@">
+        <translation>Found: %@</translation>
+    </message>
+    <message id="weather.cityNotFound">
+        <translation>No such city was found.</translation>
+    </message>
+    <message id="weather.cityFailed">
+        <translation>The search service did not answer.</translation>
+    </message>
+    <message id="weather.locationPending">
+        <translation>Waiting for the weather…</translation>
+    </message>
+    <message id="weather.locationDenied">
+        <translation>Your position is not available</translation>
+    </message>
+    <message id="weather.noCity">
+        <translation>Choose a city in the settings</translation>
+    </message>
+    <message id="weather.unavailable">
+        <translation>The weather is not available</translation>
+    </message>
+    <message id="weather.minutesAgo %lld">
+        <translation>%lld min ago</translation>
+    </message>
+    <message id="weather.hoursAgo %lld">
+        <translation>%lld h ago</translation>
+    </message>
+    <message id="weather.daysAgo %lld">
+        <translation>%lld d ago</translation>
+    </message>
 </context>
 </TS>

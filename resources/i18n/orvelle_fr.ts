@@ -1541,5 +1541,119 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="widget.iconColor">
         <translation>Couleur de l’icône :</translation>
     </message>
+    <message id="weather.style">
+        <translation>Style :</translation>
+    </message>
+    <message id="weather.style.aurora">
+        <translation>Aurore</translation>
+    </message>
+    <message id="weather.style.brume">
+        <translation>Brume</translation>
+    </message>
+    <message id="weather.style.horizon">
+        <translation>Horizon</translation>
+    </message>
+    <message id="weather.style.cristal">
+        <translation>Cristal</translation>
+    </message>
+    <message id="weather.style.zephyr">
+        <translation>Zéphyr</translation>
+    </message>
+    <message id="weather.condition.clear">
+        <translation>Dégagé</translation>
+    </message>
+    <message id="weather.condition.mainlyClear">
+        <translation>Plutôt dégagé</translation>
+    </message>
+    <message id="weather.condition.partlyCloudy">
+        <translation>Éclaircies</translation>
+    </message>
+    <message id="weather.condition.overcast">
+        <translation>Couvert</translation>
+    </message>
+    <message id="weather.condition.fog">
+        <translation>Brouillard</translation>
+    </message>
+    <message id="weather.condition.drizzle">
+        <translation>Bruine</translation>
+    </message>
+    <message id="weather.condition.freezingDrizzle">
+        <translation>Bruine verglaçante</translation>
+    </message>
+    <message id="weather.condition.rain">
+        <translation>Pluie</translation>
+    </message>
+    <message id="weather.condition.freezingRain">
+        <translation>Pluie verglaçante</translation>
+    </message>
+    <message id="weather.condition.snow">
+        <translation>Neige</translation>
+    </message>
+    <message id="weather.condition.showers">
+        <translation>Averses</translation>
+    </message>
+    <message id="weather.condition.snowShowers">
+        <translation>Averses de neige</translation>
+    </message>
+    <message id="weather.condition.thunderstorm">
+        <translation>Orage</translation>
+    </message>
+    <message id="weather.condition.cloudy">
+        <translation>Nuageux</translation>
+    </message>
+    <message id="calendar.tomorrow">
+        <translation>Demain</translation>
+    </message>
+    <message id="calendar.allDay">
+        <translation>toute la journée</translation>
+    </message>
+    <message id="weather.modeAutomatic">
+        <translation>Ma position</translation>
+    </message>
+    <message id="weather.modeManual">
+        <translation>Ville</translation>
+    </message>
+    <message id="weather.cityLabel">
+        <translation>Ville :</translation>
+    </message>
+    <message id="weather.cityPlaceholder">
+        <translation>Ville, ou ville et pays</translation>
+    </message>
+    <message id="weather.search">
+        <translation>Chercher</translation>
+    </message>
+    <message id="weather.searching">
+        <translation>Recherche…</translation>
+    </message>
+    <message id="weather.cityFound %@">
+        <translation>Trouvé : %@</translation>
+    </message>
+    <message id="weather.cityNotFound">
+        <translation>Aucune ville de ce nom.</translation>
+    </message>
+    <message id="weather.cityFailed">
+        <translation>Le service de recherche n’a pas répondu.</translation>
+    </message>
+    <message id="weather.locationPending">
+        <translation>Météo en attente…</translation>
+    </message>
+    <message id="weather.locationDenied">
+        <translation>Position indisponible</translation>
+    </message>
+    <message id="weather.noCity">
+        <translation>Choisissez une ville dans les réglages</translation>
+    </message>
+    <message id="weather.unavailable">
+        <translation>Météo indisponible</translation>
+    </message>
+    <message id="weather.minutesAgo %lld">
+        <translation>il y a %lld min</translation>
+    </message>
+    <message id="weather.hoursAgo %lld">
+        <translation>il y a %lld h</translation>
+    </message>
+    <message id="weather.daysAgo %lld">
+        <translation>il y a %lld j</translation>
+    </message>
 </context>
 </TS>
