@@ -25,6 +25,10 @@ FIGURES = {
         ("export 10,000 links", "ms", "export/orvelle/10000", "export/rapidjson/10000", "a bare write", 3, None, None),
         ("checksum of 10,000 links", "ms", "checksum/orvelle/10000", None, None, None, 60, None),
     ],
+    "merge": [
+        ("merge 10,000 links with 10,000 edited ones", "ms", "merge/edited", "merge/copy", "a deep copy of both", 3, None, None),
+        ("merge 10,000 links with the same", "ms", "merge/equal", "merge/copy", "a deep copy of both", 3, None, None),
+    ],
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),

@@ -25,7 +25,10 @@ public:
     bool isEmpty() const { return m_orphans.empty(); }
 
     /// `tree` with all of them in it, in the order in which they were added.
-    LinkList adoptInto(const LinkList &tree);
+    /// Coming into another group is an edit: with `movedAt` a dated item is
+    /// newer afterwards than the same version of it at its old place, so that
+    /// other machines take the new one, and not older than that moment.
+    LinkList adoptInto(const LinkList &tree, std::optional<Timestamp> movedAt);
 
 private:
     struct Group {
@@ -36,6 +39,9 @@ private:
         LinkItem item;
         int route;
     };
+
+    /// For each orphan the group that it comes into; null for the top level.
+    std::vector<const QString *> findTargets(const LinkList &tree) const;
 
     std::vector<Group> m_groups;
     std::vector<Orphan> m_orphans;

@@ -16,6 +16,7 @@ struct Copies {
     Timestamp newest = Timestamp::distantPast();
     const LinkItem *text = nullptr; ///< the note with the newest text
     bool isRepeated = false;
+    bool staysSomewhere = false; ///< a copy that may not vanish
     bool isEmitted = false;
 };
 
@@ -30,17 +31,18 @@ public:
         scan(items);
     }
 
-    LinkList run()
+    LinkList run(std::optional<Timestamp> movedAt)
     {
         if (!m_anyRepeated)
             return m_items;
+        noteWhatStays(m_items);
         const LinkList tree = rebuild(m_items, Orphanage::noRoute);
         // Rescued groups may leave out further copies.
         for (std::size_t i = 0; i < m_leftOut.size(); ++i) {
             const LeftOut one = m_leftOut[i];
             rescue(*one.item->children, one.route);
         }
-        return m_orphans.adoptInto(tree);
+        return m_orphans.adoptInto(tree, movedAt);
     }
 
 private:
@@ -66,6 +68,16 @@ private:
         }
     }
 
+    void noteWhatStays(const LinkList &list)
+    {
+        for (const LinkItem &item : list) {
+            Copies &copies = m_copies[item.stableId];
+            copies.staysSomewhere = copies.staysSomewhere || !m_mayVanish(item);
+            if (item.children)
+                noteWhatStays(*item.children);
+        }
+    }
+
     LinkList rebuild(const LinkList &list, int route)
     {
         RebuiltList out(list);
@@ -88,22 +100,23 @@ private:
     /// The item as it comes out, or nothing when it does so as it is.
     std::optional<LinkItem> emitted(const LinkItem &item, const Copies &copies, int route)
     {
+        std::optional<LinkItem> changed;
         const LinkItem *text = copies.text;
-        if (item.type == LinkType::Note && text && contentDate(*text) > contentDate(item)) {
-            LinkItem note = item;
-            note.noteContent = text->noteContent;
-            note.noteRTFData = text->noteRTFData;
-            note.contentModifiedAt = text->contentModifiedAt;
-            return note;
+        if (item.type == LinkType::Note && contentDate(*text) > contentDate(item)) {
+            changed = item;
+            changed->noteContent = text->noteContent;
+            changed->noteRTFData = text->noteRTFData;
+            changed->contentModifiedAt = text->contentModifiedAt;
         }
         if (!item.children)
-            return std::nullopt;
+            return changed;
         LinkList members = rebuild(*item.children, m_orphans.into(route, item.stableId));
-        if (isSameList(members, *item.children))
-            return std::nullopt;
-        LinkItem group = item;
-        group.children = std::move(members);
-        return group;
+        if (!isSameList(members, *item.children)) {
+            if (!changed)
+                changed = item;
+            changed->children = std::move(members);
+        }
+        return changed;
     }
 
     void leaveOut(const LinkItem &item, int route)
@@ -117,7 +130,7 @@ private:
     {
         for (const LinkItem &item : members) {
             Copies &copies = m_copies[item.stableId];
-            if (copies.isEmitted || itemDate(item) < copies.newest || m_mayVanish(item)) {
+            if (copies.isEmitted || itemDate(item) < copies.newest || !copies.staysSomewhere) {
                 leaveOut(item, route);
                 continue;
             }
@@ -136,9 +149,10 @@ private:
 
 } // namespace
 
-LinkList deduplicate(const LinkList &items, const std::function<bool(const LinkItem &)> &mayVanish)
+LinkList deduplicate(const LinkList &items, std::optional<Timestamp> movedAt,
+                     const std::function<bool(const LinkItem &)> &mayVanish)
 {
-    return Deduplicator(items, mayVanish).run();
+    return Deduplicator(items, mayVanish).run(movedAt);
 }
 
 } // namespace orvelle

@@ -7,7 +7,9 @@
 namespace orvelle {
 
 /// deduplicateByStableId(), but for items that only a copy which gives way
-/// has, and for which `mayVanish` holds: they go with it.
-LinkList deduplicate(const LinkList &items, const std::function<bool(const LinkItem &)> &mayVanish);
+/// has, and for which `mayVanish` holds: they go with it. For `movedAt` see
+/// Orphanage::adoptInto().
+LinkList deduplicate(const LinkList &items, std::optional<Timestamp> movedAt,
+                     const std::function<bool(const LinkItem &)> &mayVanish);
 
 } // namespace orvelle

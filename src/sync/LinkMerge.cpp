@@ -30,7 +30,7 @@ public:
     LinkList run(const LinkList &local)
     {
         const LinkList merged = mergeLevel(local, m_remote.root(), Orphanage::noRoute);
-        return deduplicate(m_orphans.adoptInto(merged), [this](const LinkItem &item) {
+        return deduplicate(m_orphans.adoptInto(merged, m_exportDate), m_exportDate, [this](const LinkItem &item) {
             return mayBeDeleted(item) && m_remote.identity(item.stableId) < 0;
         });
     }
@@ -175,7 +175,7 @@ QSet<QString> collectAllStableIds(const LinkList &from)
 
 LinkList deduplicateByStableId(const LinkList &items)
 {
-    return deduplicate(items, [](const LinkItem &) { return false; });
+    return deduplicate(items, std::nullopt, [](const LinkItem &) { return false; });
 }
 
 } // namespace orvelle
