@@ -1,0 +1,140 @@
+#include "platform/freedesktop/IcsCalendars.h"
+
+#include "platform/freedesktop/IcsIndex.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QStandardPaths>
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace orvelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcCalendars, "IcsCalendars", QtInfoMsg)
+
+constexpr std::uint32_t changes =
+    IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+
+} // namespace
+
+IcsCalendars::IcsCalendars(const QStringList &folders, const QStringList &own, QObject *parent)
+    : CalendarStore(parent), m_folders(folders), m_own(own)
+{
+    m_reader.setMaxThreadCount(1);
+    m_reader.setObjectName(u"calendars"_s);
+    beginAnew();
+}
+
+IcsCalendars::~IcsCalendars()
+{
+    endReading();
+    if (m_inotify >= 0)
+        ::close(m_inotify);
+}
+
+QStringList IcsCalendars::usualFolders()
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    QStringList usual{QDir::homePath() + u"/.calendars"_s, data + u"/calendars"_s};
+    usual.removeIf([](const QString &each) { return !QFileInfo(each).isDir(); });
+    return usual;
+}
+
+void IcsCalendars::endReading()
+{
+    if (m_index)
+        m_index->cancel();
+    m_reader.clear();
+    m_reader.waitForDone();
+}
+
+void IcsCalendars::beginAnew()
+{
+    endReading();
+    // Watched before it is listed, so that no change is missed in between.
+    m_index = std::make_shared<IcsIndex>(m_folders, m_own, [inotify = m_inotify](const QString &folder) {
+        if (inotify >= 0 && inotify_add_watch(inotify, QFile::encodeName(folder).constData(), changes) < 0)
+            qCWarning(lcCalendars, "A calendar folder cannot be watched (%d)", errno);
+    });
+}
+
+void IcsCalendars::setFolders(const QStringList &folders)
+{
+    if (folders == m_folders)
+        return;
+    m_folders = folders;
+    beginAnew();
+    emit availabilityChanged();
+    emit changed();
+}
+
+bool IcsCalendars::isAvailable() const
+{
+    return std::ranges::any_of(m_folders, [](const QString &each) { return QFileInfo(each).isDir(); });
+}
+
+void IcsCalendars::requestAccess(std::function<void(const AccessAnswer &)> done)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, done = std::move(done)] {
+            done({isAvailable(), {}});
+        },
+        Qt::QueuedConnection);
+}
+
+void IcsCalendars::fetch(Timestamp from, Timestamp to, std::function<void(const QList<CalendarEvent> &)> done)
+{
+    const auto begin = static_cast<qint64>(std::floor(from.unixSeconds()));
+    const auto end = static_cast<qint64>(std::ceil(to.unixSeconds()));
+    if (m_inotify < 0)
+        m_index->markChanged();
+    m_reader.start([this, begin, end, index = m_index, done = std::move(done)] {
+        QList<CalendarEvent> events = index->events(begin, end);
+        QMetaObject::invokeMethod(
+            this, [events = std::move(events), done] { done(events); }, Qt::QueuedConnection);
+    });
+}
+
+void IcsCalendars::setWatching(bool watching)
+{
+    if (watching == (m_inotify >= 0))
+        return;
+    m_notices.reset();
+    endReading();
+    if (m_inotify >= 0)
+        ::close(std::exchange(m_inotify, -1));
+    if (watching)
+        m_inotify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+    if (m_inotify >= 0) {
+        m_notices = std::make_unique<QSocketNotifier>(m_inotify, QSocketNotifier::Read);
+        connect(m_notices.get(), &QSocketNotifier::activated, this, &IcsCalendars::readNotices);
+    }
+    beginAnew();
+}
+
+void IcsCalendars::readNotices()
+{
+    // Which file it was is found out by looking at them all.
+    std::array<char, 16 * 1024> buffer{};
+    bool any = false;
+    while (::read(m_inotify, buffer.data(), buffer.size()) > 0)
+        any = true;
+    if (!any)
+        return;
+    m_index->markChanged();
+    emit changed();
+}
+
+} // namespace orvelle

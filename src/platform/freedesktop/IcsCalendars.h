@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/CalendarStore.h"
+
+#include <QSocketNotifier>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace orvelle {
+
+class IcsIndex;
+
+/// The calendars in folders of `.ics` files (RFC 5545), also one file for each
+/// event and a folder for each calendar. Files are read beside the main
+/// thread; folders are watched by inotify.
+class IcsCalendars : public CalendarStore
+{
+    Q_OBJECT
+
+public:
+    /// `own` are the user's mail addresses in lower case, by which invitations
+    /// name the user; may be empty.
+    explicit IcsCalendars(const QStringList &folders, const QStringList &own = {}, QObject *parent = nullptr);
+    /// Waits for a reading that is under way, which is told to end.
+    ~IcsCalendars() override;
+
+    /// Where calendars usually are when nobody said: the folders that exist.
+    static QStringList usualFolders();
+
+    const QStringList &folders() const { return m_folders; }
+    void setFolders(const QStringList &folders);
+
+    /// Whether one of the folders is there.
+    bool isAvailable() const override;
+    Access access() const override { return isAvailable() ? Access::Granted : Access::Denied; }
+    void requestAccess(std::function<void(const AccessAnswer &)> done) override;
+    void fetch(Timestamp from, Timestamp to, std::function<void(const QList<CalendarEvent> &)> done) override;
+    void setWatching(bool watching) override;
+
+private:
+    void beginAnew();
+    void endReading();
+    void readNotices();
+
+    QStringList m_folders;
+    QStringList m_own;
+    int m_inotify = -1; ///< -1 while nobody watches
+    std::unique_ptr<QSocketNotifier> m_notices;
+    std::shared_ptr<IcsIndex> m_index; ///< belongs to the reader while it runs
+    QThreadPool m_reader;
+};
+
+} // namespace orvelle

@@ -1,0 +1,230 @@
+#include "platform/freedesktop/IcsSeries.h"
+
+#include <QMap>
+
+#include <libical/ical.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace orvelle {
+namespace {
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+constexpr qint64 day = 86400;
+constexpr int mostSteps = 50'000;      ///< of a rule
+constexpr int mostOccurrences = 5'000; ///< of a series, in what is asked for
+constexpr int mostTimesOfDay = 96;
+
+struct FreeIterator {
+    void operator()(icalrecur_iterator *iterator) const { icalrecur_iterator_free(iterator); }
+};
+
+template<std::size_t size>
+int countOf(const short (&list)[size])
+{
+    return static_cast<int>(std::find(list, list + size, ICAL_RECURRENCE_ARRAY_MAX) - list);
+}
+
+/// Rules that would be searched for long, possibly in vain, are none that
+/// people make.
+bool isReasonable(const icalrecurrencetype &rule)
+{
+    if (rule.freq == ICAL_NO_RECURRENCE || rule.interval < 1)
+        return false;
+    const int times = std::max(1, countOf(rule.by_hour)) * std::max(1, countOf(rule.by_minute)) *
+                      std::max(1, countOf(rule.by_second));
+    const bool days = countOf(rule.by_day) || countOf(rule.by_month_day) || countOf(rule.by_year_day) ||
+                      countOf(rule.by_week_no) || countOf(rule.by_month) || countOf(rule.by_set_pos);
+    switch (rule.freq) {
+    case ICAL_SECONDLY_RECURRENCE:
+        return false;
+    case ICAL_MINUTELY_RECURRENCE:
+    case ICAL_HOURLY_RECURRENCE:
+        return !days && times == 1;
+    default:
+        return times <= mostTimesOfDay;
+    }
+}
+
+icaltimetype plainTime(WallSeconds wall, bool isDate)
+{
+    return icaltime_from_timet_with_zone(wall, isDate ? 1 : 0, nullptr);
+}
+
+/// The end of a rule in the wall clock of its event.
+void bringUntilHome(icalrecurrencetype &rule, const IcsMoment &start)
+{
+    if (icaltime_is_null_time(rule.until))
+        return;
+    const bool isUtc = icaltime_is_utc(rule.until);
+    const bool wholeDay = rule.until.is_date && !start.isDate;
+    rule.until.zone = nullptr;
+    WallSeconds wall = icaltime_as_timet(rule.until) + (wholeDay ? day - 1 : 0);
+    if (isUtc && !start.isDate)
+        wall = start.zone->fromUtc(wall);
+    rule.until = plainTime(wall, start.isDate);
+}
+
+/// Occurrences by the moment at which they begin.
+using Occurrences = QMap<qint64, IcsMoment>;
+
+class Expansion
+{
+public:
+    Expansion(const IcsSeries &series, qint64 from, qint64 to, Deadline deadline, QList<CalendarEvent> &events)
+        : m_series(series), m_master(series.master), m_from(from), m_to(to), m_deadline(deadline), m_events(events)
+    {
+        for (const IcsEvent &each : series.changes) {
+            if (each.following)
+                m_shift = std::max(m_shift, std::abs(each.start.utc() - each.original->utc()));
+            m_longest = std::max(m_longest, each.span.days * day + each.span.seconds);
+        }
+        m_longest = std::max(m_longest, m_master.span.days * day + m_master.span.seconds) + day;
+    }
+
+    bool run()
+    {
+        add(m_master.start);
+        for (const QByteArray &rule : m_master.rules)
+            follow(rule);
+        for (const IcsMoment &date : m_master.dates)
+            add(date);
+        for (auto each = m_found.cbegin(); each != m_found.cend(); ++each) {
+            if (!isExcluded(*each) && !changeOf(*each))
+                emitOccurrence(*each);
+        }
+        for (const IcsEvent &change : m_series.changes) {
+            if (!isExcluded(*change.original))
+                emitEvent(change, change.start);
+        }
+        return m_complete;
+    }
+
+private:
+    void add(const IcsMoment &moment)
+    {
+        if (m_found.size() < mostOccurrences)
+            m_found.insert(moment.utc(), moment);
+        else
+            m_complete = false;
+    }
+
+    void follow(const QByteArray &text)
+    {
+        icalrecurrencetype rule = icalrecurrencetype_from_string(text.constData());
+        if (!isReasonable(rule) || std::chrono::steady_clock::now() > m_deadline) {
+            m_complete = false;
+            return;
+        }
+        const IcsMoment &start = m_master.start;
+        bringUntilHome(rule, start);
+        const std::unique_ptr<icalrecur_iterator, FreeIterator> iterator(
+            icalrecur_iterator_new(rule, plainTime(start.wall, start.isDate)));
+        if (!iterator)
+            return;
+        // Times of day differ by less than a day and a bit wherever one is.
+        const WallSeconds first = m_from - m_longest - m_shift - 2 * day;
+        const WallSeconds last = m_to + m_shift + 2 * day;
+        if (rule.count == 0 && first > start.wall)
+            icalrecur_iterator_set_start(iterator.get(), plainTime(first, start.isDate));
+        for (int step = 0;; ++step) {
+            const icaltimetype time = icalrecur_iterator_next(iterator.get());
+            const WallSeconds wall = icaltime_as_timet(time);
+            if (icaltime_is_null_time(time) || wall > last)
+                return;
+            if (wall >= first)
+                add({wall, start.isDate, start.zone});
+            if (step >= mostSteps || m_found.size() >= mostOccurrences) {
+                m_complete = false;
+                return;
+            }
+        }
+    }
+
+    static bool isSame(const IcsMoment &occurrence, const IcsMoment &named)
+    {
+        if (named.isDate || occurrence.isDate)
+            return occurrence.wall / day == named.wall / day;
+        return occurrence.utc() == named.utc();
+    }
+    bool isExcluded(const IcsMoment &occurrence) const
+    {
+        return std::ranges::any_of(m_master.excluded, [&](const IcsMoment &each) { return isSame(occurrence, each); });
+    }
+    const IcsEvent *changeOf(const IcsMoment &occurrence) const
+    {
+        const auto change = std::ranges::find_if(
+            m_series.changes, [&](const IcsEvent &each) { return isSame(occurrence, *each.original); });
+        return change == m_series.changes.end() ? nullptr : &*change;
+    }
+
+    /// By the last change to this and following ones that came before.
+    void emitOccurrence(const IcsMoment &occurrence)
+    {
+        const IcsEvent *as = &m_master;
+        const qint64 begins = occurrence.utc();
+        qint64 since = 0;
+        for (const IcsEvent &each : m_series.changes) {
+            const qint64 original = each.original->utc();
+            if (each.following && original <= begins && (as == &m_master || original > since)) {
+                as = &each;
+                since = original;
+            }
+        }
+        IcsMoment moment = occurrence;
+        if (as != &m_master) {
+            moment.wall += as->start.utc() - since;
+            moment.isDate = as->start.isDate;
+        }
+        emitEvent(*as, moment);
+    }
+
+    void emitEvent(const IcsEvent &as, const IcsMoment &moment)
+    {
+        const qint64 begin = moment.utc();
+        const qint64 end = std::max(begin, moment.zone->toUtc(moment.wall + as.span.days * day) + as.span.seconds);
+        const bool within = begin < m_to && (end > m_from || (begin == end && begin >= m_from));
+        if (!within)
+            return;
+        CalendarEvent event = as.details;
+        event.start = Timestamp::fromUnixSeconds(static_cast<double>(begin));
+        event.end = Timestamp::fromUnixSeconds(static_cast<double>(end));
+        m_events += event;
+    }
+
+    const IcsSeries &m_series;
+    const IcsEvent &m_master;
+    qint64 m_from;
+    qint64 m_to;
+    Deadline m_deadline;
+    QList<CalendarEvent> &m_events;
+    qint64 m_shift = 0;   ///< how far a change moves the following ones
+    qint64 m_longest = 0; ///< how long an occurrence lasts
+    Occurrences m_found;
+    bool m_complete = true;
+};
+
+qint64 endOf(const IcsEvent &event)
+{
+    return event.start.wall + event.span.days * day + event.span.seconds + 2 * day;
+}
+
+} // namespace
+
+bool expandIcs(const IcsSeries &series, qint64 from, qint64 to, Deadline deadline, QList<CalendarEvent> &events)
+{
+    return Expansion(series, from, to, deadline, events).run();
+}
+
+bool isOverBefore(const IcsSeries &series, qint64 moment)
+{
+    const auto isOver = [moment](const IcsEvent &each) {
+        return each.rules.isEmpty() && each.dates.isEmpty() && endOf(each) < moment;
+    };
+    return isOver(series.master) && std::ranges::all_of(series.changes, isOver);
+}
+
+} // namespace orvelle
