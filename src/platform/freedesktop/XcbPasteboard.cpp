@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 
 #include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
 #include <QLoggingCategory>
 
 #include <poll.h>
@@ -20,6 +21,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
+constexpr auto longestTurn = std::chrono::milliseconds(8);
 constexpr auto longestHandOver = std::chrono::seconds(1);
 
 /// The forms of text that can be read, the best first.
@@ -107,12 +109,7 @@ void XcbPasteboard::connectionLost()
 
 void XcbPasteboard::readEvents()
 {
-    while (m_x) {
-        const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_x->raw())};
-        if (!event)
-            break;
-        handle(*event);
-    }
+    handleEvents(&xcb_poll_for_event);
     if (m_x && m_x->isBroken()) {
         qCWarning(lcPasteboard, "The X server is gone, and the clipboard with it");
         connectionLost();
@@ -121,11 +118,24 @@ void XcbPasteboard::readEvents()
 
 void XcbPasteboard::readQueuedEvents()
 {
+    handleEvents(&xcb_poll_for_queued_event);
+}
+
+/// An owner with a quick hand keeps the pieces coming, so others have their
+/// turn now and then.
+void XcbPasteboard::handleEvents(xcb_generic_event_t *(*next)(xcb_connection_t *))
+{
+    QElapsedTimer passed;
+    passed.start();
     while (m_x) {
-        const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_queued_event(m_x->raw())};
+        const XcbPtr<xcb_generic_event_t> event{next(m_x->raw())};
         if (!event)
             return;
         handle(*event);
+        if (passed.elapsed() > longestTurn.count()) {
+            QMetaObject::invokeMethod(this, &XcbPasteboard::readEvents, Qt::QueuedConnection);
+            return;
+        }
     }
 }
 

@@ -39,6 +39,7 @@ private:
     void connectionLost();
     void readEvents();
     void readQueuedEvents();
+    void handleEvents(xcb_generic_event_t *(*next)(xcb_connection_t *));
     void handle(const xcb_generic_event_t &event);
     void ownerChanged(const xcb_generic_event_t &event);
     void propertyChanged(const xcb_property_notify_event_t &event);

@@ -21,8 +21,9 @@ constexpr int thumbnailSide = 32;
 constexpr int thumbnailMargin = 2;
 constexpr int actionGap = 4;
 constexpr qsizetype longestToolTip = 400;
-/// How far the text of what cannot be pasted is on its way to the ground.
+/// How opaque the text is of what cannot be pasted.
 constexpr float dimmed = 0.6F;
+constexpr float dimmedOnSelection = 0.8F;
 
 /// Never read as markup.
 QString asToolTip(const QString &text)
@@ -79,6 +80,12 @@ MenuRowButton *ClipboardEntryButton::makeAction(const char *name, const QString 
     action->setObjectName(QString::fromLatin1(name));
     action->setSymbol(symbol, title);
     action->setToolTip(title.toHtmlEscaped());
+    // It stands on the selection, so its colours are those of the selection.
+    QPalette onSelection = palette();
+    onSelection.setColor(QPalette::WindowText, palette().color(QPalette::HighlightedText));
+    onSelection.setColor(QPalette::Highlight, palette().color(QPalette::HighlightedText));
+    onSelection.setColor(QPalette::HighlightedText, palette().color(QPalette::Highlight));
+    action->setPalette(onSelection);
     m_actions += action;
     return action;
 }
@@ -163,7 +170,7 @@ void ClipboardEntryButton::paintEvent(QPaintEvent *)
         m_look.paintSelection(painter, rect());
     QColor ink = palette().color(m_current ? QPalette::HighlightedText : QPalette::WindowText);
     if (!m_entry.payload.isPasteable())
-        ink.setAlphaF(dimmed);
+        ink.setAlphaF(m_current ? dimmedOnSelection : dimmed);
     const QRect icon =
         mirrored({MenuLook::margin, (height() - MenuLook::iconSide) / 2, MenuLook::iconSide, MenuLook::iconSide});
     if (m_entry.iconName)
