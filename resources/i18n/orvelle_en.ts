@@ -1535,12 +1535,6 @@ You can change or remove everything here.</translation>
     <message id="clipboard.plainTextHint">
         <translation>With Shift, as plain text</translation>
     </message>
-    <message id="clipboard.privacyHint">
-        <translation>The last ten things are kept in memory until Orvelle ends. What a password manager marks as secret is never read.</translation>
-    </message>
-    <message id="widget.iconColor">
-        <translation>Icon color:</translation>
-    </message>
     <message id="weather.style">
         <translation>Style:</translation>
     </message>
@@ -1654,6 +1648,12 @@ You can change or remove everything here.</translation>
     </message>
     <message id="weather.daysAgo %lld">
         <translation>%lld d ago</translation>
+    </message>
+    <message id="widget.iconColor">
+        <translation>Icon colour:</translation>
+    </message>
+    <message id="clipboard.privacyHint">
+        <translation>The last ten things are kept until Orvelle ends. What a password manager marks as secret is never read.</translation>
     </message>
 </context>
 </TS>

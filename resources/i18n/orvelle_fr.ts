@@ -1535,12 +1535,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="clipboard.plainTextHint">
         <translation>Avec Maj, sans mise en forme</translation>
     </message>
-    <message id="clipboard.privacyHint">
-        <translation>Les dix derniers éléments restent en mémoire jusqu’à la fermeture d’Orvelle. Ce qu’un gestionnaire de mots de passe marque comme secret n’est jamais lu.</translation>
-    </message>
-    <message id="widget.iconColor">
-        <translation>Couleur de l’icône :</translation>
-    </message>
     <message id="weather.style">
         <translation>Style :</translation>
     </message>
@@ -1654,6 +1648,12 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="weather.daysAgo %lld">
         <translation>il y a %lld j</translation>
+    </message>
+    <message id="widget.iconColor">
+        <translation>Couleur de l’icône :</translation>
+    </message>
+    <message id="clipboard.privacyHint">
+        <translation>Les dix derniers éléments sont gardés jusqu’à la fermeture d’Orvelle. Ce qu’un gestionnaire de mots de passe marque comme secret n’est jamais lu.</translation>
     </message>
 </context>
 </TS>
