@@ -1649,6 +1649,57 @@ You can change or remove everything here.</translation>
     <message id="weather.daysAgo %lld">
         <translation>%lld d ago</translation>
     </message>
+    <message id="calendar.noEvent">
+        <translation>No upcoming event</translation>
+    </message>
+    <message id="calendar.accessRequired">
+        <translation>No calendar to read yet</translation>
+    </message>
+    <message id="calendar.join">
+        <translation>Join</translation>
+    </message>
+    <message id="calendar.joinEvent %@">
+        <translation>Join “%@”</translation>
+    </message>
+    <message id="calendar.declined">
+        <translation>Declined</translation>
+    </message>
+    <message id="calendar.iconColor">
+        <translation>Icon colour:</translation>
+    </message>
+    <message id="calendar.maxEvents">
+        <translation>Events shown:</translation>
+    </message>
+    <message id="calendar.scope">
+        <translation>Which events:</translation>
+    </message>
+    <message id="calendar.scope.today">
+        <translation>Today</translation>
+    </message>
+    <message id="calendar.scope.day">
+        <translation>The next day with events</translation>
+    </message>
+    <message id="calendar.scope.all">
+        <translation>The coming seven days</translation>
+    </message>
+    <message id="calendar.hideDeclined">
+        <translation>Hide declined invitations</translation>
+    </message>
+    <message id="calendar.folders">
+        <translation>Calendar folders:</translation>
+    </message>
+    <message id="calendar.foldersHint">
+        <translation>Folders of .ics files, with their subfolders.</translation>
+    </message>
+    <message id="calendar.addFolder">
+        <translation>Add…</translation>
+    </message>
+    <message id="calendar.removeFolder">
+        <translation>Remove</translation>
+    </message>
+    <message id="calendar.chooseFolder">
+        <translation>Choose a folder with .ics files.</translation>
+    </message>
     <message id="widget.iconColor">
         <translation>Icon colour:</translation>
     </message>

@@ -1649,6 +1649,57 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="weather.daysAgo %lld">
         <translation>il y a %lld j</translation>
     </message>
+    <message id="calendar.noEvent">
+        <translation>Aucun événement à venir</translation>
+    </message>
+    <message id="calendar.accessRequired">
+        <translation>Aucun calendrier à lire</translation>
+    </message>
+    <message id="calendar.join">
+        <translation>Rejoindre</translation>
+    </message>
+    <message id="calendar.joinEvent %@">
+        <translation>Rejoindre « %@ »</translation>
+    </message>
+    <message id="calendar.declined">
+        <translation>Refusé</translation>
+    </message>
+    <message id="calendar.iconColor">
+        <translation>Couleur de l’icône :</translation>
+    </message>
+    <message id="calendar.maxEvents">
+        <translation>Événements affichés :</translation>
+    </message>
+    <message id="calendar.scope">
+        <translation>Quels événements :</translation>
+    </message>
+    <message id="calendar.scope.today">
+        <translation>Aujourd’hui</translation>
+    </message>
+    <message id="calendar.scope.day">
+        <translation>Le prochain jour occupé</translation>
+    </message>
+    <message id="calendar.scope.all">
+        <translation>Les sept prochains jours</translation>
+    </message>
+    <message id="calendar.hideDeclined">
+        <translation>Masquer les invitations refusées</translation>
+    </message>
+    <message id="calendar.folders">
+        <translation>Dossiers d’agendas :</translation>
+    </message>
+    <message id="calendar.foldersHint">
+        <translation>Dossiers de fichiers .ics, avec leurs sous-dossiers.</translation>
+    </message>
+    <message id="calendar.addFolder">
+        <translation>Ajouter…</translation>
+    </message>
+    <message id="calendar.removeFolder">
+        <translation>Retirer</translation>
+    </message>
+    <message id="calendar.chooseFolder">
+        <translation>Choisissez un dossier qui contient des fichiers .ics.</translation>
+    </message>
     <message id="widget.iconColor">
         <translation>Couleur de l’icône :</translation>
     </message>

@@ -34,7 +34,7 @@ public:
         DebugModeManager &debugMode;
         Notifications &notifications;
         Clock &clock;
-        PowerEvents &powerEvents;
+        const PowerEvents &powerEvents;
         HttpClient &http;
         LocationService &location;
         Geocoder &geocoder;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ui/common/WeatherPainter.h"
+
+#include <QRadioButton>
+
+namespace orvelle {
+
+/// A radio button with a sample of one of the weather's styles beside it.
+class WeatherStyleRadio : public QRadioButton
+{
+    Q_OBJECT
+
+public:
+    WeatherStyleRadio(WeatherDisplayStyle style, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    WeatherDisplayStyle m_style;
+};
+
+} // namespace orvelle
