@@ -141,7 +141,7 @@ private:
 
     const LinkList &m_items;
     const MayVanish &m_mayVanish;
-    QHash<QString, Copies> m_copies;
+    QHash<QStringView, Copies> m_copies; ///< by texts in m_items
     bool m_anyRepeated = false;
     std::vector<LeftOut> m_leftOut;
     Orphanage m_orphans;

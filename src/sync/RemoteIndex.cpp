@@ -18,11 +18,11 @@ RemoteIndex::RemoteIndex(const LinkList &remote)
     std::vector<int> identities;
     identities.reserve(count);
     for (const LinkItem *item : m_items) {
-        const int fresh = static_cast<int>(m_identities.size());
-        auto found = m_identities.constFind(item->stableId);
-        if (found == m_identities.constEnd())
-            found = m_identities.insert(item->stableId, fresh);
-        identities.push_back(*found);
+        const qsizetype before = m_identities.size();
+        int &identity = m_identities[item->stableId];
+        if (m_identities.size() > before)
+            identity = static_cast<int>(before);
+        identities.push_back(identity);
     }
     sortByIdentity(identities);
     findRepeated();

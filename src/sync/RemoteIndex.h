@@ -51,7 +51,7 @@ private:
     std::vector<const LinkItem *> m_items;
     std::vector<int> m_parents;
     std::vector<int> m_ends;
-    QHash<QString, int> m_identities;
+    QHash<QStringView, int> m_identities; ///< of texts in the items
     /// The positions of identity i are from m_starts[i] to before
     /// m_starts[i + 1], ascending.
     std::vector<int> m_positions;

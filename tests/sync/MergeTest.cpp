@@ -119,5 +119,73 @@ const Case cases[] = {
 
 INSTANTIATE_TEST_SUITE_P(Tables, Merge, testing::ValuesIn(cases));
 
+/// A pair of copies of one item under test, merged at the document's date.
+LinkItem mergedPair(const LinkItem &local, const LinkItem &remote)
+{
+    return autoMergeLinks({local}, {remote}, exportDate, false, {}).at(0);
+}
+
+TEST(MergePair, ANotesTextIsChosenByItself)
+{
+    LinkItem note = namedLink(u"n"_s);
+    note.type = LinkType::Note;
+    note.modifiedAt = note.contentModifiedAt = Timestamp{2};
+    note.bookmarkData = "here";
+    LinkItem renamed = note;
+    renamed.name = u"new title"_s;
+    renamed.modifiedAt = Timestamp{5};
+    LinkItem rewritten = note;
+    rewritten.noteContent = u"new text"_s;
+    rewritten.noteRTFData = "rtf";
+    rewritten.modifiedAt = rewritten.contentModifiedAt = Timestamp{6};
+    rewritten.bookmarkData = "there";
+    for (const LinkItem &merged : {mergedPair(renamed, rewritten), mergedPair(rewritten, renamed)}) {
+        EXPECT_EQ(merged.noteContent, u"new text"_s);
+        EXPECT_EQ(merged.noteRTFData, "rtf");
+        EXPECT_EQ(merged.contentModifiedAt, Timestamp{6});
+    }
+    renamed.modifiedAt = Timestamp{7};
+    EXPECT_EQ(mergedPair(renamed, rewritten).name, u"new title");
+    EXPECT_EQ(mergedPair(renamed, rewritten).bookmarkData, "here");
+
+    LinkItem moved = renamed;
+    LinkItem group = namedLink(u"g"_s);
+    group.type = LinkType::Group;
+    group.children = LinkList{moved};
+    const LinkList merged = autoMergeLinks({rewritten}, {group}, exportDate, false, {});
+    EXPECT_EQ(outlineOf(merged), u"g[new title]");
+    EXPECT_EQ(merged.at(0).children->at(0).noteContent, u"new text"_s) << "moved there, rewritten here";
+}
+
+TEST(MergePair, AnItemThatChangedItsKindLosesNothing)
+{
+    const LinkList group = dated(u"f2[A b]"_s);
+    LinkList address = dated(u"f7"_s);
+    EXPECT_EQ(outlineOf(autoMergeLinks(group, address, exportDate, false, {})), u"f A") << "no group any more";
+    EXPECT_EQ(outlineOf(autoMergeLinks(address, group, exportDate, false, {})), u"f A b");
+    address[0].modifiedAt = Timestamp{1};
+    EXPECT_EQ(outlineOf(autoMergeLinks(group, address, exportDate, false, {})), u"f[A]");
+    LinkItem note = address.at(0);
+    note.type = LinkType::Note;
+    note.noteContent = u"text"_s;
+    note.contentModifiedAt = Timestamp{0};
+    note.modifiedAt = Timestamp{3};
+    EXPECT_EQ(mergedPair(address.at(0), note), note) << "the other side has no text that could be newer";
+}
+
+TEST(MergePair, MissingDatesAreTheDistantPast)
+{
+    LinkList local = dated(u"a b"_s);
+    for (LinkItem &item : local) {
+        item.createdAt.reset();
+        item.modifiedAt.reset();
+    }
+    const LinkList remote = dated(u"b"_s);
+    EXPECT_EQ(autoMergeLinks(local, remote, Timestamp{-1e9}, false, {}), remote);
+    EXPECT_EQ(autoMergeLinks(local, remote, exportDate, true, {}).size(), 2);
+    EXPECT_TRUE(prefersRemoteOrder(local, Timestamp{-1e9}));
+    EXPECT_FALSE(prefersRemoteOrder(dated(u"a f[b10]"_s), exportDate)) << "not strictly later";
+}
+
 } // namespace
 } // namespace orvelle::test
