@@ -58,7 +58,9 @@ WidgetServices::Surroundings Application::widgetSurroundings()
             m_shortcut,
             m_surroundings.sessionBus,
             &Windows::bringToFront,
-            [this] { m_presenter.close(); }};
+            [this] { m_presenter.close(); },
+            m_workspace,
+            m_folderChooser};
 }
 
 MenuBarManager::Services Application::menuBarServices()

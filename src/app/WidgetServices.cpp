@@ -3,11 +3,14 @@
 #include "app/Folders.h"
 #include "base/Notifications.h"
 #include "links/RtfReader.h"
+#include "platform/Workspace.h"
+#include "ui/menu/rows/CalendarRowView.h"
 #include "ui/menu/rows/ClipboardRowView.h"
 #include "ui/menu/rows/NetworkRowView.h"
 #include "ui/menu/rows/QuickLaunchRowView.h"
 #include "ui/menu/rows/SystemInfoRowView.h"
 #include "ui/menu/rows/TimerRowView.h"
+#include "ui/settings/CalendarSection.h"
 #include "ui/settings/ClipboardSection.h"
 #include "ui/settings/NetworkSection.h"
 #include "ui/settings/QuickLaunchSection.h"
@@ -25,6 +28,13 @@ QString richPreview(const QByteArray &rtf)
     return document ? document->text.toPlainText() : QString();
 }
 
+/// Who the user is in the lists of invited people, as far as the session says.
+QStringList ownMailAddresses()
+{
+    const QString address = qEnvironmentVariable("EMAIL").trimmed().toLower();
+    return address.contains(u'@') ? QStringList{address} : QStringList();
+}
+
 } // namespace
 
 WidgetServices::WidgetServices(const Surroundings &surroundings)
@@ -32,6 +42,8 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
       m_messages(surroundings.sessionBus),
       m_pasteboard(surroundings.clock),
       m_clipboardCache(temporaryFolders()),
+      m_calendars({}, ownMailAddresses()),
+      m_calendarFolders(surroundings.defaults, m_calendars),
       systemInfo({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
                   m_sampler, m_host}),
       network({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
@@ -41,6 +53,8 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
       clipboard({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
                  surroundings.clock, m_pasteboard, m_clipboardCache, &richPreview}),
       quickLaunch({surroundings.defaults, surroundings.debugMode, surroundings.notifications, m_applications}),
+      calendar(
+          {surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock, m_calendars}),
       jobs(surroundings.otherJobs, surroundings.shortcut)
 {
     addSystemInfo();
@@ -48,6 +62,7 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
     addTimer();
     addClipboard();
     addQuickLaunch();
+    addCalendar();
 }
 
 void WidgetServices::addSystemInfo()
@@ -135,6 +150,33 @@ void WidgetServices::addQuickLaunch()
                                        }});
     sections.insert(WidgetType::QuickLaunch, [this, &notifications](QWidget *parent) {
         return new QuickLaunchSection(quickLaunch, m_applications, notifications, parent);
+    });
+}
+
+void WidgetServices::addCalendar()
+{
+    Notifications &notifications = m_surroundings.notifications;
+    jobs.add(WidgetType::Calendar,
+             {[this] { return calendar.isEnabled(); },
+              [this] { return calendar.menuBarOnly(); },
+              [this] { calendar.startMonitoring(); },
+              [this] {
+                  if (calendar.isEnabled())
+                      calendar.refreshIfNeeded();
+              },
+              {},
+              [this, &notifications](QWidget *parent) -> QWidget * {
+                  return new CalendarRowView(calendar, notifications,
+                                             {m_surroundings.closeMenu, [this] { m_calendarApplication.open(); },
+                                              [&notifications] { emit notifications.openAppSettings(); },
+                                              [this](const QUrl &url) { m_surroundings.workspace.openUrl(url); }},
+                                             parent);
+              }});
+    sections.insert(WidgetType::Calendar, [this, &notifications](QWidget *parent) {
+        return new CalendarSection(calendar, notifications,
+                                   {[this] { return m_calendarFolders.folders(); },
+                                    [this](const QStringList &folders) { m_calendarFolders.setFolders(folders); }},
+                                   m_surroundings.folderChooser, parent);
     });
 }
 

@@ -1,15 +1,19 @@
 #pragma once
 
+#include "app/CalendarFolders.h"
 #include "app/WidgetJobs.h"
 #include "menubar/QuickLaunchManager.h"
 #include "platform/freedesktop/BusNotifications.h"
 #include "platform/freedesktop/CanberraSounds.h"
 #include "platform/freedesktop/GioApplications.h"
+#include "platform/freedesktop/GioCalendarApplication.h"
+#include "platform/freedesktop/IcsCalendars.h"
 #include "platform/freedesktop/NetlinkCounters.h"
 #include "platform/freedesktop/ProcHostStatistics.h"
 #include "platform/freedesktop/ThreadSampler.h"
 #include "platform/freedesktop/XcbPasteboard.h"
 #include "ui/settings/WidgetSection.h"
+#include "widgets/calendar/CalendarManager.h"
 #include "widgets/clipboard/ClipboardManager.h"
 #include "widgets/network/NetworkManager.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
@@ -20,8 +24,10 @@ namespace orvelle {
 class Alerts;
 class Clock;
 class DebugModeManager;
+class FolderChooser;
 class Notifications;
 class UserDefaults;
+class Workspace;
 
 /// The widgets' managers with what they stand on, and the tables by which the
 /// menu and the settings find them. Main thread.
@@ -43,6 +49,8 @@ public:
         std::function<void()> activateApp;
         /// Closes the menu if it is open.
         std::function<void()> closeMenu;
+        Workspace &workspace;
+        FolderChooser &folderChooser;
     };
     explicit WidgetServices(const Surroundings &surroundings);
 
@@ -52,6 +60,7 @@ private:
     void addTimer();
     void addClipboard();
     void addQuickLaunch();
+    void addCalendar();
 
     Surroundings m_surroundings;
     ProcHostStatistics m_host;
@@ -62,6 +71,9 @@ private:
     XcbPasteboard m_pasteboard;
     ClipboardCache m_clipboardCache;
     GioApplications m_applications;
+    IcsCalendars m_calendars;
+    CalendarFolders m_calendarFolders;
+    GioCalendarApplication m_calendarApplication;
 
 public:
     SystemInfoManager systemInfo;
@@ -69,6 +81,7 @@ public:
     TimerManager timer;
     ClipboardManager clipboard;
     QuickLaunchManager quickLaunch;
+    CalendarManager calendar;
     WidgetJobs jobs;
     WidgetSectionTable sections;
 };

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+namespace orvelle {
+
+class IcsCalendars;
+class UserDefaults;
+
+/// The setting that names the folders of calendar files, handed to the store
+/// whenever it changes. Without it the usual folders count. Belongs to this
+/// machine, as folders do. Main thread.
+class CalendarFolders : public QObject
+{
+    Q_OBJECT
+
+public:
+    CalendarFolders(UserDefaults &defaults, IcsCalendars &store, QObject *parent = nullptr);
+
+    QStringList folders() const;
+    void setFolders(const QStringList &folders);
+
+private:
+    UserDefaults &m_defaults;
+    IcsCalendars &m_store;
+};
+
+} // namespace orvelle
