@@ -30,6 +30,8 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
       m_shortcut({*m_core.defaults, m_core.notifications, m_hotKeys}),
       m_widgets(widgetSurroundings()),
+      m_weather({*m_core.defaults, m_core.debugMode, m_core.notifications, m_powerEvents, m_core.clock, m_core.http,
+                 m_workspace, [this] { m_presenter.close(); }}),
       m_presenter(&childEntries),
       m_importer({m_core.links, m_core.exchange, m_core.exchangeSettings, *m_core.defaults, surroundings.alerts,
                   m_core.clock}),
@@ -40,6 +42,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
                   m_powerEvents, m_importer, &Windows::bringToFront}),
       m_storageAlerts(*m_core.defaults, m_core.links, surroundings.alerts)
 {
+    m_weather.addTo(m_widgets.jobs, m_widgets.sections);
     m_presenter.setWidgetRowFactory(
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
 }

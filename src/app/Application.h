@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/CoreServices.h"
 #include "app/StorageAlerts.h"
+#include "app/WeatherServices.h"
 #include "app/WidgetServices.h"
 #include "app/Windows.h"
 #include "app/cli/CommandContext.h"
@@ -79,6 +80,7 @@ private:
     XcbHotKeys m_hotKeys;
     GlobalShortcut m_shortcut;
     WidgetServices m_widgets;
+    WeatherServices m_weather;
     MenuPopup m_presenter;
     ExchangeController m_importer;
     Windows m_windows;

@@ -47,6 +47,15 @@ void WidgetJobs::stopLiveWidgets()
     m_others.stopLiveWidgets();
 }
 
+void WidgetJobs::refreshWeatherIfNeeded()
+{
+    const auto widget = m_widgets.constFind(WidgetType::Weather);
+    if (widget == m_widgets.constEnd())
+        m_others.refreshWeatherIfNeeded();
+    else if (widget->catchUp)
+        widget->catchUp();
+}
+
 void WidgetJobs::checkClipboardNow()
 {
     const auto widget = m_widgets.constFind(WidgetType::Clipboard);

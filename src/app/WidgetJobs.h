@@ -47,7 +47,7 @@ public:
     void recordLaunch() override { m_others.recordLaunch(); }
     void presentTipPromptIfNeeded() override { m_others.presentTipPromptIfNeeded(); }
     void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
-    void refreshWeatherIfNeeded() override { m_others.refreshWeatherIfNeeded(); }
+    void refreshWeatherIfNeeded() override;
     void checkClipboardNow() override;
     void setupGlobalShortcut() override { m_shortcut.setup(); }
     void removeGlobalShortcut() override { m_shortcut.remove(); }
