@@ -195,6 +195,8 @@ TEST_F(SettingsTest, EveryLibraryOfTheBuildHasItsLicence)
                                         {QStringLiteral("PLIST"), QStringLiteral("libplist")},
                                         {QStringLiteral("NL"), QStringLiteral("libnl")},
                                         {QStringLiteral("XCB"), QStringLiteral("XCB")},
+                                        {QStringLiteral("ICAL"), QStringLiteral("libical")},
+                                        {QStringLiteral("STARTUP"), QStringLiteral("startup-notification")},
                                         {QStringLiteral("CANBERRA"), QStringLiteral("libcanberra")}};
     QStringList listed;
     for (const AboutLicence &licence : aboutLicences({}))

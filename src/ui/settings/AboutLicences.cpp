@@ -35,6 +35,7 @@ const std::array<Component, 16> components{{
     {"Nettle", "LGPL-3.0+", "libnettle[0-9]*"},
     {"GLib", "LGPL-2.1+", "libglib2.0-0*"},
     {"Gumbo", "Apache-2.0", "libgumbo[0-9]*"},
+    {"libical", "MPL-2.0 or LGPL-2.1", "libical[0-9]*"},
     {"libplist", "LGPL-2.1+", "libplist[0-9]*"},
     {"libnl", "LGPL-2.1", "libnl-3-200*"},
     {"libcanberra", "LGPL-2.1+", "libcanberra0*"},
