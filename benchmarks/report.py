@@ -48,6 +48,10 @@ FIGURES = {
         ("one key in the search field, 300 groups", "ms", "list_key/grouped/10000", None, None, None, None, 50),
         ("one step of a drag over 10,000 links", "ms", "list_drag/flat/10000", None, None, None, None, 16),
     ],
+    "calendar": [
+        ("next events out of 50,000, at hand", "ms", "calendar_warm", None, None, None, 50, None),
+        ("next events out of 50,000, first read", "ms", "calendar_cold", "calendar_bytes", "reading the bytes", None, None, None),
+    ],
     "process": [
         ("start to registered icon, 1,000 links", "ms", "start/orvelle", "start/minimal", "minimal program", 3, None, None),
         ("memory (PSS), 1,000 links", "MiB", "pss/orvelle", "pss/minimal", "minimal program", 2.5, None, None),
