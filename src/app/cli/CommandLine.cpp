@@ -59,7 +59,8 @@ std::variant<CommandCall, CommandResult> parseCall(const Command &command, const
     for (qsizetype i = 0; i < rest.size(); ++i) {
         const QString &argument = rest.at(i);
         // A lone dash and negative numbers are values.
-        const bool isOption = !optionsEnded && argument.startsWith(u"--");
+        const bool isShort = argument.size() == 2 && argument.at(0) == u'-' && valued.contains(argument.mid(1));
+        const bool isOption = !optionsEnded && (isShort || argument.startsWith(u"--"));
         if (!isOption) {
             call.arguments.positional += argument;
             continue;
@@ -69,14 +70,14 @@ std::variant<CommandCall, CommandResult> parseCall(const Command &command, const
             continue;
         }
         const qsizetype equals = argument.indexOf(u'=');
-        const QString name = argument.mid(2, equals < 0 ? -1 : equals - 2);
+        const QString name = isShort ? argument.mid(1) : argument.mid(2, equals < 0 ? -1 : equals - 2);
         if (name == u"help")
             return commandHelp(command);
         if (flags.contains(name) && equals < 0) {
             call.arguments.options.insert(name, {});
         } else if (valued.contains(name)) {
             if (equals < 0 && i + 1 >= rest.size())
-                return wrongUse(command, QStringLiteral("--%1 needs a value").arg(name));
+                return wrongUse(command, QStringLiteral("%1 needs a value").arg(argument));
             call.arguments.options.insert(name, equals < 0 ? rest.at(++i) : argument.mid(equals + 1));
         } else {
             return wrongUse(command, QStringLiteral("unknown option %1").arg(quoted(argument)));

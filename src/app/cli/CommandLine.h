@@ -33,7 +33,7 @@ struct Command {
     int minPositional;
     int maxPositional;
     const char *flags;  ///< options without a value, blank-separated
-    const char *valued; ///< options with a value, blank-separated
+    const char *valued; ///< options with a value, blank-separated; of one letter ("-o") or more ("--to")
     CommandPlace place;
     CommandResult (*run)(const CommandArguments &, CommandContext &);
     bool onlyOnce = false;   ///< done twice, it does something else

@@ -4,6 +4,7 @@
 #include "app/cli/EditCommands.h"
 #include "app/cli/ExchangeCommands.h"
 #include "app/cli/LinkCommands.h"
+#include "app/cli/MergeCommand.h"
 #include "app/cli/ShellCommands.h"
 
 namespace orvelle {
@@ -47,6 +48,8 @@ constexpr Command table[] = {
      1, 1, "json", "mode", CommandPlace::Anywhere, runImport, true},
     {"verify", "FILE", "Compare a document's checksum with its links.", 1, 1, "", "", CommandPlace::Anywhere,
      runVerify},
+    {"merge", "LOCAL REMOTE -o OUT", "Merge two documents as a synchronisation does; an OUT of - prints the result.", 2,
+     2, "", "o", CommandPlace::Anywhere, runMerge},
     {"import-bookmarks", "FILE [--json]", "Add the bookmarks of a browser (an HTML file) to the end of the links.", 1,
      1, "json", "", CommandPlace::Anywhere, runImportBookmarks, true},
     {"export-bookmarks", "FILE", "Write the links as a bookmark file for browsers.", 1, 1, "", "",
