@@ -24,7 +24,7 @@ struct Component {
 
 /// Package names carry the number of the library's interface, which differs
 /// between distributions.
-const std::array<Component, 16> components{{
+const std::array<Component, 17> components{{
     {"Orvelle", "Apache-2.0", ":/licences/orvelle"},
     {"Phosphor Icons", "MIT", ":/licences/icons"},
     {"Qt 6", "LGPL-3.0", "libqt6core6*"},
