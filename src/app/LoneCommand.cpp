@@ -2,6 +2,7 @@
 
 #include "app/CoreServices.h"
 #include "base/Text.h"
+#include "links/ExchangeDocument.h"
 #include "menubar/LinkOpener.h"
 #include "menubar/MenuBuilder.h"
 #include "platform/PowerEvents.h"
@@ -18,6 +19,40 @@ public:
     void start() override {}
 };
 
+/// Tells of the widgets what is stored of them; nobody is there who would run
+/// them.
+class StoredWidgets : public InactiveJobs
+{
+public:
+    explicit StoredWidgets(const CoreServices &core) : m_core(core) { core.exchangeSettings.gather(m_stored); }
+
+    bool isWidgetEnabled(WidgetType type) const override
+    {
+        const QString disabled = QStringLiteral("disabled");
+        switch (type) {
+        case WidgetType::Clipboard:
+            return m_stored.clipboardSettings->isEnabled;
+        case WidgetType::QuickLaunch:
+            return m_stored.quickLaunchEnabled.value_or(false);
+        case WidgetType::Calendar:
+            return m_stored.calendarSettings->isEnabled;
+        case WidgetType::Weather:
+            return m_stored.weatherSettings->locationMode != disabled;
+        case WidgetType::SystemInfo:
+            return m_stored.systemInfoSettings->displayMode != disabled;
+        case WidgetType::Network:
+            return m_stored.networkSettings->displayMode != disabled;
+        case WidgetType::Timer:
+            return m_core.defaults->get<bool>(m_core.debugMode.key(QStringLiteral("TimerEnabled"))).value_or(false);
+        }
+        Q_UNREACHABLE();
+    }
+
+private:
+    const CoreServices &m_core;
+    ExportData m_stored;
+};
+
 } // namespace
 
 CommandResult runLoneCommand(const CommandCall &call, const QString &workingDirectory)
@@ -30,7 +65,8 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
         return CommandResult::refused(openErrorText(opened.error()));
     SqliteUserDefaults::Opened settings = std::move(opened).value();
     CoreServices core(folders, clock, std::move(settings.defaults), powerEvents);
-    const MenuBuilder builder(core.links, core.widgetOrder, core.jobs);
+    StoredWidgets widgets(core);
+    const MenuBuilder builder(core.links, core.widgetOrder, widgets);
     CommandContext context{core.links,
                            core.exchange,
                            *core.defaults,

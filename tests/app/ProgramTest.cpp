@@ -175,9 +175,10 @@ void session(const std::function<Answer(const QStringList &)> &run, const QStrin
     EXPECT_EQ(QByteArray::fromBase64(stored.trimmed()) + '\n', run(split("links --json")).out);
 
     const QJsonArray menu = QJsonDocument::fromJson(run(split("menu --json")).out).array();
-    ASSERT_EQ(menu.size(), 3);
+    ASSERT_EQ(menu.size(), 4);
     EXPECT_EQ(menu.at(0)[u"title"].toString(), u"example.org");
-    EXPECT_EQ(menu.at(2)[u"kind"].toString(), u"bottomRow");
+    EXPECT_EQ(menu.at(2)[u"widget"].toString(), u"quickLaunch") << "on unless it was turned off";
+    EXPECT_EQ(menu.at(3)[u"kind"].toString(), u"bottomRow");
 
     const QString odd = QStringLiteral("-1 \"é\"");
     EXPECT_EQ(run({QStringLiteral("defaults"), QStringLiteral("write"), QStringLiteral("K"), QStringLiteral("strings"),

@@ -137,6 +137,7 @@ buttons() {
 
 register_handler
 seed
+alone defaults write QuickLaunchEnabled bool false || fail "the settings could not be stored"
 start_ready
 open_menu
 picture menu
