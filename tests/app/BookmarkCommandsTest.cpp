@@ -1,7 +1,5 @@
-#include "app/cli/CommandLine.h"
-#include "links/ExchangeSettings.h"
+#include "app/CommandShell.h"
 #include "links/LinkExchange.h"
-#include "menubar/MenuTestFakes.h"
 #include "support/Outline.h"
 
 #include <QDir>
@@ -14,35 +12,8 @@ using namespace Qt::StringLiterals;
 namespace orvelle::test {
 namespace {
 
-class UnusedExchangeSettings : public ExchangeSettings
-{
-public:
-    void gather(ExportData &) const override {}
-    bool apply(const ExportData &) override { return false; }
-};
-
-struct BookmarkCommands : Shell {
-    BookmarkCommands() : Shell(treeFrom(u"a g[b]"_s)) {}
-
-    CommandResult run(const QString &line)
-    {
-        const auto parsed = parseCommandLine(line.split(u' '), folder.path());
-        if (const auto *answer = std::get_if<CommandResult>(&parsed))
-            return *answer;
-        const CommandCall call = std::get<CommandCall>(parsed);
-        return call.command->run(call.arguments, context);
-    }
-
-    void write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
-        ASSERT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-
-    UnusedExchangeSettings settings;
-    LinkExchange exchange{store, settings, bookmarks, clock};
-    CommandContext context{store, exchange, defaults, snapshots, debugMode, volumes, clock, {}, {}, folder.path()};
+struct BookmarkCommands : CommandShell {
+    BookmarkCommands() : CommandShell(treeFrom(u"a g[b]"_s)) {}
 };
 
 TEST(BookmarkCommands, AddAtTheEndInOneStepAndCountWhatTheyLeaveOut)

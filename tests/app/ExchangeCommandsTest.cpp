@@ -1,9 +1,7 @@
 #include "app/cli/ExchangeCommands.h"
 
-#include "app/cli/CommandLine.h"
+#include "app/CommandShell.h"
 #include "links/ExchangeDocument.h"
-#include "links/ExchangeSettings.h"
-#include "menubar/MenuTestFakes.h"
 #include "support/Outline.h"
 
 #include <QDir>
@@ -16,42 +14,14 @@ using namespace Qt::StringLiterals;
 namespace orvelle::test {
 namespace {
 
-class NoExchangeSettings : public ExchangeSettings
-{
-public:
-    void gather(ExportData &) const override {}
-    bool apply(const ExportData &) override { return true; }
-};
-
-struct Commands : Shell {
-    Commands() : Shell(treeFrom(u"a g[b c]"_s)) {}
-
-    CommandResult run(const QString &line)
-    {
-        const auto parsed = parseCommandLine(line.split(u' '), folder.path());
-        if (const auto *answer = std::get_if<CommandResult>(&parsed))
-            return *answer;
-        const CommandCall call = std::get<CommandCall>(parsed);
-        return call.command->run(call.arguments, context);
-    }
-
-    QString path(const QString &name) const { return folder.filePath(name); }
+struct Commands : CommandShell {
+    Commands() : CommandShell(treeFrom(u"a g[b c]"_s)) {}
 
     QByteArray content(const QString &name) const
     {
         QFile file(path(name));
         return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("no file");
     }
-
-    void write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-
-    NoExchangeSettings settings;
-    LinkExchange exchange{store, settings, bookmarks, clock};
-    CommandContext context{store, exchange, defaults, snapshots, debugMode, volumes, clock, {}, {}, folder.path()};
 };
 
 TEST(ExchangeCommands, RoundTripAnswersInBothForms)

@@ -1,7 +1,5 @@
-#include "app/cli/CommandLine.h"
+#include "app/CommandShell.h"
 #include "links/ExchangeDocument.h"
-#include "links/ExchangeSettings.h"
-#include "menubar/MenuTestFakes.h"
 #include "support/Outline.h"
 
 #include <QFile>
@@ -13,33 +11,15 @@ using namespace Qt::StringLiterals;
 namespace orvelle::test {
 namespace {
 
-class NoExchangeSettings : public ExchangeSettings
-{
-public:
-    void gather(ExportData &) const override {}
-    bool apply(const ExportData &) override { return true; }
-};
-
-struct MergeShell : Shell {
-    MergeShell() : Shell(treeFrom(u"own"_s)) {}
-
-    CommandResult run(const QString &line)
-    {
-        const auto parsed = parseCommandLine(line.split(u' '), folder.path());
-        if (const auto *answer = std::get_if<CommandResult>(&parsed))
-            return *answer;
-        const CommandCall call = std::get<CommandCall>(parsed);
-        return call.command->run(call.arguments, context);
-    }
+struct MergeShell : CommandShell {
+    MergeShell() : CommandShell(treeFrom(u"own"_s)) {}
 
     void write(const QString &name, const LinkList &links, double date)
     {
         ExportData document;
         document.links = links;
         document.exportDate = Timestamp{date};
-        QFile file(folder.filePath(name));
-        const QByteArray bytes = encodeExchange(document);
-        ASSERT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
+        CommandShell::write(name, encodeExchange(document));
     }
 
     ExportData read(const QString &name) const
@@ -49,10 +29,6 @@ struct MergeShell : Shell {
         EXPECT_TRUE(document);
         return document ? *document : ExportData();
     }
-
-    NoExchangeSettings settings;
-    LinkExchange exchange{store, settings, bookmarks, clock};
-    CommandContext context{store, exchange, defaults, snapshots, debugMode, volumes, clock, {}, {}, folder.path()};
 };
 
 TEST(MergeCommand, MergesAtTheOtherDocumentsDateAndLeavesAbsentDatesAbsent)
