@@ -65,8 +65,6 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
         return CommandResult::refused(openErrorText(opened.error()));
     SqliteUserDefaults::Opened settings = std::move(opened).value();
     CoreServices core(folders, clock, std::move(settings.defaults), powerEvents);
-    StoredWidgets widgets(core);
-    const MenuBuilder builder(core.links, core.widgetOrder, widgets);
     CommandContext context{core.links,
                            core.exchange,
                            *core.defaults,
@@ -74,7 +72,10 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
                            core.debugMode,
                            core.volumes,
                            clock,
-                           [&builder] { return builder.buildMainMenu(); },
+                           [&core] {
+                               StoredWidgets widgets(core);
+                               return MenuBuilder(core.links, core.widgetOrder, widgets).buildMainMenu();
+                           },
                            [&core](const LinkItem &item) {
                                GioWorkspace workspace;
                                return LinkOpener(core.links, workspace, core.clock).open(item);
