@@ -1,5 +1,6 @@
 #include "sync/SyncAnalysis.h"
 
+#include "links/LinkContent.h"
 #include "sync/ItemDates.h"
 #include "sync/PairMerge.h"
 
@@ -16,19 +17,6 @@ namespace {
 
 constexpr std::array rawValues = {"identical"_L1, "updatedRemote"_L1, "updatedLocal"_L1,
                                   "added"_L1,     "removed"_L1,       "duplicate"_L1};
-
-/// The item without what is no content.
-LinkItem contentOf(LinkItem item)
-{
-    item.id = {};
-    item.children.reset();
-    item.bookmarkData.reset();
-    item.faviconData.reset();
-    item.createdAt.reset();
-    item.modifiedAt.reset();
-    item.contentModifiedAt.reset();
-    return item;
-}
 
 struct Side {
     QList<const LinkItem *> copies;

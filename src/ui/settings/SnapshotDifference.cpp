@@ -1,5 +1,7 @@
 #include "ui/settings/SnapshotDifference.h"
 
+#include "links/LinkContent.h"
+
 namespace orvelle {
 
 namespace {
@@ -19,27 +21,13 @@ void collect(const LinkList &links, const QString &group, Places &places)
     }
 }
 
-/// What the user made of an item: without the identity of one run, without
-/// what is fetched or found out anew, and without times.
-LinkItem content(LinkItem item)
-{
-    item.id = {};
-    item.children.reset();
-    item.bookmarkData.reset();
-    item.faviconData.reset();
-    item.createdAt.reset();
-    item.modifiedAt.reset();
-    item.contentModifiedAt.reset();
-    return item;
-}
-
 SnapshotDifference::Fate fateOf(const Place &place, const Places &current)
 {
     using Fate = SnapshotDifference::Fate;
     const auto there = current.constFind(place.item->stableId);
     if (there == current.constEnd())
         return Fate::ComesBack;
-    if (content(*there->item) != content(*place.item))
+    if (contentOf(*there->item) != contentOf(*place.item))
         return Fate::Changes;
     return there->group == place.group ? Fate::Same : Fate::Moves;
 }
