@@ -1,9 +1,10 @@
-# orvelle_library(<name> [PCH <header>...] LINKS <target>...)
+# orvelle_library(<name> [PCH <header>...] [PCH_OF <name>] LINKS <target>...)
 # One static library of all sources in the calling folder (and below it, but
 # for folders that are libraries of their own). Headers are included by their
-# path from src/.
+# path from src/. Precompiled headers take some hundred megabytes in each
+# library that makes its own; PCH_OF shares those of orvelle_precompiled().
 function(orvelle_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;PCH;EXCLUDE")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;PCH;PCH_OF;EXCLUDE")
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS
         "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
     foreach(pattern IN LISTS arg_EXCLUDE)
@@ -14,7 +15,19 @@ function(orvelle_library name)
     target_link_libraries(orvelle_${name} PUBLIC ${arg_LINKS} PRIVATE orvelle_settings)
     if(arg_PCH)
         target_precompile_headers(orvelle_${name} PRIVATE ${arg_PCH})
+    elseif(arg_PCH_OF)
+        target_precompile_headers(orvelle_${name} REUSE_FROM orvelle_precompiled_${arg_PCH_OF})
     endif()
+endfunction()
+
+# orvelle_precompiled(<name> HEADERS <header>... LINKS <target>...)
+# Headers precompiled once for several libraries. LINKS are only those whose
+# definitions all these libraries have too.
+function(orvelle_precompiled name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LINKS")
+    add_library(orvelle_precompiled_${name} STATIC "${CMAKE_SOURCE_DIR}/cmake/precompiled.cpp")
+    target_link_libraries(orvelle_precompiled_${name} PRIVATE ${arg_LINKS} orvelle_settings)
+    target_precompile_headers(orvelle_precompiled_${name} PRIVATE ${arg_HEADERS})
 endfunction()
 
 # orvelle_test(<name> [DESKTOP] [LABELS ...] LINKS <target>...)

@@ -1,0 +1,1 @@
+// The source that a library of precompiled headers has to have.
