@@ -37,6 +37,10 @@ signals:
     void clipboardChanged();
     void calendarChanged();
     void timerChanged();
+    /// What CloudSync::status() or heldBack() gives is another now.
+    void syncStatusChanged();
+    /// An upload failed; the change is kept and tried again.
+    void syncUploadFailed();
 };
 
 } // namespace orvelle

@@ -1,6 +1,7 @@
 // Gives the output of moc for the interfaces of this folder a home.
 #include "platform/Appearance.h"
 #include "platform/CalendarStore.h"
+#include "platform/CloudContainer.h"
 #include "platform/HotKeyService.h"
 #include "platform/LocationService.h"
 #include "platform/Pasteboard.h"

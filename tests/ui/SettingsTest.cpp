@@ -196,6 +196,9 @@ TEST_F(SettingsTest, EveryLibraryOfTheBuildHasItsLicence)
                                         {QStringLiteral("NL"), QStringLiteral("libnl")},
                                         {QStringLiteral("XCB"), QStringLiteral("XCB")},
                                         {QStringLiteral("ICAL"), QStringLiteral("libical")},
+                                        {QStringLiteral("ECAL"), QStringLiteral("Evolution Data Server")},
+                                        {QStringLiteral("SECRET"), QStringLiteral("libsecret")},
+                                        {QStringLiteral("SODIUM"), QStringLiteral("libsodium")},
                                         {QStringLiteral("STARTUP"), QStringLiteral("startup-notification")},
                                         {QStringLiteral("CANBERRA"), QStringLiteral("libcanberra")}};
     QStringList listed;

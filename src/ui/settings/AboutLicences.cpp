@@ -24,7 +24,7 @@ struct Component {
 
 /// Package names carry the number of the library's interface, which differs
 /// between distributions.
-const std::array<Component, 17> components{{
+const std::array<Component, 20> components{{
     {"Orvelle", "Apache-2.0", ":/licences/orvelle"},
     {"Phosphor Icons", "MIT", ":/licences/icons"},
     {"Qt 6", "LGPL-3.0", "libqt6core6*"},
@@ -36,6 +36,9 @@ const std::array<Component, 17> components{{
     {"GLib", "LGPL-2.1+", "libglib2.0-0*"},
     {"Gumbo", "Apache-2.0", "libgumbo[0-9]*"},
     {"libical", "MPL-2.0 or LGPL-2.1", "libical[0-9]*"},
+    {"Evolution Data Server", "LGPL-2.0", "libecal-2.0-[0-9]*"},
+    {"libsecret", "LGPL-2.1+", "libsecret-1-0"},
+    {"libsodium", "ISC", "libsodium[0-9]*"},
     {"libplist", "LGPL-2.1+", "libplist[0-9]*"},
     {"libnl", "LGPL-2.1", "libnl-3-200*"},
     {"libcanberra", "LGPL-2.1+", "libcanberra0*"},
