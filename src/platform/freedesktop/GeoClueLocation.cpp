@@ -60,10 +60,12 @@ void GeoClueLocation::call(const QString &path, const QString &interface, const 
     QDBusMessage message = QDBusMessage::createMethodCall(service(), path, interface, method);
     message.setArguments(arguments);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [pending, answered = std::move(answered)] {
-        pending->deleteLater();
-        answered(pending->reply());
-    });
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [this, pending, round = m_round, answered = std::move(answered)] {
+                pending->deleteLater();
+                if (round == m_round)
+                    answered(pending->reply());
+            });
 }
 
 void GeoClueLocation::requestAuthorization()
@@ -178,6 +180,8 @@ void GeoClueLocation::end()
     m_client.clear();
     m_isStarted = false;
     m_isLocating = false;
+    m_isAsking = false;
+    ++m_round;
 }
 
 void GeoClueLocation::giveUp(const QString &reason)

@@ -59,6 +59,7 @@ private:
     bool m_isLocating = false;
     bool m_isAsking = false;
     bool m_isStarted = false;
+    int m_round = 0; ///< answers to what was asked before the last end() no longer count
     std::unique_ptr<Timer> m_patience;
 };
 
