@@ -1,6 +1,7 @@
 #include "app/cli/CommandLine.h"
 
 #include "app/Version.h"
+#include "app/cli/Completion.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -155,7 +156,8 @@ QString helpText()
     }
     help += QStringLiteral("\nOptions:\n"
                            "  --help                                        Show this help, or a command's.\n"
-                           "  --version                                     Show the version.\n\n"
+                           "  --version                                     Show the version.\n"
+                           "  --completion bash|zsh|fish                    Print a completion script.\n\n"
                            "Exit status: 0 done; 1 refused or invalid; 2 wrong usage.\n");
     return help;
 }
@@ -170,6 +172,13 @@ ParsedCommandLine parseCommandLine(const QStringList &given, const QString &work
         return CommandResult::done(helpText().toUtf8());
     if (first == u"--version" || first == u"-v")
         return CommandResult::done(QByteArrayLiteral("orvelle ") + versionText().toUtf8() + '\n');
+
+    if (first == u"--completion") {
+        const auto script = completionScript(arguments.value(1));
+        return script && arguments.size() == 2
+                   ? CommandResult::done(*script)
+                   : CommandResult::wrongUsage(QStringLiteral("--completion needs bash, zsh or fish"));
+    }
 
     if (const auto [command, wordCount] = findCommand(arguments); command) {
         const auto call = parseCall(*command, arguments.mid(wordCount));
