@@ -7,6 +7,7 @@
 #include "ui/menu/rows/WeatherRowView.h"
 #include "ui/settings/WeatherSection.h"
 #include "widgets/weather/OpenMeteo.h"
+#include "widgets/weather/WeatherCommand.h"
 #include "widgets/weather/WeatherKeys.h"
 
 #include <QProcess>
@@ -14,12 +15,6 @@
 namespace orvelle {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr int pageDecimals = 3;
-
-} // namespace
 
 WeatherServices::WeatherServices(const Surroundings &surroundings)
     : m_surroundings(surroundings),
@@ -57,12 +52,10 @@ QUrl WeatherServices::host(const char *key, const char *fallback) const
                           QString::fromLatin1(fallback));
 }
 
-QString WeatherServices::filled(QString pattern) const
+std::optional<Coordinates> WeatherServices::place() const
 {
     const auto &data = m_weather.weatherData();
-    const Coordinates place = data ? data->location.value_or(Coordinates()) : Coordinates();
-    return pattern.replace(u"{latitude}"_s, QString::number(place.latitude, 'f', pageDecimals))
-        .replace(u"{longitude}"_s, QString::number(place.longitude, 'f', pageDecimals));
+    return data && data->location ? data->location : m_weather.lastLocation();
 }
 
 void WeatherServices::openForecast()
@@ -70,24 +63,41 @@ void WeatherServices::openForecast()
     m_surroundings.closeMenu();
     const QString key = m_surroundings.debugMode.key(QString::fromLatin1(weatherkeys::openCommand));
     const QString command = m_surroundings.defaults.get<QString>(key).value_or(QString()).trimmed();
-    if (command.startsWith(u"http://"_s) || command.startsWith(u"https://"_s)) {
-        m_surroundings.workspace.openUrl(QUrl(filled(command)));
+    if (openByCommand(command) || openInApplication())
         return;
+    const auto page = filledIn(u"https://www.yr.no/en/forecast/daily-table/{latitude},{longitude}"_s, place());
+    m_surroundings.workspace.openUrl(QUrl(page.value_or(u"https://www.yr.no/en"_s)));
+}
+
+/// False when there is nothing that could be opened.
+bool WeatherServices::openByCommand(const QString &pattern)
+{
+    const auto command = filledIn(pattern, place());
+    if (!command)
+        return false;
+    if (command->startsWith(u"http://"_s) || command->startsWith(u"https://"_s)) {
+        m_surroundings.workspace.openUrl(QUrl(*command));
+        return true;
     }
-    if (!command.isEmpty()) {
-        QStringList words = QProcess::splitCommand(filled(command));
-        const QString program = words.takeFirst();
-        if (!QProcess::startDetached(program, words))
-            qCWarning(lcWeather, "The weather command could not be started");
-        return;
-    }
+    QStringList words = QProcess::splitCommand(*command);
+    if (words.isEmpty())
+        return false;
+    const QString program = words.takeFirst();
+    const bool isStarted = QProcess::startDetached(program, words);
+    if (!isStarted)
+        qCWarning(lcWeather, "The weather command could not be started");
+    return isStarted;
+}
+
+bool WeatherServices::openInApplication()
+{
     for (const QString &id : {u"org.gnome.Weather.desktop"_s, u"org.kde.kweather.desktop"_s}) {
-        if (const auto application = m_applications.find({}, id))
-            return m_applications.launch(application->path, id);
+        if (const auto application = m_applications.find({}, id)) {
+            m_applications.launch(application->path, id);
+            return true;
+        }
     }
-    const bool hasPlace = m_weather.weatherData() && m_weather.weatherData()->location;
-    const QString page = u"https://www.yr.no/en/forecast/daily-table/{latitude},{longitude}"_s;
-    m_surroundings.workspace.openUrl(QUrl(hasPlace ? filled(page) : u"https://www.yr.no/en"_s));
+    return false;
 }
 
 } // namespace orvelle

@@ -31,13 +31,16 @@ public:
     void addTo(WidgetJobs &jobs, WidgetSectionTable &sections);
     /// Closes the menu, then shows the forecast: what the "WeatherOpenCommand"
     /// setting says (an address or a command, in which {latitude} and
-    /// {longitude} are filled in), else an installed weather application, else
-    /// a page in the browser.
+    /// {longitude} are filled in; passed over while it wants a place and none
+    /// is known), else an installed weather application, else a page in the
+    /// browser.
     void openForecast();
 
 private:
     QUrl host(const char *key, const char *fallback) const;
-    QString filled(QString pattern) const;
+    std::optional<Coordinates> place() const;
+    bool openByCommand(const QString &pattern);
+    bool openInApplication();
 
     Surroundings m_surroundings;
     GeoClueLocation m_location;

@@ -4,6 +4,7 @@
 #include "ui/UiWorld.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Theme.h"
+#include "ui/menu/MenuPanel.h"
 #include "ui/menu/rows/WeatherRowView.h"
 #include "ui/settings/WeatherSection.h"
 #include "widgets/weather/WeatherManager.h"
@@ -105,6 +106,40 @@ TEST(WeatherRow, SaysWhatThereIs)
     QTest::keyClick(row, Qt::Key_Return);
     QTest::mouseClick(row, Qt::LeftButton);
     EXPECT_EQ(opened, 2);
+}
+
+TEST(WeatherRow, GrowsOldAndChangesStyleWhileItIsShown)
+{
+    WeatherUi world;
+    const WidgetRowFactory factory = [&world](WidgetType, QWidget *parent) -> QWidget * {
+        return new WeatherRowView(
+            world.weather, world.notifications, world.clock, [] {}, parent);
+    };
+    world.weather.setManualCity(u"Paris"_s);
+    world.weather.setLocationMode(WeatherLocationMode::Manual);
+    world.answer();
+    world.http.answers(u"*"_s, 500);
+    world.weather.geocodeAndFetch();
+    world.answer();
+    MenuEntry entry;
+    entry.kind = MenuEntry::Kind::Widget;
+    entry.widget = WidgetType::Weather;
+    const std::size_t before = world.clock.pending();
+    {
+        MenuPanel panel({entry}, factory);
+        panel.resize(panel.wantedSize());
+        panel.show();
+        const auto *row = panel.findChild<WeatherRowView *>();
+        EXPECT_TRUE(row->accessibleDescription().contains(text("weather.minutesAgo %lld"_text, 1)));
+        world.clock.advance(std::chrono::minutes(5));
+        EXPECT_TRUE(row->accessibleDescription().contains(text("weather.minutesAgo %lld"_text, 5)));
+        for (const WeatherDisplayStyle style : weatherDisplayStyles()) {
+            world.weather.setDisplayStyle(style);
+            QCoreApplication::sendPostedEvents();
+            EXPECT_EQ(row->height(), row->sizeHint().height()) << rawValue(style).toStdString();
+        }
+    }
+    EXPECT_EQ(world.clock.pending(), before);
 }
 
 TEST(WeatherSettings, SearchTheTypedCityAndChooseAStyle)

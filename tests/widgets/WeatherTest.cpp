@@ -1,9 +1,11 @@
 #include "base/Text.h"
 #include "support/FakeHttp.h"
 #include "support/FakePlaces.h"
+#include "support/Hostile.h"
 #include "support/LogCapture.h"
 #include "widgets/WidgetWorld.h"
 #include "widgets/weather/OpenMeteo.h"
+#include "widgets/weather/WeatherCommand.h"
 #include "widgets/weather/WeatherManager.h"
 
 #include <gtest/gtest.h>
@@ -88,33 +90,22 @@ TEST(Weather, NumbersAsTheServiceIsAsked)
     EXPECT_EQ(serviceAddress(u" http://127.0.0.1:80/ "_s, u"b.example"_s), QUrl(u"http://127.0.0.1:80"_s));
 }
 
-TEST(Weather, OnlyWholeRepliesAreTaken)
+TEST(Weather, WhatAClickOpensWantsAPlaceOrNone)
 {
-    const QByteArray good(goodReply);
-    ASSERT_TRUE(decodeOpenMeteo(good));
-    struct {
-        const char *part;
-        const char *instead;
-    } const spoiled[] = {
-        {"20.5", "NaN"},
-        {"20.5", "\"20.5\""},
-        {"20.5", "1e999"},
-        {"20.5", "1e300"},
-        {"20.5", "null"},
-        {"[11.4]", "11.4"},
-        {"[11.4]", "[null]"},
-        {"[24]", "[24,\"x\"]"},
-        {"\"is_day\"", "\"no\""},
-        {"\"daily\"", "\"d\""},
-        {":2,", ":2.5,"},
-        {":2,", ":99999999999999999999,"},
-        {"}}", "}"},
-        {"\"current\":{", "\"current\":[{"},
-    };
-    for (const auto &each : spoiled)
-        EXPECT_FALSE(decodeOpenMeteo(QByteArray(good).replace(each.part, each.instead))) << each.instead;
-    EXPECT_FALSE(decodeOpenMeteo({}));
-    EXPECT_TRUE(decodeOpenMeteo(QByteArray(good).replace("[11.4]", "[]"))->daily.temperature_2m_min.isEmpty());
+    const QString page = u"https://w.example/{latitude}/{longitude}"_s;
+    EXPECT_EQ(filledIn(page, Coordinates{48.85661, -2}), u"https://w.example/48.857/-2.000"_s);
+    EXPECT_EQ(filledIn(page, {}), std::nullopt) << "not the gulf at 0, 0";
+    EXPECT_EQ(filledIn(u"weather --here"_s, {}), u"weather --here"_s);
+}
+
+TEST(Weather, HostileRepliesAreRefusedWhole)
+{
+    const auto files = forEachHostileFile(u"weather"_s, [](const QString &name, const QByteArray &bytes) {
+        const auto reply = decodeOpenMeteo(bytes);
+        EXPECT_EQ(reply.has_value(), name.startsWith(u"ok-"_s)) << name.toStdString();
+        EXPECT_FALSE(decodeWeather(bytes)) << name.toStdString();
+    });
+    EXPECT_GE(files, 25);
 }
 
 TEST(Weather, TheCacheKeepsAReadingBitForBit)

@@ -15,13 +15,33 @@ namespace orvelle {
 
 using namespace Qt::StringLiterals;
 
-WeatherRowView::WeatherRowView(const WeatherManager &manager, const Notifications &notifications, const Clock &clock,
+namespace {
+
+constexpr std::chrono::seconds agingPeriod{30};
+
+} // namespace
+
+WeatherRowView::WeatherRowView(const WeatherManager &manager, const Notifications &notifications, Clock &clock,
                                std::function<void()> open, QWidget *parent)
     : WidgetRowView(parent), m_manager(manager), m_clock(clock), m_open(std::move(open))
 {
     connect(&notifications, &Notifications::weatherChanged, this, &WeatherRowView::refresh);
     connect(&manager, &WeatherManager::stateChanged, this, &WeatherRowView::refresh);
     refresh();
+}
+
+WeatherRowView::~WeatherRowView() = default;
+
+void WeatherRowView::showEvent(QShowEvent *event)
+{
+    WidgetRowView::showEvent(event);
+    m_aging = m_clock.repeating(agingPeriod, [this] { refresh(); });
+}
+
+void WeatherRowView::hideEvent(QHideEvent *event)
+{
+    m_aging.reset();
+    WidgetRowView::hideEvent(event);
 }
 
 void WeatherRowView::refresh()

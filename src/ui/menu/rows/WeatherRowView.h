@@ -4,11 +4,13 @@
 #include "ui/menu/rows/WidgetRowView.h"
 
 #include <functional>
+#include <memory>
 
 namespace orvelle {
 
 class Clock;
 class Notifications;
+class Timer;
 class WeatherManager;
 
 /// The weather in one of five styles, or why there is none. A click or Return
@@ -18,12 +20,15 @@ class WeatherRowView : public WidgetRowView
     Q_OBJECT
 
 public:
-    WeatherRowView(const WeatherManager &manager, const Notifications &notifications, const Clock &clock,
+    WeatherRowView(const WeatherManager &manager, const Notifications &notifications, Clock &clock,
                    std::function<void()> open, QWidget *parent);
+    ~WeatherRowView() override;
 
     QSize sizeHint() const override;
 
 protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -41,9 +46,10 @@ private:
     WeatherCanvas canvas() const;
 
     const WeatherManager &m_manager;
-    const Clock &m_clock;
+    Clock &m_clock;
     std::function<void()> m_open;
-    Notice m_notice; ///< without a reading
+    Notice m_notice;                ///< without a reading
+    std::unique_ptr<Timer> m_aging; ///< while shown: how old the reading is changes by itself
 };
 
 } // namespace orvelle
