@@ -63,4 +63,23 @@ SyncChange compareSynced(const LinkItem &local, const LinkItem &imported);
 /// written at `exportDate`.
 SyncAnalysis analyzeSyncChanges(const LinkList &local, const LinkList &imported, Timestamp exportDate);
 
+struct AppliedSync {
+    LinkList links;
+    SyncResult result; ///< what really changed
+};
+
+/// `local` with the selected changes of an analysis of the two trees made in
+/// it. `local` may have been edited since: what a change is about and is not
+/// there any more is passed over. Items that are updated keep their run id,
+/// bookmark and, unless the newer copy is in another group, their place; what
+/// is added comes to the end of its group, or of the nearest one around it
+/// that is there. A removed group leaves the members that stay in its place.
+///
+/// Of duplicates the instance at `keepIndex` is kept, at the place of the
+/// first one here, with the members of all; where that is not the newest one
+/// it is edited `now`, so that it is the newest afterwards. Each identity is
+/// there once afterwards. Doing it again changes nothing.
+AppliedSync applySyncChanges(const LinkList &local, const LinkList &imported, const SyncAnalysis &analysis,
+                             Timestamp now);
+
 } // namespace orvelle
