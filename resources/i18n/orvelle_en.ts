@@ -1313,9 +1313,6 @@ You can change or remove everything here.</translation>
     <message id="import.replaceAllDesc">
         <translation>The links in the file take the place of all present ones.</translation>
     </message>
-    <message id="import.syncNotYet">
-        <translation>Matching links with a document one by one comes with synchronisation, which this version does not have yet.</translation>
-    </message>
     <message id="import.itemsInFile %lld">
         <translation>Items: %lld</translation>
     </message>
@@ -1705,6 +1702,468 @@ You can change or remove everything here.</translation>
     </message>
     <message id="clipboard.privacyHint">
         <translation>The last ten things are kept until Orvelle ends. What a password manager marks as secret is never read.</translation>
+    </message>
+    <message id="cloudSync.refused.noFolder">
+        <translation>Choose a folder first.</translation>
+    </message>
+    <message id="cloudSync.refused.notAFolder">
+        <translation>There is no such folder now. Is its disk or share connected?</translation>
+    </message>
+    <message id="cloudSync.refused.noServer">
+        <translation>This is not the address of a server. It looks like https://cloud.example.org/remote.php/dav/files/ada/.</translation>
+    </message>
+    <message id="cloudSync.refused.insecure">
+        <translation>Orvelle does not send your links and your password unencrypted. Use an address that begins with https://.</translation>
+    </message>
+    <message id="cloudSync.refused.secretInAddress">
+        <translation>Leave the name and the password out of the address; they have their own fields.</translation>
+    </message>
+    <message id="cloudSync.refused.noUser">
+        <translation>Enter the name you use on this server.</translation>
+    </message>
+    <message id="sync.summary.updates %lld">
+        <translation>Updated items: %lld</translation>
+    </message>
+    <message id="sync.summary.adds %lld">
+        <translation>New items: %lld</translation>
+    </message>
+    <message id="sync.summary.removes %lld">
+        <translation>Items to remove: %lld</translation>
+    </message>
+    <message id="sync.summary.duplicates %lld">
+        <translation>Groups of duplicates: %lld</translation>
+    </message>
+    <message id="sync.summary.noChanges">
+        <translation>Nothing would change: both sides hold the same.</translation>
+    </message>
+    <message id="sync.confirmTitle">
+        <translation>Synchronise with this document?</translation>
+    </message>
+    <message id="sync.apply">
+        <translation>Synchronise</translation>
+    </message>
+    <message id="sync.showChanges">
+        <translation>Show changes…</translation>
+    </message>
+    <message id="sync.complete">
+        <translation>Synchronised</translation>
+    </message>
+    <message id="sync.result.updated %lld">
+        <translation>Updated: %lld</translation>
+    </message>
+    <message id="sync.result.added %lld">
+        <translation>Added: %lld</translation>
+    </message>
+    <message id="sync.result.removed %lld">
+        <translation>Removed: %lld</translation>
+    </message>
+    <message id="sync.result.duplicates %lld">
+        <translation>Duplicates resolved: %lld</translation>
+    </message>
+    <message id="sync.result.noChanges">
+        <translation>Nothing changed.</translation>
+    </message>
+    <message id="sync.result.duplicatesResolved">
+        <translation>Duplicates resolved:</translation>
+    </message>
+    <message id="sync.removed %lld">
+        <translation>Removed: %lld</translation>
+    </message>
+    <message id="sync.preview.title">
+        <translation>What would change</translation>
+    </message>
+    <message id="sync.preview.updated">
+        <translation>Updated</translation>
+    </message>
+    <message id="sync.preview.added">
+        <translation>New</translation>
+    </message>
+    <message id="sync.preview.removed">
+        <translation>Removed</translation>
+    </message>
+    <message id="sync.preview.duplicates">
+        <translation>Duplicates</translation>
+    </message>
+    <message id="sync.preview.duplicatesDetail">
+        <translation>These items were found more than once. Of each, the ticked copy is kept.</translation>
+    </message>
+    <message id="sync.preview.duplicateInstances">
+        <translation>Copies:</translation>
+    </message>
+    <message id="sync.preview.kept">
+        <translation>Kept</translation>
+    </message>
+    <message id="sync.preview.dropped">
+        <translation>Dropped</translation>
+    </message>
+    <message id="sync.preview.noChangesDetail">
+        <translation>The links here and in the document are the same.</translation>
+    </message>
+    <message id="sync.preview.apply">
+        <translation>Apply</translation>
+    </message>
+    <message id="sync.details.pathChanged">
+        <translation>Address</translation>
+    </message>
+    <message id="sync.details.colorChanged">
+        <translation>Colour</translation>
+    </message>
+    <message id="sync.details.iconChanged">
+        <translation>Icon</translation>
+    </message>
+    <message id="sync.details.otherChanged">
+        <translation>Name or content</translation>
+    </message>
+    <message id="sync.details.newerHere">
+        <translation>newer here</translation>
+    </message>
+    <message id="cloudSync.heldBack.keep">
+        <translation>Keep what is here</translation>
+    </message>
+    <message id="cloudSync.heldBack.accept">
+        <translation>Take it in</translation>
+    </message>
+    <message id="update.title">
+        <translation>Updates</translation>
+    </message>
+    <message id="update.autoCheck">
+        <translation>Look for updates once a day</translation>
+    </message>
+    <message id="update.checkNow">
+        <translation>Check now</translation>
+    </message>
+    <message id="update.checking">
+        <translation>Looking for a newer version…</translation>
+    </message>
+    <message id="update.state.available %@">
+        <translation>Version %@ is available.</translation>
+    </message>
+    <message id="update.state.published %@">
+        <translation>Published %@.</translation>
+    </message>
+    <message id="update.state.checked %@">
+        <translation>Last checked %@.</translation>
+    </message>
+    <message id="update.state.never">
+        <translation>Not checked yet.</translation>
+    </message>
+    <message id="update.state.noHost">
+        <translation>This copy of Orvelle has no server to ask. It is updated by whoever provided it.</translation>
+    </message>
+    <message id="update.sent %@">
+        <translation>%@ is asked for the number of the newest version. Nothing else is sent, and nothing is installed.</translation>
+    </message>
+    <message id="update.available.title">
+        <translation>A newer version is available</translation>
+    </message>
+    <message id="update.available.message %@">
+        <translation>Orvelle %@ can be downloaded from its page.</translation>
+    </message>
+    <message id="update.download">
+        <translation>Open download page</translation>
+    </message>
+    <message id="update.later">
+        <translation>Later</translation>
+    </message>
+    <message id="update.skip">
+        <translation>Skip this version</translation>
+    </message>
+    <message id="update.upToDate.title">
+        <translation>Orvelle is up to date</translation>
+    </message>
+    <message id="update.upToDate.message %@">
+        <translation>Version %@ is the newest one.</translation>
+    </message>
+    <message id="update.error.title">
+        <translation>The check for updates failed</translation>
+    </message>
+    <message id="update.error.timedOut">
+        <translation>The server did not answer in time.</translation>
+    </message>
+    <message id="update.error.network">
+        <translation>The server could not be reached.</translation>
+    </message>
+    <message id="update.error.status %@">
+        <translation>The server answered with error %@.</translation>
+    </message>
+    <message id="update.error.manifest">
+        <translation>What the server answered is not a description of a version.</translation>
+    </message>
+    <message id="update.error.noHost">
+        <translation>There is no server to ask.</translation>
+    </message>
+    <message id="tip.title">
+        <translation>Is Orvelle of use to you?</translation>
+    </message>
+    <message id="tip.message">
+        <translation>You have been using it for a month’s worth of days. If you like, leave a tip: it opens a page in your browser.</translation>
+    </message>
+    <message id="tip.buy">
+        <translation>Leave a tip</translation>
+    </message>
+    <message id="tip.later">
+        <translation>Not now</translation>
+    </message>
+    <message id="tip.neverAgain">
+        <translation>Don’t ask again</translation>
+    </message>
+    <message id="settings.launchAtLogin">
+        <translation>Start when I log in</translation>
+    </message>
+    <message id="welcome.privacy">
+        <translation>Your privacy</translation>
+    </message>
+    <message id="welcome.privacyIcons %@">
+        <translation>Show pictures of web sites (%@ is told the host names of your web links)</translation>
+    </message>
+    <message id="welcome.privacyUpdates %@">
+        <translation>Look for updates once a day (at %@; only the version’s number is fetched)</translation>
+    </message>
+    <message id="welcome.privacyNothingElse">
+        <translation>Nothing else leaves this computer until you turn it on.</translation>
+    </message>
+    <message id="import.syncDesc">
+        <translation>Shows what differs and takes over what you choose, the newer side by default.</translation>
+    </message>
+    <message id="cloudSync.sectionTitle">
+        <translation>Synchronisation</translation>
+    </message>
+    <message id="cloudSync.sectionSubtitle">
+        <translation>Keeps the links and settings of your computers in step, through a folder or a server of your choice. Nothing is sent anywhere else.</translation>
+    </message>
+    <message id="cloudSync.autoSync">
+        <translation>Synchronise automatically</translation>
+    </message>
+    <message id="cloudSync.syncNow">
+        <translation>Sync now</translation>
+    </message>
+    <message id="cloudSync.load">
+        <translation>Load…</translation>
+    </message>
+    <message id="cloudSync.configure">
+        <translation>Set up</translation>
+    </message>
+    <message id="cloudSync.stop">
+        <translation>Stop synchronising</translation>
+    </message>
+    <message id="cloudSync.test">
+        <translation>Test</translation>
+    </message>
+    <message id="cloudSync.testGood">
+        <translation>This place works: it can be read and written.</translation>
+    </message>
+    <message id="cloudSync.place">
+        <translation>Place:</translation>
+    </message>
+    <message id="cloudSync.place.none">
+        <translation>None</translation>
+    </message>
+    <message id="cloudSync.place.folder">
+        <translation>Folder kept in step by another program</translation>
+    </message>
+    <message id="cloudSync.place.webdav">
+        <translation>WebDAV server</translation>
+    </message>
+    <message id="cloudSync.folder">
+        <translation>Folder:</translation>
+    </message>
+    <message id="cloudSync.folderHint">
+        <translation>A folder of your cloud or of a share</translation>
+    </message>
+    <message id="cloudSync.chooseFolder">
+        <translation>Choose…</translation>
+    </message>
+    <message id="cloudSync.chooseFolderTitle">
+        <translation>Folder to share between your computers</translation>
+    </message>
+    <message id="cloudSync.chooseFolderConfirm">
+        <translation>Choose</translation>
+    </message>
+    <message id="cloudSync.server">
+        <translation>Address:</translation>
+    </message>
+    <message id="cloudSync.user">
+        <translation>User name:</translation>
+    </message>
+    <message id="cloudSync.password">
+        <translation>Password:</translation>
+    </message>
+    <message id="cloudSync.passwordKept">
+        <translation>Kept in your keyring</translation>
+    </message>
+    <message id="cloudSync.icloudUnavailable">
+        <translation>The place cannot be reached.</translation>
+    </message>
+    <message id="cloudSync.state.noPlace">
+        <translation>Choose a place that all your computers can reach.</translation>
+    </message>
+    <message id="cloudSync.state.off">
+        <translation>Switched off.</translation>
+    </message>
+    <message id="cloudSync.state.starting">
+        <translation>Looking at the shared document…</translation>
+    </message>
+    <message id="cloudSync.state.current">
+        <translation>Up to date.</translation>
+    </message>
+    <message id="cloudSync.state.waiting">
+        <translation>Changes made here wait to be sent.</translation>
+    </message>
+    <message id="cloudSync.state.working">
+        <translation>Synchronising…</translation>
+    </message>
+    <message id="cloudSync.state.heldBack">
+        <translation>Waiting for your decision.</translation>
+    </message>
+    <message id="cloudSync.state.needsPassphrase">
+        <translation>The shared document is encrypted.</translation>
+    </message>
+    <message id="cloudSync.state.failed">
+        <translation>Not synchronised.</translation>
+    </message>
+    <message id="cloudSync.retryAt %@">
+        <translation>Next try: %@.</translation>
+    </message>
+    <message id="cloudSync.lastSync %@">
+        <translation>Last synchronised: %@</translation>
+    </message>
+    <message id="cloudSync.lastDevice %@">
+        <translation>last change from %@</translation>
+    </message>
+    <message id="cloudSync.guard">
+        <translation>Ask before a change from another computer removes many items</translation>
+    </message>
+    <message id="cloudSync.guardHint">
+        <translation>More than a fifth of the items, or more than 1,000. Until you decide, nothing changes here and nothing is sent.</translation>
+    </message>
+    <message id="cloudSync.heldBack.someDevice">
+        <translation>Another computer</translation>
+    </message>
+    <message id="cloudSync.heldBack.who %@">
+        <translation>A change by %@ was held back.</translation>
+    </message>
+    <message id="cloudSync.heldBack.removed %lld">
+        <translation>It would remove %lld items</translation>
+    </message>
+    <message id="cloudSync.heldBack.of %lld">
+        <translation>of %lld.</translation>
+    </message>
+    <message id="cloudSync.heldBack.nothingChanged">
+        <translation>Nothing was changed here.</translation>
+    </message>
+    <message id="cloudSync.heldBack.preview">
+        <translation>Show changes…</translation>
+    </message>
+    <message id="cloudSync.encryptedOff">
+        <translation>The document is not encrypted: who can read the place can read your links.</translation>
+    </message>
+    <message id="cloudSync.encryptedOn">
+        <translation>The document is encrypted with your passphrase.</translation>
+    </message>
+    <message id="cloudSync.encryptMore">
+        <translation>Encrypt…</translation>
+    </message>
+    <message id="cloudSync.encrypt">
+        <translation>Encrypt</translation>
+    </message>
+    <message id="cloudSync.decryptMore">
+        <translation>Stop encrypting…</translation>
+    </message>
+    <message id="cloudSync.decryptTitle">
+        <translation>Store the document unencrypted?</translation>
+    </message>
+    <message id="cloudSync.decryptMessage">
+        <translation>Who can read the place can then read your links. The passphrase is removed from your keyring.</translation>
+    </message>
+    <message id="cloudSync.decryptAction">
+        <translation>Stop encrypting</translation>
+    </message>
+    <message id="cloudSync.decrypted">
+        <translation>The document is no longer encrypted.</translation>
+    </message>
+    <message id="cloudSync.passphraseTitle">
+        <translation>Passphrase</translation>
+    </message>
+    <message id="cloudSync.passphraseChoose">
+        <translation>The shared document will be encrypted before it leaves this computer. Your other computers ask for the same passphrase.</translation>
+    </message>
+    <message id="cloudSync.passphraseEnter">
+        <translation>Enter the passphrase that you chose on another computer. It is kept in your keyring.</translation>
+    </message>
+    <message id="cloudSync.passphrase">
+        <translation>Passphrase:</translation>
+    </message>
+    <message id="cloudSync.passphraseAgain">
+        <translation>The same once more:</translation>
+    </message>
+    <message id="cloudSync.passphraseWarning">
+        <translation>A lost passphrase cannot be recovered by anybody. Write it down and keep it in a safe place.</translation>
+    </message>
+    <message id="cloudSync.passphraseShort %lld">
+        <translation>At least %lld characters.</translation>
+    </message>
+    <message id="cloudSync.passphraseDiffers">
+        <translation>The two are not the same yet.</translation>
+    </message>
+    <message id="cloudSync.passphraseUse">
+        <translation>Use</translation>
+    </message>
+    <message id="cloudSync.passphraseStored">
+        <translation>The passphrase is in your keyring.</translation>
+    </message>
+    <message id="cloudSync.passphraseNeeded">
+        <translation>The shared document is encrypted, and this computer does not know its passphrase. Nothing is changed until you enter it.</translation>
+    </message>
+    <message id="cloudSync.passphraseEnterMore">
+        <translation>Enter passphrase…</translation>
+    </message>
+    <message id="cloudSync.passphraseChangeMore">
+        <translation>Change passphrase…</translation>
+    </message>
+    <message id="cloudSync.configureChoice.title">
+        <translation>There is a shared document already</translation>
+    </message>
+    <message id="cloudSync.configureChoice.message">
+        <translation>Use it to replace the links here by those of your other computers. Or begin anew: the links here then replace it, on your other computers too. What is replaced is kept under Snapshots.</translation>
+    </message>
+    <message id="cloudSync.configureChoice.useExisting">
+        <translation>Use the document</translation>
+    </message>
+    <message id="cloudSync.configureChoice.createNew">
+        <translation>Begin anew</translation>
+    </message>
+    <message id="cloudSync.resultTitle">
+        <translation>Synchronisation</translation>
+    </message>
+    <message id="cloudSync.saveSuccess">
+        <translation>Synchronised.</translation>
+    </message>
+    <message id="error.cloudSyncSave %@">
+        <translation>The links could not be synchronised. %@</translation>
+    </message>
+    <message id="error.cloudSyncLoad %@">
+        <translation>The shared document could not be loaded. %@</translation>
+    </message>
+    <message id="cloudSync.loadConfirmTitle">
+        <translation>Replace the links here?</translation>
+    </message>
+    <message id="cloudSync.loadConfirmMessage">
+        <translation>The links and settings here are replaced by those of the shared document. A copy of the present links is kept under Snapshots.</translation>
+    </message>
+    <message id="cloudSync.loadConfirmAction">
+        <translation>Replace</translation>
+    </message>
+    <message id="cloudSync.loadSuccess %@">
+        <translation>The shared document was loaded. Items: %@</translation>
+    </message>
+    <message id="menu.syncHeldBack">
+        <translation>Synchronisation: a large change needs your decision</translation>
+    </message>
+    <message id="menu.syncPassphrase">
+        <translation>Synchronisation: passphrase needed</translation>
+    </message>
+    <message id="menu.syncFailed">
+        <translation>Synchronisation needs your attention</translation>
     </message>
 </context>
 </TS>

@@ -1313,9 +1313,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="import.replaceAllDesc">
         <translation>Les liens du fichier prennent la place de tous les liens actuels.</translation>
     </message>
-    <message id="import.syncNotYet">
-        <translation>Le rapprochement des liens un à un avec un document viendra avec la synchronisation, que cette version n’offre pas encore.</translation>
-    </message>
     <message id="import.itemsInFile %lld">
         <translation>Éléments : %lld</translation>
     </message>
@@ -1705,6 +1702,468 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="clipboard.privacyHint">
         <translation>Les dix derniers éléments sont gardés jusqu’à la fermeture d’Orvelle. Ce qu’un gestionnaire de mots de passe marque comme secret n’est jamais lu.</translation>
+    </message>
+    <message id="cloudSync.refused.noFolder">
+        <translation>Choisissez d’abord un dossier.</translation>
+    </message>
+    <message id="cloudSync.refused.notAFolder">
+        <translation>Ce dossier n’existe pas pour l’instant. Le disque ou le partage est-il connecté ?</translation>
+    </message>
+    <message id="cloudSync.refused.noServer">
+        <translation>Ce n’est pas l’adresse d’un serveur. Elle ressemble à https://cloud.example.org/remote.php/dav/files/ada/.</translation>
+    </message>
+    <message id="cloudSync.refused.insecure">
+        <translation>Orvelle n’envoie ni vos liens ni votre mot de passe sans chiffrement. Utilisez une adresse qui commence par https://.</translation>
+    </message>
+    <message id="cloudSync.refused.secretInAddress">
+        <translation>N’écrivez ni le nom ni le mot de passe dans l’adresse ; ils ont leurs propres champs.</translation>
+    </message>
+    <message id="cloudSync.refused.noUser">
+        <translation>Saisissez le nom que vous utilisez sur ce serveur.</translation>
+    </message>
+    <message id="sync.summary.updates %lld">
+        <translation>Éléments mis à jour : %lld</translation>
+    </message>
+    <message id="sync.summary.adds %lld">
+        <translation>Nouveaux éléments : %lld</translation>
+    </message>
+    <message id="sync.summary.removes %lld">
+        <translation>Éléments à supprimer : %lld</translation>
+    </message>
+    <message id="sync.summary.duplicates %lld">
+        <translation>Groupes de doublons : %lld</translation>
+    </message>
+    <message id="sync.summary.noChanges">
+        <translation>Rien ne changerait : les deux côtés contiennent la même chose.</translation>
+    </message>
+    <message id="sync.confirmTitle">
+        <translation>Synchroniser avec ce document ?</translation>
+    </message>
+    <message id="sync.apply">
+        <translation>Synchroniser</translation>
+    </message>
+    <message id="sync.showChanges">
+        <translation>Afficher les changements…</translation>
+    </message>
+    <message id="sync.complete">
+        <translation>Synchronisation terminée</translation>
+    </message>
+    <message id="sync.result.updated %lld">
+        <translation>Mis à jour : %lld</translation>
+    </message>
+    <message id="sync.result.added %lld">
+        <translation>Ajoutés : %lld</translation>
+    </message>
+    <message id="sync.result.removed %lld">
+        <translation>Supprimés : %lld</translation>
+    </message>
+    <message id="sync.result.duplicates %lld">
+        <translation>Doublons résolus : %lld</translation>
+    </message>
+    <message id="sync.result.noChanges">
+        <translation>Rien n’a changé.</translation>
+    </message>
+    <message id="sync.result.duplicatesResolved">
+        <translation>Doublons résolus :</translation>
+    </message>
+    <message id="sync.removed %lld">
+        <translation>Supprimés : %lld</translation>
+    </message>
+    <message id="sync.preview.title">
+        <translation>Ce qui changerait</translation>
+    </message>
+    <message id="sync.preview.updated">
+        <translation>Mis à jour</translation>
+    </message>
+    <message id="sync.preview.added">
+        <translation>Nouveaux</translation>
+    </message>
+    <message id="sync.preview.removed">
+        <translation>Supprimés</translation>
+    </message>
+    <message id="sync.preview.duplicates">
+        <translation>Doublons</translation>
+    </message>
+    <message id="sync.preview.duplicatesDetail">
+        <translation>Ces éléments ont été trouvés plusieurs fois. De chacun, la copie cochée est conservée.</translation>
+    </message>
+    <message id="sync.preview.duplicateInstances">
+        <translation>Copies :</translation>
+    </message>
+    <message id="sync.preview.kept">
+        <translation>Conservée</translation>
+    </message>
+    <message id="sync.preview.dropped">
+        <translation>Retirée</translation>
+    </message>
+    <message id="sync.preview.noChangesDetail">
+        <translation>Les liens d’ici et ceux du document sont les mêmes.</translation>
+    </message>
+    <message id="sync.preview.apply">
+        <translation>Appliquer</translation>
+    </message>
+    <message id="sync.details.pathChanged">
+        <translation>Adresse</translation>
+    </message>
+    <message id="sync.details.colorChanged">
+        <translation>Couleur</translation>
+    </message>
+    <message id="sync.details.iconChanged">
+        <translation>Icône</translation>
+    </message>
+    <message id="sync.details.otherChanged">
+        <translation>Nom ou contenu</translation>
+    </message>
+    <message id="sync.details.newerHere">
+        <translation>plus récent ici</translation>
+    </message>
+    <message id="cloudSync.heldBack.keep">
+        <translation>Garder ce qui est ici</translation>
+    </message>
+    <message id="cloudSync.heldBack.accept">
+        <translation>Accepter</translation>
+    </message>
+    <message id="update.title">
+        <translation>Mises à jour</translation>
+    </message>
+    <message id="update.autoCheck">
+        <translation>Rechercher les mises à jour une fois par jour</translation>
+    </message>
+    <message id="update.checkNow">
+        <translation>Vérifier</translation>
+    </message>
+    <message id="update.checking">
+        <translation>Recherche d’une nouvelle version…</translation>
+    </message>
+    <message id="update.state.available %@">
+        <translation>La version %@ est disponible.</translation>
+    </message>
+    <message id="update.state.published %@">
+        <translation>Publiée : %@.</translation>
+    </message>
+    <message id="update.state.checked %@">
+        <translation>Dernière vérification : %@.</translation>
+    </message>
+    <message id="update.state.never">
+        <translation>Pas encore vérifié.</translation>
+    </message>
+    <message id="update.state.noHost">
+        <translation>Cette copie d’Orvelle n’a pas de serveur à interroger. Elle est mise à jour par qui l’a fournie.</translation>
+    </message>
+    <message id="update.sent %@">
+        <translation>Le numéro de la dernière version est demandé à %@. Rien d’autre n’est envoyé, et rien n’est installé.</translation>
+    </message>
+    <message id="update.available.title">
+        <translation>Une nouvelle version est disponible</translation>
+    </message>
+    <message id="update.available.message %@">
+        <translation>Orvelle %@ peut être téléchargé depuis sa page.</translation>
+    </message>
+    <message id="update.download">
+        <translation>Ouvrir la page</translation>
+    </message>
+    <message id="update.later">
+        <translation>Plus tard</translation>
+    </message>
+    <message id="update.skip">
+        <translation>Ignorer cette version</translation>
+    </message>
+    <message id="update.upToDate.title">
+        <translation>Orvelle est à jour</translation>
+    </message>
+    <message id="update.upToDate.message %@">
+        <translation>La version %@ est la plus récente.</translation>
+    </message>
+    <message id="update.error.title">
+        <translation>La recherche de mises à jour a échoué</translation>
+    </message>
+    <message id="update.error.timedOut">
+        <translation>Le serveur n’a pas répondu à temps.</translation>
+    </message>
+    <message id="update.error.network">
+        <translation>Le serveur n’a pas pu être joint.</translation>
+    </message>
+    <message id="update.error.status %@">
+        <translation>Le serveur a répondu par l’erreur %@.</translation>
+    </message>
+    <message id="update.error.manifest">
+        <translation>La réponse du serveur ne décrit pas une version.</translation>
+    </message>
+    <message id="update.error.noHost">
+        <translation>Il n’y a pas de serveur à interroger.</translation>
+    </message>
+    <message id="tip.title">
+        <translation>Orvelle vous est utile ?</translation>
+    </message>
+    <message id="tip.message">
+        <translation>Vous l’utilisez depuis une trentaine de jours. Si vous le souhaitez, laissez un pourboire : une page s’ouvre dans votre navigateur.</translation>
+    </message>
+    <message id="tip.buy">
+        <translation>Laisser un pourboire</translation>
+    </message>
+    <message id="tip.later">
+        <translation>Pas maintenant</translation>
+    </message>
+    <message id="tip.neverAgain">
+        <translation>Ne plus demander</translation>
+    </message>
+    <message id="settings.launchAtLogin">
+        <translation>Lancer à l’ouverture de session</translation>
+    </message>
+    <message id="welcome.privacy">
+        <translation>Votre vie privée</translation>
+    </message>
+    <message id="welcome.privacyIcons %@">
+        <translation>Afficher les images des sites web (%@ reçoit les noms d’hôte de vos liens web)</translation>
+    </message>
+    <message id="welcome.privacyUpdates %@">
+        <translation>Rechercher les mises à jour une fois par jour (chez %@ ; seul le numéro de version est lu)</translation>
+    </message>
+    <message id="welcome.privacyNothingElse">
+        <translation>Rien d’autre ne quitte cet ordinateur sans que vous l’ayez activé.</translation>
+    </message>
+    <message id="import.syncDesc">
+        <translation>Montre ce qui diffère et reprend ce que vous choisissez, par défaut le côté le plus récent.</translation>
+    </message>
+    <message id="cloudSync.sectionTitle">
+        <translation>Synchronisation</translation>
+    </message>
+    <message id="cloudSync.sectionSubtitle">
+        <translation>Garde vos liens et réglages identiques sur tous vos ordinateurs, par un dossier ou un serveur de votre choix. Rien n’est envoyé ailleurs.</translation>
+    </message>
+    <message id="cloudSync.autoSync">
+        <translation>Synchroniser automatiquement</translation>
+    </message>
+    <message id="cloudSync.syncNow">
+        <translation>Synchroniser</translation>
+    </message>
+    <message id="cloudSync.load">
+        <translation>Charger…</translation>
+    </message>
+    <message id="cloudSync.configure">
+        <translation>Configurer</translation>
+    </message>
+    <message id="cloudSync.stop">
+        <translation>Ne plus synchroniser</translation>
+    </message>
+    <message id="cloudSync.test">
+        <translation>Tester</translation>
+    </message>
+    <message id="cloudSync.testGood">
+        <translation>Cet emplacement fonctionne : lecture et écriture possibles.</translation>
+    </message>
+    <message id="cloudSync.place">
+        <translation>Emplacement :</translation>
+    </message>
+    <message id="cloudSync.place.none">
+        <translation>Aucun</translation>
+    </message>
+    <message id="cloudSync.place.folder">
+        <translation>Dossier synchronisé par un autre programme</translation>
+    </message>
+    <message id="cloudSync.place.webdav">
+        <translation>Serveur WebDAV</translation>
+    </message>
+    <message id="cloudSync.folder">
+        <translation>Dossier :</translation>
+    </message>
+    <message id="cloudSync.folderHint">
+        <translation>Un dossier de votre cloud ou d’un partage</translation>
+    </message>
+    <message id="cloudSync.chooseFolder">
+        <translation>Choisir…</translation>
+    </message>
+    <message id="cloudSync.chooseFolderTitle">
+        <translation>Dossier à partager entre vos ordinateurs</translation>
+    </message>
+    <message id="cloudSync.chooseFolderConfirm">
+        <translation>Choisir</translation>
+    </message>
+    <message id="cloudSync.server">
+        <translation>Adresse :</translation>
+    </message>
+    <message id="cloudSync.user">
+        <translation>Nom d’utilisateur :</translation>
+    </message>
+    <message id="cloudSync.password">
+        <translation>Mot de passe :</translation>
+    </message>
+    <message id="cloudSync.passwordKept">
+        <translation>Conservé dans votre trousseau</translation>
+    </message>
+    <message id="cloudSync.icloudUnavailable">
+        <translation>L’emplacement est inaccessible.</translation>
+    </message>
+    <message id="cloudSync.state.noPlace">
+        <translation>Choisissez un emplacement accessible à tous vos ordinateurs.</translation>
+    </message>
+    <message id="cloudSync.state.off">
+        <translation>Désactivée.</translation>
+    </message>
+    <message id="cloudSync.state.starting">
+        <translation>Lecture du document partagé…</translation>
+    </message>
+    <message id="cloudSync.state.current">
+        <translation>À jour.</translation>
+    </message>
+    <message id="cloudSync.state.waiting">
+        <translation>Des changements faits ici attendent d’être envoyés.</translation>
+    </message>
+    <message id="cloudSync.state.working">
+        <translation>Synchronisation en cours…</translation>
+    </message>
+    <message id="cloudSync.state.heldBack">
+        <translation>En attente de votre décision.</translation>
+    </message>
+    <message id="cloudSync.state.needsPassphrase">
+        <translation>Le document partagé est chiffré.</translation>
+    </message>
+    <message id="cloudSync.state.failed">
+        <translation>Synchronisation impossible.</translation>
+    </message>
+    <message id="cloudSync.retryAt %@">
+        <translation>Prochain essai : %@.</translation>
+    </message>
+    <message id="cloudSync.lastSync %@">
+        <translation>Dernière synchronisation : %@</translation>
+    </message>
+    <message id="cloudSync.lastDevice %@">
+        <translation>dernier changement de %@</translation>
+    </message>
+    <message id="cloudSync.guard">
+        <translation>Demander avant qu’un autre ordinateur ne supprime beaucoup d’éléments</translation>
+    </message>
+    <message id="cloudSync.guardHint">
+        <translation>Plus d’un cinquième des éléments, ou plus de 1 000. Tant que vous n’avez pas décidé, rien ne change ici et rien n’est envoyé.</translation>
+    </message>
+    <message id="cloudSync.heldBack.someDevice">
+        <translation>Un autre ordinateur</translation>
+    </message>
+    <message id="cloudSync.heldBack.who %@">
+        <translation>Un changement de %@ a été retenu.</translation>
+    </message>
+    <message id="cloudSync.heldBack.removed %lld">
+        <translation>Il supprimerait %lld éléments</translation>
+    </message>
+    <message id="cloudSync.heldBack.of %lld">
+        <translation>sur %lld.</translation>
+    </message>
+    <message id="cloudSync.heldBack.nothingChanged">
+        <translation>Rien n’a été modifié ici.</translation>
+    </message>
+    <message id="cloudSync.heldBack.preview">
+        <translation>Afficher les changements…</translation>
+    </message>
+    <message id="cloudSync.encryptedOff">
+        <translation>Le document n’est pas chiffré : qui peut lire l’emplacement peut lire vos liens.</translation>
+    </message>
+    <message id="cloudSync.encryptedOn">
+        <translation>Le document est chiffré avec votre phrase secrète.</translation>
+    </message>
+    <message id="cloudSync.encryptMore">
+        <translation>Chiffrer…</translation>
+    </message>
+    <message id="cloudSync.encrypt">
+        <translation>Chiffrer</translation>
+    </message>
+    <message id="cloudSync.decryptMore">
+        <translation>Ne plus chiffrer…</translation>
+    </message>
+    <message id="cloudSync.decryptTitle">
+        <translation>Enregistrer le document sans chiffrement ?</translation>
+    </message>
+    <message id="cloudSync.decryptMessage">
+        <translation>Qui peut lire l’emplacement pourra alors lire vos liens. La phrase secrète est retirée de votre trousseau.</translation>
+    </message>
+    <message id="cloudSync.decryptAction">
+        <translation>Ne plus chiffrer</translation>
+    </message>
+    <message id="cloudSync.decrypted">
+        <translation>Le document n’est plus chiffré.</translation>
+    </message>
+    <message id="cloudSync.passphraseTitle">
+        <translation>Phrase secrète</translation>
+    </message>
+    <message id="cloudSync.passphraseChoose">
+        <translation>Le document partagé sera chiffré avant de quitter cet ordinateur. Vos autres ordinateurs demanderont la même phrase secrète.</translation>
+    </message>
+    <message id="cloudSync.passphraseEnter">
+        <translation>Saisissez la phrase secrète choisie sur un autre ordinateur. Elle est conservée dans votre trousseau.</translation>
+    </message>
+    <message id="cloudSync.passphrase">
+        <translation>Phrase secrète :</translation>
+    </message>
+    <message id="cloudSync.passphraseAgain">
+        <translation>Encore une fois :</translation>
+    </message>
+    <message id="cloudSync.passphraseWarning">
+        <translation>Une phrase secrète perdue ne peut être retrouvée par personne. Notez-la et gardez-la en lieu sûr.</translation>
+    </message>
+    <message id="cloudSync.passphraseShort %lld">
+        <translation>Au moins %lld caractères.</translation>
+    </message>
+    <message id="cloudSync.passphraseDiffers">
+        <translation>Les deux ne sont pas encore identiques.</translation>
+    </message>
+    <message id="cloudSync.passphraseUse">
+        <translation>Utiliser</translation>
+    </message>
+    <message id="cloudSync.passphraseStored">
+        <translation>La phrase secrète est dans votre trousseau.</translation>
+    </message>
+    <message id="cloudSync.passphraseNeeded">
+        <translation>Le document partagé est chiffré et cet ordinateur ne connaît pas sa phrase secrète. Rien n’est modifié tant que vous ne l’avez pas saisie.</translation>
+    </message>
+    <message id="cloudSync.passphraseEnterMore">
+        <translation>Saisir la phrase secrète…</translation>
+    </message>
+    <message id="cloudSync.passphraseChangeMore">
+        <translation>Changer la phrase secrète…</translation>
+    </message>
+    <message id="cloudSync.configureChoice.title">
+        <translation>Il y a déjà un document partagé</translation>
+    </message>
+    <message id="cloudSync.configureChoice.message">
+        <translation>Utilisez-le pour remplacer les liens d’ici par ceux de vos autres ordinateurs. Ou recommencez : les liens d’ici le remplacent alors, sur vos autres ordinateurs aussi. Ce qui est remplacé est conservé sous Instantanés.</translation>
+    </message>
+    <message id="cloudSync.configureChoice.useExisting">
+        <translation>Utiliser le document</translation>
+    </message>
+    <message id="cloudSync.configureChoice.createNew">
+        <translation>Recommencer</translation>
+    </message>
+    <message id="cloudSync.resultTitle">
+        <translation>Synchronisation</translation>
+    </message>
+    <message id="cloudSync.saveSuccess">
+        <translation>Synchronisé.</translation>
+    </message>
+    <message id="error.cloudSyncSave %@">
+        <translation>Les liens n’ont pas pu être synchronisés. %@</translation>
+    </message>
+    <message id="error.cloudSyncLoad %@">
+        <translation>Le document partagé n’a pas pu être chargé. %@</translation>
+    </message>
+    <message id="cloudSync.loadConfirmTitle">
+        <translation>Remplacer les liens d’ici ?</translation>
+    </message>
+    <message id="cloudSync.loadConfirmMessage">
+        <translation>Les liens et réglages d’ici sont remplacés par ceux du document partagé. Une copie des liens actuels est conservée sous Instantanés.</translation>
+    </message>
+    <message id="cloudSync.loadConfirmAction">
+        <translation>Remplacer</translation>
+    </message>
+    <message id="cloudSync.loadSuccess %@">
+        <translation>Le document partagé a été chargé. Éléments : %@</translation>
+    </message>
+    <message id="menu.syncHeldBack">
+        <translation>Synchronisation : un grand changement attend votre décision</translation>
+    </message>
+    <message id="menu.syncPassphrase">
+        <translation>Synchronisation : phrase secrète requise</translation>
+    </message>
+    <message id="menu.syncFailed">
+        <translation>La synchronisation demande votre attention</translation>
     </message>
 </context>
 </TS>
