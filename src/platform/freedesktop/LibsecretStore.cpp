@@ -1,0 +1,212 @@
+#include "platform/freedesktop/LibsecretStore.h"
+
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QThreadPool>
+
+#undef signals // a member's name in GIO's headers
+#include <libsecret/secret.h>
+
+namespace orvelle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcSecrets, "Secrets", QtInfoMsg)
+
+struct Unref {
+    void operator()(void *object) const { g_object_unref(object); }
+};
+template<typename T>
+using ObjectPtr = std::unique_ptr<T, Unref>;
+
+struct FreeValue {
+    void operator()(SecretValue *value) const { secret_value_unref(value); }
+};
+using ValuePtr = std::unique_ptr<SecretValue, FreeValue>;
+
+struct FreeTable {
+    void operator()(GHashTable *table) const { g_hash_table_unref(table); }
+};
+using Attributes = std::unique_ptr<GHashTable, FreeTable>;
+
+const SecretSchema *schema()
+{
+    static const SecretSchema ours = [] {
+        SecretSchema made{};
+        made.name = "org.orvelle.Orvelle";
+        made.flags = SECRET_SCHEMA_NONE;
+        made.attributes[0] = {"key", SECRET_SCHEMA_ATTRIBUTE_STRING};
+        made.attributes[1] = {"account", SECRET_SCHEMA_ATTRIBUTE_STRING};
+        return made;
+    }();
+    return &ours;
+}
+
+Attributes attributesOf(const QString &key, const QString &account)
+{
+    return Attributes(secret_attributes_build(schema(), "key", key.toUtf8().constData(), "account",
+                                              account.toUtf8().constData(), nullptr));
+}
+
+SecretError taken(GError *error)
+{
+    if (error == nullptr)
+        return {SecretError::Kind::Failed, u"no reason given"_s};
+    SecretError result{SecretError::Kind::Failed,
+                       QString::fromUtf8(g_quark_to_string(error->domain)) + u' ' + QString::number(error->code)};
+    // A prompt that the user closed comes as a cancelled call.
+    if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) ||
+        g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) ||
+        (error->domain == G_DBUS_ERROR && g_dbus_error_is_remote_error(error) && strstr(error->message, "IsLocked")))
+        result.kind = SecretError::Kind::Locked;
+    g_error_free(error);
+    return result;
+}
+
+/// Without this GLib would start a bus of its own on X11, and wait for it.
+bool hasSessionBus()
+{
+    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
+        return true;
+    return QFileInfo::exists(QString::fromUtf8(g_get_user_runtime_dir()) + "/bus"_L1);
+}
+
+} // namespace
+
+/// Everything but the constructor and the destructor runs on the pool's thread.
+class LibsecretStore::Worker : public QObject
+{
+public:
+    Worker() : m_cancel(g_cancellable_new())
+    {
+        m_thread.setMaxThreadCount(1); // answers come in the order of the questions
+    }
+    ~Worker() override
+    {
+        g_cancellable_cancel(m_cancel.get());
+        m_thread.waitForDone();
+    }
+
+    /// Hands what `work` gives over to `done` on the thread of this object.
+    template<typename T>
+    void run(std::function<Result<T, SecretError>(Worker &)> work,
+             std::function<void(const Result<T, SecretError> &)> done)
+    {
+        m_thread.start([this, work = std::move(work), done = std::move(done)] {
+            if (g_cancellable_is_cancelled(m_cancel.get()))
+                return;
+            Result<T, SecretError> result = work(*this);
+            if (!result)
+                qCWarning(lcSecrets).noquote() << "The keyring does not answer as it should:" << result.error().detail;
+            QMetaObject::invokeMethod(this, [done, result = std::move(result)] { done(result); });
+        });
+    }
+
+    /// A fresh one each time: a keyring that was started again has forgotten
+    /// the session.
+    Result<ObjectPtr<SecretService>, SecretError> service()
+    {
+        if (!hasSessionBus())
+            return SecretError{SecretError::Kind::Unavailable, u"no session bus"_s};
+        GError *error = nullptr;
+        secret_service_disconnect();
+        SecretService *service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancel(), &error);
+        if (service != nullptr)
+            return ObjectPtr<SecretService>(service);
+        SecretError reason = taken(error);
+        reason.kind = SecretError::Kind::Unavailable;
+        return reason;
+    }
+    GCancellable *cancel() const { return m_cancel.get(); }
+
+private:
+    ObjectPtr<GCancellable> m_cancel;
+    QThreadPool m_thread;
+};
+
+namespace {
+
+Result<std::optional<QByteArray>, SecretError> find(SecretService *service, GHashTable *attributes,
+                                                    GCancellable *cancel)
+{
+    GError *error = nullptr;
+    const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK | SECRET_SEARCH_LOAD_SECRETS);
+    GList *items = secret_service_search_sync(service, schema(), attributes, flags, cancel, &error);
+    if (error != nullptr)
+        return taken(error);
+    Result<std::optional<QByteArray>, SecretError> found = std::optional<QByteArray>();
+    if (items != nullptr) {
+        auto *item = static_cast<SecretItem *>(items->data);
+        const ValuePtr value(secret_item_get_secret(item));
+        gsize length = 0;
+        if (const char *bytes = value ? secret_value_get(value.get(), &length) : nullptr)
+            found = std::optional(QByteArray(bytes, static_cast<qsizetype>(length)));
+        else if (secret_item_get_locked(item))
+            found = SecretError{SecretError::Kind::Locked, u"the item stays locked"_s};
+        else
+            found = SecretError{SecretError::Kind::Failed, u"an item without a secret"_s};
+    }
+    g_list_free_full(items, g_object_unref);
+    return found;
+}
+
+} // namespace
+
+LibsecretStore::LibsecretStore() : m_worker(std::make_unique<Worker>()) {}
+
+LibsecretStore::~LibsecretStore() = default;
+
+void LibsecretStore::lookup(const QString &key, const QString &account,
+                            std::function<void(const Result<std::optional<QByteArray>, SecretError> &)> done)
+{
+    using Found = Result<std::optional<QByteArray>, SecretError>;
+    m_worker->run<std::optional<QByteArray>>(
+        [key, account](Worker &worker) -> Found {
+            const auto service = worker.service();
+            if (!service)
+                return service.error();
+            return find(service->get(), attributesOf(key, account).get(), worker.cancel());
+        },
+        std::move(done));
+}
+
+void LibsecretStore::store(const QString &key, const QString &account, const QString &label, const QByteArray &secret,
+                           std::function<void(const Result<Nothing, SecretError> &)> done)
+{
+    m_worker->run<Nothing>(
+        [key, account, label, secret](Worker &worker) -> Result<Nothing, SecretError> {
+            const auto service = worker.service();
+            if (!service)
+                return service.error();
+            const ValuePtr value(secret_value_new(secret.constData(), secret.size(), "application/octet-stream"));
+            GError *error = nullptr;
+            if (!secret_service_store_sync(service->get(), schema(), attributesOf(key, account).get(),
+                                           SECRET_COLLECTION_DEFAULT, label.toUtf8().constData(), value.get(),
+                                           worker.cancel(), &error))
+                return taken(error);
+            return Nothing{};
+        },
+        std::move(done));
+}
+
+void LibsecretStore::remove(const QString &key, const QString &account,
+                            std::function<void(const Result<Nothing, SecretError> &)> done)
+{
+    m_worker->run<Nothing>(
+        [key, account](Worker &worker) -> Result<Nothing, SecretError> {
+            const auto service = worker.service();
+            if (!service)
+                return service.error();
+            GError *error = nullptr;
+            secret_service_clear_sync(service->get(), schema(), attributesOf(key, account).get(), worker.cancel(),
+                                      &error);
+            if (error != nullptr)
+                return taken(error);
+            return Nothing{};
+        },
+        std::move(done));
+}
+
+} // namespace orvelle
