@@ -124,7 +124,10 @@ void QtHttpCall::start()
         return;
     m_answer = {};
     m_answer.url = m_request.url;
-    m_reply = m_manager->sendCustomRequest(toNetworkRequest(m_request, m_userAgent), m_request.method, m_request.body);
+    const QNetworkRequest network = toNetworkRequest(m_request, m_userAgent);
+    // The toolkit waits for a body after any method that it was given as text.
+    m_reply = m_request.method == "HEAD" ? m_manager->head(network)
+                                         : m_manager->sendCustomRequest(network, m_request.method, m_request.body);
     m_reply->setReadBufferSize(std::min(readBufferBytes, m_request.maxBytes + 1));
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &QtHttpCall::takeHeaders);
     connect(m_reply, &QNetworkReply::uploadProgress, this, &QtHttpCall::alive);

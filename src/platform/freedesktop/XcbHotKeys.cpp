@@ -1,5 +1,6 @@
 #include "platform/freedesktop/XcbHotKeys.h"
 
+#include "platform/Clock.h"
 #include "platform/freedesktop/XcbKeyboard.h"
 #include "platform/freedesktop/XcbTools.h"
 
@@ -16,12 +17,13 @@ Q_LOGGING_CATEGORY(lcHotKeys, "HotKeys", QtInfoMsg)
 
 constexpr quint8 accessError = 10; // BadAccess of the X11 protocol
 
-/// A key that is held down is repeated faster than anybody presses it.
-constexpr quint32 repeatMilliseconds = 100;
+/// How often a key that is held down is looked at. Quicker than anybody presses
+/// it twice.
+constexpr std::chrono::milliseconds heldPeriod{25};
 
 } // namespace
 
-XcbHotKeys::XcbHotKeys(QObject *parent) : HotKeyService(parent) {}
+XcbHotKeys::XcbHotKeys(Clock &clock, QObject *parent) : HotKeyService(parent), m_clock(clock) {}
 
 XcbHotKeys::~XcbHotKeys()
 {
@@ -44,6 +46,7 @@ bool XcbHotKeys::connected()
 
 void XcbHotKeys::connectionLost()
 {
+    m_held.reset();
     m_readable.reset();
     m_grab.reset();
     m_x.reset();
@@ -134,8 +137,22 @@ bool XcbHotKeys::isNewPress(const xcb_key_press_event_t &event)
     // it now. The answer is waited for: the menu asks over another connection.
     const XcbPtr<xcb_generic_error_t> ignored{
         xcb_request_check(m_x->raw(), xcb_ungrab_keyboard_checked(m_x->raw(), event.time))};
-    const auto before = std::exchange(m_lastPress, event.time);
-    return !before || event.time - *before > repeatMilliseconds;
+    // The server repeats a key that is held down as further presses, and with
+    // the keyboard let go of nobody tells us of its end.
+    if (m_held)
+        return false;
+    m_held = m_clock.repeating(heldPeriod, [this, keycode = event.detail] {
+        if (!isDown(keycode))
+            m_held.reset();
+    });
+    return true;
+}
+
+bool XcbHotKeys::isDown(quint8 keycode) const
+{
+    const XcbPtr<xcb_query_keymap_reply_t> keys(
+        m_x ? xcb_query_keymap_reply(m_x->raw(), xcb_query_keymap(m_x->raw()), nullptr) : nullptr);
+    return keys && (keys->keys[keycode / 8] >> (keycode % 8) & 1) != 0;
 }
 
 void XcbHotKeys::grabAgain()

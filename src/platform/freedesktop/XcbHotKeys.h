@@ -12,6 +12,8 @@ struct xcb_key_press_event_t;
 
 namespace orvelle {
 
+class Clock;
+class Timer;
 class XcbConnection;
 
 /// The hot key as a passive grab on the root window (X11 protocol, GrabKey),
@@ -23,7 +25,7 @@ class XcbHotKeys : public HotKeyService
     Q_OBJECT
 
 public:
-    explicit XcbHotKeys(QObject *parent = nullptr);
+    explicit XcbHotKeys(Clock &clock, QObject *parent = nullptr);
     ~XcbHotKeys() override;
 
     std::optional<HotKeyError> registerHotKey(const HotKey &hotKey) override;
@@ -43,12 +45,14 @@ private:
     void grabAgain();
     void readEvents();
     bool isNewPress(const xcb_key_press_event_t &event);
+    bool isDown(quint8 keycode) const;
 
+    Clock &m_clock;
     std::unique_ptr<XcbConnection> m_x;
     std::unique_ptr<QSocketNotifier> m_readable;
     std::optional<HotKey> m_wanted;
-    std::optional<Grab> m_grab;         ///< what the server has granted
-    std::optional<quint32> m_lastPress; ///< the server's time, in milliseconds
+    std::optional<Grab> m_grab;    ///< what the server has granted
+    std::unique_ptr<Timer> m_held; ///< from a press until the key was seen up
 };
 
 } // namespace orvelle
