@@ -1,11 +1,6 @@
 #include "widgets/network/NetworkManager.h"
 
-#include "base/Notifications.h"
-#include "platform/UserDefaults.h"
-#include "services/DebugModeManager.h"
-
 #include <QLoggingCategory>
-#include <QScopedValueRollback>
 
 namespace orvelle {
 
@@ -15,13 +10,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNetwork, "NetworkManager", QtInfoMsg)
 
-QString displayModeKey()
+const MonitorSettings<NetworkDisplayMode>::Kind &settingsKind()
 {
-    return u"NetworkDisplayMode"_s;
-}
-QString menuBarOnlyKey()
-{
-    return u"NetworkMenuBarOnly"_s;
+    static const MonitorSettings<NetworkDisplayMode>::Kind kind{u"NetworkDisplayMode"_s, u"NetworkMenuBarOnly"_s,
+                                                                &networkDisplayModeFromRawValue,
+                                                                &Notifications::networkChanged};
+    return kind;
 }
 
 /// What the next speed is computed against.
@@ -45,85 +39,18 @@ NetworkReading readTotals(NetworkCounters &counters)
 NetworkManager::NetworkManager(const Services &services, QObject *parent)
     : QObject(parent),
       m_services(services),
+      m_settings({services.defaults, services.debugMode, services.notifications}, settingsKind(),
+                 [this](bool enabled) { follow(enabled); }),
       m_schedule(services.sampler, services.powerEvents, [this] { return makeJob(); })
 {
-    load();
-    connect(&services.notifications, &Notifications::debugModeChanged, this, &NetworkManager::reload);
-    connect(&services.notifications, &Notifications::syncableSettingsChanged, this, [this] {
-        if (!m_announcing)
-            rereadAfterImport();
-    });
-    connect(&services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
-        const DebugModeManager &debug = m_services.debugMode;
-        if (keys.contains(debug.key(displayModeKey())) || keys.contains(debug.key(menuBarOnlyKey())))
-            reload();
-    });
 }
 
-void NetworkManager::load()
+void NetworkManager::follow(bool enabled)
 {
-    const UserDefaults &defaults = m_services.defaults;
-    const QString raw = defaults.get<QString>(m_services.debugMode.key(displayModeKey())).value_or(QString());
-    m_displayMode = networkDisplayModeFromRawValue(raw).value_or(NetworkDisplayMode::Disabled);
-    m_menuBarOnly = defaults.get<bool>(m_services.debugMode.key(menuBarOnlyKey())).value_or(true);
-}
-
-void NetworkManager::reload()
-{
-    const bool wasEnabled = isEnabled();
-    load();
-    followMode(wasEnabled);
-    emit m_services.notifications.networkChanged();
-}
-
-/// An import writes the stored settings past their manager.
-void NetworkManager::rereadAfterImport()
-{
-    const auto mode = m_displayMode;
-    const bool menuBarOnly = m_menuBarOnly;
-    load();
-    if (mode == m_displayMode && menuBarOnly == m_menuBarOnly)
-        return;
-    followMode(mode != NetworkDisplayMode::Disabled);
-    emit m_services.notifications.networkChanged();
-}
-
-void NetworkManager::announceSetting()
-{
-    emit m_services.notifications.networkChanged();
-    const QScopedValueRollback own(m_announcing, true);
-    emit m_services.notifications.syncableSettingsChanged();
-}
-
-void NetworkManager::followMode(bool wasEnabled)
-{
-    if (isEnabled() == wasEnabled)
-        return;
-    if (isEnabled())
+    if (enabled)
         startMonitoring();
     else
         stopMonitoring();
-}
-
-void NetworkManager::setDisplayMode(NetworkDisplayMode mode)
-{
-    if (mode == m_displayMode)
-        return;
-    const bool wasEnabled = isEnabled();
-    m_displayMode = mode;
-    // A failed write is reported by the store itself; the mode holds for this run.
-    static_cast<void>(m_services.defaults.write(m_services.debugMode.key(displayModeKey()), rawValue(mode)));
-    followMode(wasEnabled);
-    announceSetting();
-}
-
-void NetworkManager::setMenuBarOnly(bool only)
-{
-    if (only == m_menuBarOnly)
-        return;
-    m_menuBarOnly = only;
-    static_cast<void>(m_services.defaults.write(m_services.debugMode.key(menuBarOnlyKey()), only));
-    announceSetting();
 }
 
 BackgroundSampler::Job NetworkManager::makeJob()

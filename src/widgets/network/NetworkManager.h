@@ -1,15 +1,12 @@
 #pragma once
 
 #include "widgets/MonitorSchedule.h"
+#include "widgets/MonitorSettings.h"
 #include "widgets/network/NetworkSpeed.h"
 
 #include <QObject>
 
 namespace orvelle {
-
-class DebugModeManager;
-class Notifications;
-class UserDefaults;
 
 /// The network widget: its settings, the speed of the moment and the last few
 /// before it. Main thread; counters are read beside it.
@@ -32,12 +29,12 @@ public:
     /// Reads the settings; reads no counters before startMonitoring().
     explicit NetworkManager(const Services &services, QObject *parent = nullptr);
 
-    NetworkDisplayMode displayMode() const { return m_displayMode; }
+    NetworkDisplayMode displayMode() const { return m_settings.displayMode(); }
     /// Begins or ends the sampling with the widget.
-    void setDisplayMode(NetworkDisplayMode mode);
-    bool isEnabled() const { return m_displayMode != NetworkDisplayMode::Disabled; }
-    bool menuBarOnly() const { return m_menuBarOnly; }
-    void setMenuBarOnly(bool only);
+    void setDisplayMode(NetworkDisplayMode mode) { m_settings.setDisplayMode(mode); }
+    bool isEnabled() const { return m_settings.isEnabled(); }
+    bool menuBarOnly() const { return m_settings.menuBarOnly(); }
+    void setMenuBarOnly(bool only) { m_settings.setMenuBarOnly(only); }
 
     /// Absent before the first.
     const std::optional<NetworkSpeed> &currentSpeed() const { return m_currentSpeed; }
@@ -52,18 +49,12 @@ public:
     void stopLiveRefresh() { m_schedule.stopLive(); }
 
 private:
-    void load();
-    void reload();
-    void rereadAfterImport();
-    void announceSetting();
-    void followMode(bool wasEnabled);
+    void follow(bool enabled);
     BackgroundSampler::Job makeJob();
     void publish(const NetworkSpeed &speed);
 
     Services m_services;
-    NetworkDisplayMode m_displayMode = NetworkDisplayMode::Disabled;
-    bool m_menuBarOnly = true;
-    bool m_announcing = false;
+    MonitorSettings<NetworkDisplayMode> m_settings;
     std::optional<NetworkSpeed> m_currentSpeed;
     QList<NetworkSpeed> m_speedHistory;
     MonitorSchedule m_schedule;

@@ -1,11 +1,6 @@
 #include "widgets/systeminfo/SystemInfoManager.h"
 
-#include "base/Notifications.h"
-#include "platform/UserDefaults.h"
-#include "services/DebugModeManager.h"
-
 #include <QLoggingCategory>
-#include <QScopedValueRollback>
 
 #include <cstring>
 
@@ -17,13 +12,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcSystemInfo, "SystemInfoManager", QtInfoMsg)
 
-QString displayModeKey()
+const MonitorSettings<SystemInfoDisplayMode>::Kind &settingsKind()
 {
-    return u"SystemInfoDisplayMode"_s;
-}
-QString menuBarOnlyKey()
-{
-    return u"SystemInfoMenuBarOnly"_s;
+    static const MonitorSettings<SystemInfoDisplayMode>::Kind kind{
+        u"SystemInfoDisplayMode"_s, u"SystemInfoMenuBarOnly"_s, &systemInfoDisplayModeFromRawValue,
+        &Notifications::systemInfoChanged};
+    return kind;
 }
 
 /// Processors that were switched off and on again may count from anywhere.
@@ -74,85 +68,18 @@ double cpuLoad(const CpuTicks &before, const CpuTicks &now)
 SystemInfoManager::SystemInfoManager(const Services &services, QObject *parent)
     : QObject(parent),
       m_services(services),
+      m_settings({services.defaults, services.debugMode, services.notifications}, settingsKind(),
+                 [this](bool enabled) { follow(enabled); }),
       m_schedule(services.sampler, services.powerEvents, [this] { return makeJob(); })
 {
-    load();
-    connect(&services.notifications, &Notifications::debugModeChanged, this, &SystemInfoManager::reload);
-    connect(&services.notifications, &Notifications::syncableSettingsChanged, this, [this] {
-        if (!m_announcing)
-            rereadAfterImport();
-    });
-    connect(&services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
-        const DebugModeManager &debug = m_services.debugMode;
-        if (keys.contains(debug.key(displayModeKey())) || keys.contains(debug.key(menuBarOnlyKey())))
-            reload();
-    });
 }
 
-void SystemInfoManager::load()
+void SystemInfoManager::follow(bool enabled)
 {
-    const UserDefaults &defaults = m_services.defaults;
-    const QString raw = defaults.get<QString>(m_services.debugMode.key(displayModeKey())).value_or(QString());
-    m_displayMode = systemInfoDisplayModeFromRawValue(raw).value_or(SystemInfoDisplayMode::Disabled);
-    m_menuBarOnly = defaults.get<bool>(m_services.debugMode.key(menuBarOnlyKey())).value_or(true);
-}
-
-void SystemInfoManager::reload()
-{
-    const bool wasEnabled = isEnabled();
-    load();
-    followMode(wasEnabled);
-    emit m_services.notifications.systemInfoChanged();
-}
-
-/// An import writes the stored settings past their manager.
-void SystemInfoManager::rereadAfterImport()
-{
-    const auto mode = m_displayMode;
-    const bool menuBarOnly = m_menuBarOnly;
-    load();
-    if (mode == m_displayMode && menuBarOnly == m_menuBarOnly)
-        return;
-    followMode(mode != SystemInfoDisplayMode::Disabled);
-    emit m_services.notifications.systemInfoChanged();
-}
-
-void SystemInfoManager::announceSetting()
-{
-    emit m_services.notifications.systemInfoChanged();
-    const QScopedValueRollback own(m_announcing, true);
-    emit m_services.notifications.syncableSettingsChanged();
-}
-
-void SystemInfoManager::followMode(bool wasEnabled)
-{
-    if (isEnabled() == wasEnabled)
-        return;
-    if (isEnabled())
+    if (enabled)
         startMonitoring();
     else
         stopMonitoring();
-}
-
-void SystemInfoManager::setDisplayMode(SystemInfoDisplayMode mode)
-{
-    if (mode == m_displayMode)
-        return;
-    const bool wasEnabled = isEnabled();
-    m_displayMode = mode;
-    // A failed write is reported by the store itself; the mode holds for this run.
-    static_cast<void>(m_services.defaults.write(m_services.debugMode.key(displayModeKey()), rawValue(mode)));
-    followMode(wasEnabled);
-    announceSetting();
-}
-
-void SystemInfoManager::setMenuBarOnly(bool only)
-{
-    if (only == m_menuBarOnly)
-        return;
-    m_menuBarOnly = only;
-    static_cast<void>(m_services.defaults.write(m_services.debugMode.key(menuBarOnlyKey()), only));
-    announceSetting();
 }
 
 BackgroundSampler::Job SystemInfoManager::makeJob()

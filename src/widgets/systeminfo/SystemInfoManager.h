@@ -2,15 +2,12 @@
 
 #include "platform/HostStatistics.h"
 #include "widgets/MonitorSchedule.h"
+#include "widgets/MonitorSettings.h"
 #include "widgets/systeminfo/SystemInfoData.h"
 
 #include <QObject>
 
 namespace orvelle {
-
-class DebugModeManager;
-class Notifications;
-class UserDefaults;
 
 /// The system widget: its settings, and the processor load, memory and disk
 /// space of the moment. Main thread; samples are read beside it.
@@ -31,12 +28,12 @@ public:
     /// Reads the settings; samples nothing before startMonitoring().
     explicit SystemInfoManager(const Services &services, QObject *parent = nullptr);
 
-    SystemInfoDisplayMode displayMode() const { return m_displayMode; }
+    SystemInfoDisplayMode displayMode() const { return m_settings.displayMode(); }
     /// Begins or ends the sampling with the widget.
-    void setDisplayMode(SystemInfoDisplayMode mode);
-    bool isEnabled() const { return m_displayMode != SystemInfoDisplayMode::Disabled; }
-    bool menuBarOnly() const { return m_menuBarOnly; }
-    void setMenuBarOnly(bool only);
+    void setDisplayMode(SystemInfoDisplayMode mode) { m_settings.setDisplayMode(mode); }
+    bool isEnabled() const { return m_settings.isEnabled(); }
+    bool menuBarOnly() const { return m_settings.menuBarOnly(); }
+    void setMenuBarOnly(bool only) { m_settings.setMenuBarOnly(only); }
 
     /// Absent before the first sample.
     const std::optional<SystemInfoData> &systemInfo() const { return m_systemInfo; }
@@ -48,18 +45,12 @@ public:
     void stopLiveRefresh() { m_schedule.stopLive(); }
 
 private:
-    void load();
-    void reload();
-    void rereadAfterImport();
-    void announceSetting();
-    void followMode(bool wasEnabled);
+    void follow(bool enabled);
     BackgroundSampler::Job makeJob();
     void publish(const SystemInfoData &data);
 
     Services m_services;
-    SystemInfoDisplayMode m_displayMode = SystemInfoDisplayMode::Disabled;
-    bool m_menuBarOnly = true;
-    bool m_announcing = false;
+    MonitorSettings<SystemInfoDisplayMode> m_settings;
     std::optional<SystemInfoData> m_systemInfo;
     MonitorSchedule m_schedule;
 };
