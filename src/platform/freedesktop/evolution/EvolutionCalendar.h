@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/freedesktop/evolution/EngineLoop.h"
+#include "platform/freedesktop/evolution/EvolutionQuery.h"
+
+#include <libecal/libecal.h>
+
+namespace orvelle {
+
+/// One calendar of the server: the connection to it, the view that tells of
+/// changes, and what it said last. On the loop's thread.
+class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
+{
+public:
+    struct Listener {
+        std::function<void()> opened;
+        std::function<void()> refused; ///< could not be opened
+        std::function<void()> lost;    ///< was open and is not any more
+        std::function<void()> eventsChanged;
+    };
+    EvolutionCalendar(EngineLoop &loop, const EvolutionHost &host, GPointer<ESource> source, Listener listener);
+
+    bool isOpen() const { return m_client != nullptr; }
+    /// Does nothing while it is open or being opened.
+    void open();
+    /// Without a word to the listener. What it said last stays.
+    void close();
+
+    using Answer = std::function<void(const QList<CalendarEvent> &)>;
+    /// Asks the server and watches those days from then on.
+    void ask(const EvolutionEvents &question, Answer answer);
+    /// What it said last of those days.
+    QList<CalendarEvent> lastSaid(qint64 from, qint64 to) const;
+
+private:
+    void clientCame(GPointer<ECalClient> client);
+    void watch(const EvolutionEvents &question, const Answer &answer);
+    void startView(const GPointer<ECalClientView> &view, const EvolutionEvents &question, const Answer &answer);
+    void query(const EvolutionEvents &question, const Answer &answer);
+    /// Whether what was begun with this belongs to the present connection.
+    bool isPresent(const GPointer<GCancellable> &begun) const;
+    std::function<void()> whilePresent(void (EvolutionCalendar::*heard)());
+    void died();
+    void changed();
+
+    EngineLoop &m_loop;
+    const EvolutionHost &m_host;
+    GPointer<ESource> m_source;
+    Listener m_listener;
+    GPointer<GCancellable> m_connection; ///< of the client, also while it is awaited
+    GPointer<ECalClient> m_client;
+    GPointer<ECalClientView> m_view;
+    qint64 m_viewFrom = 0;
+    qint64 m_viewTo = 0;
+    bool m_busy = false; ///< with a question
+    QList<CalendarEvent> m_last;
+};
+
+} // namespace orvelle
