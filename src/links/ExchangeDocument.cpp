@@ -110,6 +110,7 @@ struct RecordTable<ExportData> {
         recordField<&ExportData::lastModifiedByMachineId>("lastModifiedByMachineId"),
         recordField<&ExportData::checksum>("checksum"),
         recordField<&ExportData::settingsModifiedAt>("settingsModifiedAt"),
+        recordField<&ExportData::syncHistory>("syncHistory"),
     });
 };
 

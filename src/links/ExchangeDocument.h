@@ -98,6 +98,9 @@ struct ExportData {
     std::optional<QString> lastModifiedByMachineId;
     std::optional<QString> checksum;
     std::optional<Timestamp> settingsModifiedAt;
+    /// Of synchronised files: which versions of the file this one was made
+    /// from, newest first, as sixteen hexadecimal digits each (syncVersionId()).
+    std::optional<QString> syncHistory = {};
     friend bool operator==(const ExportData &, const ExportData &) = default;
 };
 

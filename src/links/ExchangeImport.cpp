@@ -151,6 +151,17 @@ LinkList validLinks(LinkList imported, qint64 &dropped)
     return imported;
 }
 
+void keepChildrenOfGroupsOnly(LinkList &items)
+{
+    changeItems(items, [](const LinkItem &item) -> std::optional<LinkItem> {
+        if (item.isGroup() == item.children.has_value())
+            return std::nullopt;
+        LinkItem fixed = item;
+        fixed.children = item.isGroup() ? std::optional(LinkList()) : std::nullopt;
+        return fixed;
+    });
+}
+
 qint64 countAllLinks(const LinkList &links)
 {
     return countAll(links);

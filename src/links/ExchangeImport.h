@@ -19,6 +19,9 @@ bool isValidLink(const LinkItem &item, int depth);
 /// of items left out.
 LinkList validLinks(LinkList imported, qint64 &dropped);
 
+/// Only groups keep children, and each has a list of them.
+void keepChildrenOfGroupsOnly(LinkList &items);
+
 /// Every item, groups and their members included.
 qint64 countAllLinks(const LinkList &links);
 

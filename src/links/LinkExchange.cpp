@@ -61,8 +61,13 @@ private:
     mutable qsizetype m_done = 0;
 };
 
-/// The dates that every item of the tree has. An item that does not tell when
-/// it was changed counts as older than any other copy of it.
+QString importReason(ImportMode mode)
+{
+    return mode == ImportMode::Replace ? u"replace"_s : u"import"_s;
+}
+
+} // namespace
+
 void completeDates(LinkList &links, Timestamp now)
 {
     changeItems(links, [now](const LinkItem &item) -> std::optional<LinkItem> {
@@ -74,13 +79,6 @@ void completeDates(LinkList &links, Timestamp now)
         return complete;
     });
 }
-
-QString importReason(ImportMode mode)
-{
-    return mode == ImportMode::Replace ? u"replace"_s : u"import"_s;
-}
-
-} // namespace
 
 QString importErrorText(const ImportError &error)
 {
@@ -124,6 +122,25 @@ Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, Fi
     return prepared;
 }
 
+Result<PreparedImport, ImportError> prepareSync(const QByteArray &document, FileBookmarks &bookmarks,
+                                                const QString &home)
+{
+    auto decoded = decodeExchange(document);
+    if (!decoded)
+        return decoded.error();
+    ExportData data = std::move(decoded).value();
+    PreparedImport prepared;
+    prepared.hasVersionMismatch = data.version > exchangeVersion;
+    prepared.items = std::exchange(data.links, {});
+    if (treeLevels(prepared.items) > maxImportDepth)
+        return ImportError{ImportError::Kind::TooDeep, {}};
+    keepChildrenOfGroupsOnly(prepared.items);
+    prepared.items = resolveHomePaths(prepared.items, home);
+    prepared.document = std::make_shared<const ExportData>(std::move(data));
+    recreateBookmarks(prepared.items, bookmarks);
+    return prepared;
+}
+
 LinkExchange::LinkExchange(LinkStore &links, ExchangeSettings &settings, FileBookmarks &bookmarks, Clock &clock)
     : m_links(links), m_settings(settings), m_bookmarks(bookmarks), m_clock(clock)
 {
@@ -131,14 +148,24 @@ LinkExchange::LinkExchange(LinkStore &links, ExchangeSettings &settings, FileBoo
 
 LinkExchange::Exported LinkExchange::exportJSON() const
 {
+    return encodeDocument(gatherDocument(), m_links.links(), m_links.homeDirectory());
+}
+
+ExportData LinkExchange::gatherDocument() const
+{
     ExportData document;
     document.exportDate = m_clock.now();
-    document.links = makePortable(m_links.links(), m_links.homeDirectory());
     document.lastModifiedByMachineId = m_links.machineId();
     m_settings.gather(document);
+    return document;
+}
+
+LinkExchange::Exported LinkExchange::encodeDocument(ExportData document, const LinkList &links, const QString &home)
+{
+    document.links = makePortable(links, home);
     const ExchangeDigests digests = exchangeDigests(document);
     document.checksum = digests.links;
-    return {encodeExchange(document), digests.content};
+    return {encodeExchange(document), digests.content, digests.links};
 }
 
 Result<ImportResult, ImportError> LinkExchange::importJSON(const QByteArray &document, ImportMode mode)

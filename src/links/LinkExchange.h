@@ -60,6 +60,17 @@ constexpr qint64 maxExchangeItems = 200'000;
 Result<PreparedImport, ImportError> prepareImport(const QByteArray &document, FileBookmarks &bookmarks,
                                                   const QString &home, Timestamp now, WorkProgress *progress = nullptr);
 
+/// The same for a document that is merged item by item with its next version
+/// to come from here, so that nothing may be left out of it and no date made
+/// up: items without a name or a path stay, absent dates stay absent, and a
+/// tree that is too deep is refused as a whole.
+Result<PreparedImport, ImportError> prepareSync(const QByteArray &document, FileBookmarks &bookmarks,
+                                                const QString &home);
+
+/// Gives items the dates that every item of the tree has. One that does not
+/// tell when it was changed counts as older than any other copy of it.
+void completeDates(LinkList &links, Timestamp now);
+
 /// Writes the tree and the portable settings as an exchange document, and
 /// takes one in. Main thread.
 class LinkExchange
@@ -70,8 +81,13 @@ public:
     struct Exported {
         QByteArray bytes;
         QByteArray contentDigest; ///< SHA-256 hex text over links and settings
+        QString checksum = {};    ///< the document's own, over its links
     };
     Exported exportJSON() const;
+    /// The two halves of it: everything but the links as a document, and that
+    /// document with `links` as bytes, which any thread can make.
+    ExportData gatherDocument() const;
+    static Exported encodeDocument(ExportData document, const LinkList &links, const QString &home);
 
     /// Both halves at once.
     Result<ImportResult, ImportError> importJSON(const QByteArray &document, ImportMode mode);

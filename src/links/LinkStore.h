@@ -138,6 +138,9 @@ public:
     /// True when the tree in memory is not what is stored.
     bool hasUnsavedChanges() const { return m_unsaved; }
 
+    /// The tree is now based on another machine's or process's change, which
+    /// the steps known so far would take back.
+    void forgetHistory();
     bool canUndo() const;
     bool canRedo() const;
     bool undo();

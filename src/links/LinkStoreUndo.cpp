@@ -8,6 +8,14 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
+void LinkStore::forgetHistory()
+{
+    if (!canUndo() && !canRedo())
+        return;
+    m_history->clear();
+    emit historyChanged();
+}
+
 bool LinkStore::canUndo() const
 {
     return !m_history->undo.isEmpty();

@@ -23,7 +23,8 @@ namespace orvelle {
 
 namespace {
 
-// 00000012_20261121T081502123Z_remove_340.json.zst
+// 00000012_20261121T081502123Z_remove_340.json.zst, and for a change of another
+// machine _340_ and its name in base64url.
 constexpr auto timeFormat = "yyyyMMdd'T'HHmmsszzz'Z'";
 constexpr auto suffix = ".json.zst"_L1;
 constexpr auto temporarySuffix = ".part"_L1;
@@ -38,12 +39,23 @@ int sequenceNumber(const QString &name)
     return QStringView(name).left(8).toInt();
 }
 
+constexpr auto base64Form = QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals;
+
+QString encodedMachine(const QString &machine)
+{
+    if (machine.isEmpty())
+        return {};
+    // A file name has 255 bytes at most.
+    constexpr int maxCharacters = 30;
+    return u'_' + QString::fromLatin1(machine.left(maxCharacters).toUtf8().toBase64(base64Form));
+}
+
 QString snapshotName(int number, const SnapshotInfo &info)
 {
     return u"%1_%2_%3_%4"_s.arg(number, 8, 10, QLatin1Char('0'))
                .arg(info.takenAt.toDateTime().toString(QLatin1StringView(timeFormat)), info.reason)
                .arg(info.itemCount) +
-           suffix;
+           encodedMachine(info.machine) + suffix;
 }
 
 bool writeAll(QFile &file, const QByteArray &bytes)
@@ -115,7 +127,8 @@ QString lettersOf(const QString &reason)
 std::optional<SnapshotInfo> snapshotInfo(const QString &name)
 {
     static const QRegularExpression pattern(
-        u"\\A[0-9]{8}_([0-9]{8}T[0-9]{9}Z)_([a-z]{1,20})_([0-9]{1,9})\\.json\\.zst\\z"_s);
+        u"\\A[0-9]{8}_([0-9]{8}T[0-9]{9}Z)_([a-z]{1,20})_([0-9]{1,9})(?:_([A-Za-z0-9_-]{1,160}))?"
+        u"\\.json\\.zst\\z"_s);
     const auto match = pattern.match(name);
     if (!match.hasMatch())
         return std::nullopt;
@@ -123,7 +136,9 @@ std::optional<SnapshotInfo> snapshotInfo(const QString &name)
     if (!time.isValid())
         return std::nullopt;
     time.setTimeSpec(Qt::UTC);
-    return SnapshotInfo{name, Timestamp::fromDateTime(time), match.captured(2), match.captured(3).toLongLong()};
+    const QByteArray machine = QByteArray::fromBase64(match.captured(4).toLatin1(), base64Form);
+    return SnapshotInfo{name, Timestamp::fromDateTime(time), match.captured(2), match.captured(3).toLongLong(),
+                        QString::fromUtf8(machine)};
 }
 
 SnapshotStore::SnapshotStore(const QString &folder, Clock &clock) : m_folder(folder), m_clock(clock) {}
@@ -135,19 +150,25 @@ QString SnapshotStore::folderOf(bool debugMode) const
 
 Result<QString, SnapshotError> SnapshotStore::take(const LinkList &links, const QString &reason, bool debugMode)
 {
-    const QString folder = folderOf(debugMode);
-    if (auto error = prepareFolder(folder))
-        return *error;
     const auto packed = packSnapshot(links);
     if (!packed)
         return packed.error();
+    return takePacked(*packed, countAll(links), reason, {}, debugMode);
+}
+
+Result<QString, SnapshotError> SnapshotStore::takePacked(const QByteArray &packed, qint64 itemCount,
+                                                         const QString &reason, const QString &machine, bool debugMode)
+{
+    const QString folder = folderOf(debugMode);
+    if (auto error = prepareFolder(folder))
+        return *error;
     QTemporaryFile file(folder + u"/XXXXXX"_s + temporarySuffix);
-    if (!file.open() || !writeAll(file, *packed))
+    if (!file.open() || !writeAll(file, packed))
         return SnapshotError{folder + u": "_s + file.errorString()};
 
     const QStringList names = snapshotNames(folder);
     const int last = names.isEmpty() ? 0 : sequenceNumber(names.first());
-    const auto name = reserveName(folder, last + 1, {{}, m_clock.now(), lettersOf(reason), countAll(links)});
+    const auto name = reserveName(folder, last + 1, {{}, m_clock.now(), lettersOf(reason), itemCount, machine});
     if (!name)
         return name.error();
     const QString path = folder + u'/' + *name;

@@ -17,6 +17,7 @@ struct SnapshotInfo {
     Timestamp takenAt;
     QString reason; ///< "remove", "replace", "import", "merge", "undo", ...
     qint64 itemCount = 0;
+    QString machine = {}; ///< whose change followed, when it was another one's
 };
 
 struct SnapshotError {
@@ -40,6 +41,11 @@ public:
 
     /// `reason`: lower-case letters. The new copy's name.
     Result<QString, SnapshotError> take(const LinkList &links, const QString &reason, bool debugMode);
+    /// The same for what packSnapshot() made of a tree of `itemCount` items,
+    /// which it can do on another thread. `machine`: who wrote the change that
+    /// follows; of a very long name the beginning is kept.
+    Result<QString, SnapshotError> takePacked(const QByteArray &packed, qint64 itemCount, const QString &reason,
+                                              const QString &machine, bool debugMode);
     /// Newest first, those of the given mode only.
     QList<SnapshotInfo> list(bool debugMode) const;
     Result<LinkList, SnapshotError> load(const QString &name, bool debugMode) const;
