@@ -1913,12 +1913,6 @@ You can change or remove everything here.</translation>
     <message id="welcome.privacy">
         <translation>Your privacy</translation>
     </message>
-    <message id="welcome.privacyIcons %@">
-        <translation>Show pictures of web sites (%@ is told the host names of your web links)</translation>
-    </message>
-    <message id="welcome.privacyUpdates %@">
-        <translation>Look for updates once a day (at %@; only the version’s number is fetched)</translation>
-    </message>
     <message id="welcome.privacyNothingElse">
         <translation>Nothing else leaves this computer until you turn it on.</translation>
     </message>
@@ -2164,6 +2158,81 @@ You can change or remove everything here.</translation>
     </message>
     <message id="menu.syncFailed">
         <translation>Synchronisation needs your attention</translation>
+    </message>
+    <message id="cloudSync.document.empty">
+        <translation>The shared file is empty. It was left as it is, and nothing here was changed.</translation>
+    </message>
+    <message id="cloudSync.document.undecodable">
+        <translation>The shared file is damaged or is no Orvelle document. It was left as it is, and nothing here was changed.</translation>
+    </message>
+    <message id="cloudSync.document.newer">
+        <translation>The shared file was written by a newer version of Orvelle. Update Orvelle on this computer to go on.</translation>
+    </message>
+    <message id="cloudSync.document.tooLarge">
+        <translation>The shared file is too large, or its groups are nested too deeply. Nothing was changed.</translation>
+    </message>
+    <message id="cloudSync.document.needsPassphrase">
+        <translation>The shared file is encrypted. Enter its passphrase on this computer.</translation>
+    </message>
+    <message id="cloudSync.document.wrongPassphrase">
+        <translation>The passphrase does not open the shared file.</translation>
+    </message>
+    <message id="cloudSync.failure.unavailable">
+        <translation>The place of the shared file cannot be reached.</translation>
+    </message>
+    <message id="cloudSync.failure.missing">
+        <translation>There is no shared file in this place.</translation>
+    </message>
+    <message id="cloudSync.failure.noData">
+        <translation>The shared file could not be read.</translation>
+    </message>
+    <message id="cloudSync.failure.conflict">
+        <translation>Other computers keep changing the shared file. Your changes are kept and tried again.</translation>
+    </message>
+    <message id="cloudSync.failure.locked">
+        <translation>Another computer is holding the shared file. Your changes are kept and tried again.</translation>
+    </message>
+    <message id="cloudSync.failure.unsafe">
+        <translation>This server cannot share the file safely: it would let one computer overwrite another’s changes.</translation>
+    </message>
+    <message id="cloudSync.failure.authentication">
+        <translation>Access was refused. Check the user name and the password.</translation>
+    </message>
+    <message id="cloudSync.failure.noSecretStore">
+        <translation>The keyring cannot be used. Unlock it, or start a keyring service.</translation>
+    </message>
+    <message id="cloudSync.failure.noSpace">
+        <translation>There is no space left where the shared file is.</translation>
+    </message>
+    <message id="cloudSync.failure.notADocument">
+        <translation>Something else came instead of the shared file, perhaps the log-in page of a network.</translation>
+    </message>
+    <message id="cloudSync.failure.tls">
+        <translation>The server’s certificate cannot be trusted.</translation>
+    </message>
+    <message id="cloudSync.failure.timedOut">
+        <translation>The place of the shared file took too long to answer.</translation>
+    </message>
+    <message id="cloudSync.failure.tooLarge">
+        <translation>The shared file would be too large.</translation>
+    </message>
+    <message id="cloudSync.failure.io">
+        <translation>The shared file could not be read or written.</translation>
+    </message>
+    <message id="cloudSync.failure.heldBack">
+        <translation>A change from another computer would remove many items. Decide about it first.</translation>
+    </message>
+    <message id="cloudSync.failure.noSnapshot">
+        <translation>No snapshot could be kept, so nothing was changed.</translation>
+    </message>
+    <message id="cloudSync.passphraseLabel">
+        <translation>Orvelle: passphrase of the shared file</translation>
+    </message>
+    <message id="cloudSync.keyringLabel">
+        <translation>Orvelle: password of the synchronisation server</translation>
+    </message>
+    <message id="cloudSync.placeNotStored">
+        <translation>The place could not be stored in the settings.</translation>
     </message>
 </context>
 </TS>

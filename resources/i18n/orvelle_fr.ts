@@ -1913,12 +1913,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="welcome.privacy">
         <translation>Votre vie privée</translation>
     </message>
-    <message id="welcome.privacyIcons %@">
-        <translation>Afficher les images des sites web (%@ reçoit les noms d’hôte de vos liens web)</translation>
-    </message>
-    <message id="welcome.privacyUpdates %@">
-        <translation>Rechercher les mises à jour une fois par jour (chez %@ ; seul le numéro de version est lu)</translation>
-    </message>
     <message id="welcome.privacyNothingElse">
         <translation>Rien d’autre ne quitte cet ordinateur sans que vous l’ayez activé.</translation>
     </message>
@@ -2164,6 +2158,81 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="menu.syncFailed">
         <translation>La synchronisation demande votre attention</translation>
+    </message>
+    <message id="cloudSync.document.empty">
+        <translation>Le fichier partagé est vide. Il a été laissé tel quel et rien n’a été modifié ici.</translation>
+    </message>
+    <message id="cloudSync.document.undecodable">
+        <translation>Le fichier partagé est endommagé ou n’est pas un document Orvelle. Il a été laissé tel quel et rien n’a été modifié ici.</translation>
+    </message>
+    <message id="cloudSync.document.newer">
+        <translation>Le fichier partagé a été écrit par une version plus récente d’Orvelle. Mettez Orvelle à jour sur cet ordinateur pour continuer.</translation>
+    </message>
+    <message id="cloudSync.document.tooLarge">
+        <translation>Le fichier partagé est trop volumineux ou ses groupes sont imbriqués trop profondément. Rien n’a été modifié.</translation>
+    </message>
+    <message id="cloudSync.document.needsPassphrase">
+        <translation>Le fichier partagé est chiffré. Saisissez sa phrase secrète sur cet ordinateur.</translation>
+    </message>
+    <message id="cloudSync.document.wrongPassphrase">
+        <translation>La phrase secrète n’ouvre pas le fichier partagé.</translation>
+    </message>
+    <message id="cloudSync.failure.unavailable">
+        <translation>L’emplacement du fichier partagé est inaccessible.</translation>
+    </message>
+    <message id="cloudSync.failure.missing">
+        <translation>Il n’y a pas de fichier partagé à cet emplacement.</translation>
+    </message>
+    <message id="cloudSync.failure.noData">
+        <translation>Le fichier partagé n’a pas pu être lu.</translation>
+    </message>
+    <message id="cloudSync.failure.conflict">
+        <translation>D’autres ordinateurs modifient sans cesse le fichier partagé. Vos modifications sont conservées et seront renvoyées.</translation>
+    </message>
+    <message id="cloudSync.failure.locked">
+        <translation>Un autre ordinateur occupe le fichier partagé. Vos modifications sont conservées et seront renvoyées.</translation>
+    </message>
+    <message id="cloudSync.failure.unsafe">
+        <translation>Ce serveur ne permet pas de partager le fichier en toute sécurité : un ordinateur pourrait écraser les modifications d’un autre.</translation>
+    </message>
+    <message id="cloudSync.failure.authentication">
+        <translation>L’accès a été refusé. Vérifiez le nom d’utilisateur et le mot de passe.</translation>
+    </message>
+    <message id="cloudSync.failure.noSecretStore">
+        <translation>Le trousseau est inutilisable. Déverrouillez-le ou lancez un service de trousseau.</translation>
+    </message>
+    <message id="cloudSync.failure.noSpace">
+        <translation>Il n’y a plus d’espace à l’emplacement du fichier partagé.</translation>
+    </message>
+    <message id="cloudSync.failure.notADocument">
+        <translation>Autre chose est arrivé à la place du fichier partagé, peut-être la page de connexion d’un réseau.</translation>
+    </message>
+    <message id="cloudSync.failure.tls">
+        <translation>Le certificat du serveur n’est pas fiable.</translation>
+    </message>
+    <message id="cloudSync.failure.timedOut">
+        <translation>L’emplacement du fichier partagé a mis trop de temps à répondre.</translation>
+    </message>
+    <message id="cloudSync.failure.tooLarge">
+        <translation>Le fichier partagé serait trop volumineux.</translation>
+    </message>
+    <message id="cloudSync.failure.io">
+        <translation>Le fichier partagé n’a pas pu être lu ou écrit.</translation>
+    </message>
+    <message id="cloudSync.failure.heldBack">
+        <translation>Une modification d’un autre ordinateur supprimerait de nombreux éléments. Décidez d’abord à son sujet.</translation>
+    </message>
+    <message id="cloudSync.failure.noSnapshot">
+        <translation>Aucun instantané n’a pu être conservé ; rien n’a donc été modifié.</translation>
+    </message>
+    <message id="cloudSync.passphraseLabel">
+        <translation>Orvelle : phrase secrète du fichier partagé</translation>
+    </message>
+    <message id="cloudSync.keyringLabel">
+        <translation>Orvelle : mot de passe du serveur de synchronisation</translation>
+    </message>
+    <message id="cloudSync.placeNotStored">
+        <translation>L’emplacement n’a pas pu être enregistré dans les réglages.</translation>
     </message>
 </context>
 </TS>

@@ -25,6 +25,7 @@ class LinkStore;
 class Notifications;
 class SecretStore;
 class SnapshotStore;
+class SyncRunner;
 class UserDefaults;
 struct PreparedImport;
 
@@ -59,6 +60,7 @@ struct HeldBackChange {
     QString device; ///< who wrote it
     MassRemoval removal;
     SyncAnalysis analysis;
+    bool isLoad = false; ///< accepting it replaces all that is here, instead of merging
 };
 
 struct CloudSyncError {
@@ -95,6 +97,8 @@ public:
         Clock &clock;
         SnapshotStore &snapshots;
         SecretStore &secrets;
+        /// Where slow work is done; null for a thread of its own.
+        SyncRunner *runner = nullptr;
     };
 
     static constexpr std::chrono::milliseconds uploadDelay{5000};
@@ -106,10 +110,23 @@ public:
     static constexpr std::chrono::milliseconds placeholderTimeout{60000};
     static constexpr std::chrono::milliseconds notVisibleTimeout{15000};
 
+    /// How often an upload begins again at once when another machine was faster.
+    static constexpr int maxAttempts = 8;
+    /// The longest pause between two attempts after failures; they double from
+    /// uploadDelay on.
+    static constexpr std::chrono::milliseconds longestRetryDelay{300000};
+
     static QString autoSyncEnabledBaseKey() { return QStringLiteral("orvelle_autoSyncEnabled"); }
     static QString cloudSyncBookmarkBaseKey() { return QStringLiteral("orvelle_iCloudSyncBookmark"); }
     static QString lastSyncDateBaseKey() { return QStringLiteral("orvelle_iCloudLastSyncDate"); }
     static QString lastWrittenChecksumBaseKey() { return QStringLiteral("orvelle_lastWrittenChecksum"); }
+    /// The checksum covers the links alone, so that a change of settings would
+    /// never be uploaded by it: this is the digest over both.
+    static QString lastWrittenContentBaseKey() { return QStringLiteral("orvelle_lastWrittenContent"); }
+    static QString syncBaseBaseKey() { return QStringLiteral("orvelle_syncBase"); }
+    static QString encryptedBaseKey() { return QStringLiteral("orvelle_syncEncrypted"); }
+    static QString guardEnabledKey() { return QStringLiteral("SyncGuardEnabled"); }
+    static QString passphraseSecret() { return QStringLiteral("sync-passphrase"); }
 
     explicit CloudSync(const Services &services, QObject *parent = nullptr);
     ~CloudSync() override;
@@ -151,6 +168,10 @@ public:
     /// Replaces the tree and the settings by the file's; a snapshot is taken.
     void loadFromCloud(Done completion);
     void disableCloudSync();
+    /// A file that earlier versions kept in a place of the user's choice: it
+    /// comes into the container when the monitoring starts.
+    bool hasCloudSyncBookmark() const;
+    void clearCloudSyncBookmark();
 
     // A change that was held back.
     bool isGuardEnabled() const;

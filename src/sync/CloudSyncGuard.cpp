@@ -1,0 +1,98 @@
+#include "links/ExchangeDocument.h"
+#include "links/LinkStore.h"
+#include "platform/UserDefaults.h"
+#include "sync/CloudSyncPrivate.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle {
+
+bool CloudSync::isGuardEnabled() const
+{
+    return m_d->guardEnabled();
+}
+
+bool CloudSync::Private::guardEnabled() const
+{
+    return s.defaults.get<bool>(guardEnabledKey()).value_or(true);
+}
+
+void CloudSync::setGuardEnabled(bool enabled)
+{
+    Private &d = *m_d;
+    if (enabled == d.guardEnabled())
+        return;
+    if (const auto stored = d.s.defaults.write(guardEnabledKey(), enabled); !stored)
+        qCWarning(lcCloudSync).noquote() << "Could not store the guard's switch:" << stored.error().detail;
+}
+
+std::optional<HeldBackChange> CloudSync::heldBack() const
+{
+    return m_d->held ? std::optional(m_d->held->change) : std::nullopt;
+}
+
+/// Nothing is stored of it: while the file stays as it is, each start comes to
+/// the same decision.
+bool CloudSync::Private::holdsBack(const DocumentPtr &document, const SyncMergeInput &input,
+                                   const SyncMergeOutcome &outcome)
+{
+    if (!outcome.massRemoval || !guardEnabled() || accepted == document->versionId)
+        return false;
+    hold(document, *outcome.massRemoval, input.local, false);
+    return true;
+}
+
+void CloudSync::Private::hold(const DocumentPtr &document, const MassRemoval &removal, const LinkList &local,
+                              bool isLoad)
+{
+    const ExportData &written = *document->content.document;
+    const bool sameAsBefore = held && held->document->versionId == document->versionId;
+    if (!sameAsBefore)
+        qCWarning(lcCloudSync) << "Held back: a change would remove" << removal.removed << "of" << removal.of;
+    held = Held{{written.lastModifiedBy.value_or(QString()), removal,
+                 analyzeSyncChanges(local, document->content.items, written.exportDate), isLoad},
+                document};
+    deferred = deferred || uploadTimer;
+    cancelPending();
+    announce();
+    if (!sameAsBefore)
+        emit s.notifications.syncStatusChanged();
+}
+
+void CloudSync::Private::release()
+{
+    held.reset();
+    accepted.clear();
+    rejected.clear();
+}
+
+void CloudSync::acceptHeldBack()
+{
+    Private &d = *m_d;
+    if (!d.held)
+        return;
+    const Private::Held taken = *std::exchange(d.held, std::nullopt);
+    d.accepted = taken.document->versionId;
+    if (!taken.change.isLoad) {
+        d.check(false);
+    } else if (const auto loaded = d.replaceBy(taken.document); !loaded) {
+        SyncProblem why;
+        why.sentence = loaded.error().description;
+        d.setProblem(why);
+    }
+    d.announce();
+}
+
+void CloudSync::rejectHeldBack()
+{
+    Private &d = *m_d;
+    if (!d.held)
+        return;
+    const Private::Held taken = *std::exchange(d.held, std::nullopt);
+    if (!taken.change.isLoad)
+        d.rejected = taken.document->versionId;
+    d.check(false);
+    d.announce();
+}
+
+} // namespace orvelle

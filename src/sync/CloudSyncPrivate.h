@@ -1,0 +1,264 @@
+#pragma once
+
+#include "base/Notifications.h"
+#include "links/LinkExchange.h"
+#include "links/LinkItem.h"
+#include "platform/Clock.h"
+#include "platform/UserDefaults.h"
+#include "services/DebugModeManager.h"
+#include "sync/CloudSync.h"
+#include "sync/SyncBase.h"
+#include "sync/SyncCipher.h"
+#include "sync/SyncDocument.h"
+#include "sync/SyncMergeJob.h"
+#include "sync/SyncRunner.h"
+
+#include <QLoggingCategory>
+#include <QPointer>
+
+namespace orvelle {
+
+Q_DECLARE_LOGGING_CATEGORY(lcCloudSync)
+
+/// Why the shared file could not be brought in step.
+struct SyncProblem {
+    QString sentence; ///< for the user
+    QString detail;   ///< for the log
+    std::optional<std::chrono::seconds> retryAfter = {};
+    bool needsUser = false; ///< trying again alone will not help
+    bool needsPassphrase = false;
+    bool missing = false; ///< there is no file
+    bool conflict = false;
+};
+SyncProblem problemOf(const CloudError &error);
+SyncProblem problemOf(const SyncDocumentError &error);
+
+/// Where a document that is handed in was read.
+enum class SyncSource { BackgroundCheck, SilentSave, ManualSave, ConflictCopy };
+QString logLabel(SyncSource source);
+
+struct CloudSync::Private {
+    Private(CloudSync *owner, const Services &given);
+
+    using DocumentPtr = std::shared_ptr<const SyncDocument>;
+    template<typename T>
+    using Then = std::function<void(const T &)>;
+    using ReadResult = Result<DocumentPtr, SyncProblem>;
+    /// How what is here stands to a document that was taken in.
+    struct Taken {
+        bool differs = false;   ///< it has not all that is here, or as it is here
+        bool reordered = false; ///< it has it in another order
+        bool heldBack = false;
+        std::optional<SyncProblem> problem = {};
+    };
+    struct Upload {
+        SyncSource source = SyncSource::SilentSave;
+        Done done;
+        int attempt = 0;
+        bool forced = false; ///< writes also what was written before
+        SyncResult result;
+        DocumentPtr remote; ///< what is replaced; null when there is no file
+        Taken taken;
+        // What is written, and what it was made of.
+        LinkExchange::Exported exported;
+        LinkList links;
+        std::optional<Timestamp> settings;
+        Timestamp exportedAt;
+    };
+    using UploadPtr = std::shared_ptr<Upload>;
+    struct Held {
+        HeldBackChange change;
+        DocumentPtr document;
+    };
+
+    // CloudSync.cpp: what is stored, and what is told.
+    QString key(const QString &base) const { return s.debugMode.key(base); }
+    QString fileName() const;
+    bool enabled() const;
+    bool available() const { return container && container->isAvailable(); }
+    bool active() const { return enabled() && available(); }
+    void store(const QString &base, const std::optional<DefaultsValue> &value);
+    void setLastWritten(const LinkExchange::Exported &exported);
+    void updateLastSyncDate();
+    std::shared_ptr<const SyncBase> base();
+    void setBase(const SyncBase &known);
+    void forgetBase();
+    SyncStatus status() const;
+    void announce();
+    void setProblem(const std::optional<SyncProblem> &now);
+    /// Drops what is under way: what comes back from it is not listened to.
+    void abandon();
+    /// Runs only while this lives and nothing was abandoned since.
+    template<typename F>
+    auto guarded(F function)
+    {
+        return [this, guard = QPointer<CloudSync>(q), begun = epoch, function = std::move(function)](auto &&...args) {
+            if (guard && begun == epoch)
+                function(std::forward<decltype(args)>(args)...);
+        };
+    }
+    template<typename T>
+    void onWorker(std::function<T()> work, std::function<void(T)> then)
+    {
+        auto value = std::make_shared<std::optional<T>>();
+        runner->run([value, work = std::move(work)] { value->emplace(work()); }, q,
+                    guarded([value, then = std::move(then)] { then(std::move(**value)); }));
+    }
+
+    // CloudSyncMonitor.cpp
+    void start();
+    void stop();
+    void watch();
+    void initialCheck();
+    void waitForDownload(std::chrono::milliseconds timeout, const Then<bool> &then);
+    void pollDownload(int left, const Then<bool> &then);
+    void initialDownload(std::chrono::milliseconds timeout);
+    void onGathered(int count);
+    void onChanged();
+    void check(bool polled);
+    void checkRead(const Result<CloudFile, CloudError> &result, bool polled);
+    void checked(const ReadResult &result, bool polled);
+    void checkTaken(const Taken &taken);
+    void checkFailed(const SyncProblem &why, bool polled);
+    void checkEnded();
+    void followUp(const Taken &taken);
+    /// A line that the poll would repeat for hours is said once at info level.
+    void sayOnce(bool polled, const QString &line);
+    void initialSyncDone();
+
+    // CloudSyncRead.cpp
+    bool isAsSeen(const CloudFile &file) const;
+    void decode(const CloudFile &file, const Then<ReadResult> &then);
+
+    // CloudSyncMerge.cpp
+    void take(const DocumentPtr &document, SyncSource source, bool quietly, const Then<Taken> &then);
+    bool isKnown(const DocumentPtr &document);
+    void compare(const DocumentPtr &document, const Then<Taken> &then);
+    void noteSeen(const SyncDocument &document, const LinkList &links);
+    void merge(const DocumentPtr &document, SyncSource source, const Then<Taken> &then);
+    struct Merged {
+        SyncMergeOutcome outcome;
+        QByteArray snapshot; ///< of the tree before
+        Taken taken;
+    };
+    Taken commit(const DocumentPtr &document, SyncSource source, const SyncMergeInput &input, const Merged &merged);
+    std::optional<SyncProblem> commitTree(const DocumentPtr &document, const SyncMergeInput &input,
+                                          const Merged &merged);
+    void noteTaken(const DocumentPtr &document, SyncSource source);
+    bool settingsAreNewer(const SyncDocument &document);
+
+    // CloudSyncCopies.cpp
+    void takeConflictCopies();
+    void takeNextCopy(QList<ConflictCopy> copies);
+    void copyTaken(const ConflictCopy &copy, const QList<ConflictCopy> &rest);
+
+    // CloudSyncSettings.cpp
+    std::optional<Timestamp> localSettingsModifiedAt() const;
+    void setLocalSettingsModifiedAt(const std::optional<Timestamp> &date);
+    void touchSettingsModifiedAt();
+    void applySyncSettings(const SyncDocument &document);
+
+    // CloudSyncUpload.cpp
+    void schedule(std::chrono::milliseconds delay);
+    void cancelPending();
+    void uploadDue();
+    void saveSilently();
+    void beginUpload(const UploadPtr &begun);
+    void attempt(const UploadPtr &begun);
+    void forceDownload(const std::function<void()> &then);
+    void uploadRead(const UploadPtr &begun, const ReadResult &result);
+    void exportFor(const UploadPtr &begun, const std::function<void()> &then);
+    void exported(const UploadPtr &begun);
+    bool needsWrite(const Upload &begun) const;
+    void write(const UploadPtr &begun, const QByteArray &bytes);
+    void written(const UploadPtr &begun, const Result<CloudFile, CloudError> &result);
+    void succeed(const UploadPtr &begun);
+    void fail(const UploadPtr &begun, CloudSyncError::Kind kind, const SyncProblem &why);
+    void finish(const UploadPtr &ended, const Result<SyncResult, CloudSyncError> &result);
+    void retryLater(const SyncProblem &why);
+
+    // CloudSyncGuard.cpp
+    bool guardEnabled() const;
+    bool holdsBack(const DocumentPtr &document, const SyncMergeInput &input, const SyncMergeOutcome &outcome);
+    void hold(const DocumentPtr &document, const MassRemoval &removal, const LinkList &local, bool isLoad);
+    void release();
+
+    // CloudSyncConfigure.cpp
+    using Loaded = Result<SyncResult, CloudSyncError>;
+    Loaded replaceBy(const DocumentPtr &document);
+    /// Reads the file for a command of the user's.
+    void readForUser(const Then<ReadResult> &then);
+    void migrateFromBookmarkIfNeeded();
+    void copyBookmarked(const QString &path);
+    void clearBookmark(const char *line);
+
+    // CloudSyncEncryption.cpp
+    bool encryptionOn() const;
+    using Asked = std::optional<SyncProblem>;
+    /// Makes `cipher` with the passphrase from the keyring, if there is one.
+    void withCipher(const Then<Asked> &then);
+    struct PassphraseChange;
+    using ChangePtr = std::shared_ptr<PassphraseChange>;
+    void passphraseRead(const ChangePtr &change, const Result<CloudFile, CloudError> &result);
+    void storePassphrase(const ChangePtr &change);
+    void writeAnew(Done done);
+
+    CloudSync *q;
+    Services s;
+    std::unique_ptr<SyncRunner> ownRunner;
+    SyncRunner *runner;
+    CloudContainer *container = nullptr;
+    std::vector<QMetaObject::Connection> connections;
+    int epoch = 0;
+
+    std::optional<Timestamp> lastSyncDate;
+    std::optional<QString> lastSyncedFromDevice;
+    QString lastWrittenChecksum;
+    QByteArray lastWrittenContent;
+    QString lastImportedHash;
+    std::optional<Timestamp> lastKnownSyncFileModDate;
+    std::optional<Timestamp> lastSyncCheckDate;
+    std::shared_ptr<const SyncBase> m_base;
+    bool baseLoaded = false;
+    /// The last version that held all that is here, and what was here then.
+    struct Seen {
+        QByteArray version;
+        LinkList links;
+        std::optional<Timestamp> settings;
+        bool own = false;
+    };
+    std::optional<Seen> seen;
+    QString polledLine;           ///< the last line of a poll
+    bool settingsTouched = false; ///< changed in this run and not written yet
+    QStringList unreadableCopies;
+    QString beingWritten; ///< a version whose write was begun, and perhaps done
+    std::optional<SyncBase> baseOfBeingWritten;
+
+    bool isCheckingSyncFile = false;
+    bool isMerging = false;
+    bool isInitialSyncComplete = false;
+    bool isMonitoring = false;
+    bool isApplyingRemoteSettings = false;
+    bool checkAgain = false;
+    bool deferred = false; ///< an upload that came before the first check
+    UploadPtr upload;
+    std::unique_ptr<Timer> pollTimer;
+    std::unique_ptr<Timer> uploadTimer;
+    std::optional<Timestamp> waitingSince; ///< changes here wait to be written
+    std::optional<Timestamp> retryAt;
+    std::optional<Timestamp> notBefore; ///< the place asked not to be asked earlier
+    int failures = 0;
+    int echoes = 0; ///< uploads in a row that no edit here had caused
+    std::optional<SyncProblem> problem;
+
+    std::optional<Held> held;
+    bool mustWrite = false; ///< the file has not all that is here, whatever was written last
+    QString accepted;       ///< the version that may remove much
+    QString rejected;       ///< the version that may remove nothing
+
+    std::shared_ptr<SyncCipher> cipher;
+    std::shared_ptr<SyncCipher> previousCipher; ///< until the file is written with the new passphrase
+    SyncStatus told;
+};
+
+} // namespace orvelle

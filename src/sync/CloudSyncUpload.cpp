@@ -1,0 +1,324 @@
+#include "base/Text.h"
+#include "links/ExchangeDocument.h"
+#include "links/LinkStore.h"
+#include "sync/CloudSyncPrivate.h"
+#include "sync/LinkMerge.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvelle {
+
+void CloudSync::scheduleAutoSync()
+{
+    Private &d = *m_d;
+    if (!d.active() || d.s.links.isAutoSyncingFromFile() || d.isApplyingRemoteSettings)
+        return;
+    d.echoes = 0;
+    if (d.held) {
+        d.deferred = true;
+        return;
+    }
+    d.schedule(uploadDelay);
+    d.announce();
+}
+
+void CloudSync::Private::schedule(std::chrono::milliseconds delay)
+{
+    const Timestamp now = s.clock.now();
+    Timestamp due = now + std::chrono::duration<double>(delay).count();
+    if (failures > 0 && retryAt)
+        due = std::max(due, *retryAt);
+    if (notBefore)
+        due = std::max(due, *notBefore);
+    if (!waitingSince || *waitingSince > now)
+        waitingSince = now;
+    const auto wait = std::chrono::milliseconds(qRound64((due - now) * 1000));
+    uploadTimer = s.clock.singleShot(wait, [this] {
+        uploadTimer.reset();
+        uploadDue();
+    });
+}
+
+void CloudSync::Private::cancelPending()
+{
+    uploadTimer.reset();
+}
+
+void CloudSync::Private::uploadDue()
+{
+    if (!active())
+        return;
+    if (!isInitialSyncComplete) {
+        qCInfo(lcCloudSync).noquote() << "AutoSync reporté — check initial pas encore terminé";
+        deferred = true;
+    } else if (isCheckingSyncFile || isMerging) {
+        schedule(uploadDelay);
+    } else {
+        saveSilently();
+    }
+    announce();
+}
+
+void CloudSync::Private::saveSilently()
+{
+    if (upload) {
+        qCInfo(lcCloudSync).noquote() << "Autosync silencieux déjà en cours — re-planification dans 5s";
+        q->scheduleAutoSync();
+        return;
+    }
+    if (held) {
+        deferred = true;
+        return;
+    }
+    beginUpload(std::make_shared<Upload>());
+}
+
+void CloudSync::saveToCloud(Done completion)
+{
+    Private &d = *m_d;
+    if (d.upload || d.isCheckingSyncFile || d.isMerging) {
+        constexpr std::chrono::milliseconds pause{100};
+        d.s.clock.after(pause, this, [this, completion] { saveToCloud(completion); });
+        return;
+    }
+    const auto upload = std::make_shared<Private::Upload>();
+    upload->source = SyncSource::ManualSave;
+    upload->done = completion;
+    if (!d.available() || d.held) {
+        const QString why =
+            d.held ? text("cloudSync.failure.heldBack"_text) : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});
+        d.s.clock.after(std::chrono::milliseconds(0), this, [completion, why] {
+            completion(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
+        });
+        return;
+    }
+    d.cancelPending();
+    d.beginUpload(upload);
+}
+
+void CloudSync::Private::beginUpload(const UploadPtr &begun)
+{
+    upload = begun;
+    announce();
+    if (begun->source == SyncSource::ManualSave || mustWrite) {
+        attempt(begun);
+        return;
+    }
+    exportFor(begun, [this, begun] {
+        const bool unchanged =
+            begun->exported.checksum == lastWrittenChecksum && begun->exported.contentDigest == lastWrittenContent;
+        if (unchanged)
+            finish(begun, begun->result);
+        else
+            attempt(begun);
+    });
+}
+
+void CloudSync::Private::attempt(const UploadPtr &begun)
+{
+    if (begun->attempt++ == maxAttempts) {
+        fail(begun, CloudSyncError::Kind::WriteFailed, problemOf(CloudError{CloudError::Kind::Conflict}));
+        return;
+    }
+    forceDownload([this, begun] {
+        container->read(fileName(), guarded([this, begun](const Result<CloudFile, CloudError> &result) {
+                            if (result)
+                                decode(*result, [this, begun](const ReadResult &read) { uploadRead(begun, read); });
+                            else
+                                uploadRead(begun, ReadResult(problemOf(result.error())));
+                        }));
+    });
+}
+
+/// A stale copy is never merged, if the place can do something about it.
+void CloudSync::Private::forceDownload(const std::function<void()> &then)
+{
+    if (container->downloadStatus(fileName()) == DownloadStatus::NotVisible) {
+        then();
+        return;
+    }
+    if (const auto evicted = container->evict(fileName()); !evicted)
+        qCInfo(lcCloudSync).noquote() << u"Éviction impossible (normal si pas dans iCloud): %1"_s.arg(
+            problemOf(evicted.error()).detail);
+    qCInfo(lcCloudSync).noquote() << "Fichier de synchro évincé, re-téléchargement forcé...";
+    waitForDownload(forcedDownloadTimeout, [then](bool downloaded) {
+        if (!downloaded)
+            qCInfo(lcCloudSync).noquote() << "Timeout lors du re-téléchargement forcé du fichier de synchro";
+        then();
+    });
+}
+
+void CloudSync::Private::uploadRead(const UploadPtr &begun, const ReadResult &result)
+{
+    if (!result && result.error().missing) {
+        begun->remote.reset();
+        begun->taken = {.differs = true};
+        exportFor(begun, [this, begun] { exported(begun); });
+        return;
+    }
+    if (!result) {
+        fail(begun, CloudSyncError::Kind::ReadFailed, result.error());
+        return;
+    }
+    begun->remote = *result;
+    take(*result, begun->source, false, [this, begun](const Taken &taken) {
+        begun->taken = taken;
+        if (taken.problem) {
+            fail(begun, CloudSyncError::Kind::ReadFailed, *taken.problem);
+        } else if (taken.heldBack) {
+            deferred = true;
+            finish(begun, CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
+        } else {
+            exportFor(begun, [this, begun] { exported(begun); });
+        }
+    });
+}
+
+void CloudSync::Private::exportFor(const UploadPtr &begun, const std::function<void()> &then)
+{
+    ExportData document = s.exchange.gatherDocument();
+    const auto known = base();
+    document.syncHistory = known ? known->documentHistory() : QString();
+    begun->settings = document.settingsModifiedAt;
+    begun->links = s.links.links();
+    begun->exportedAt = s.clock.now();
+    onWorker<LinkExchange::Exported>(
+        [document, links = begun->links, home = s.links.homeDirectory()] {
+            return LinkExchange::encodeDocument(document, links, home);
+        },
+        [begun, then](LinkExchange::Exported exported) {
+            begun->exported = std::move(exported);
+            then();
+        });
+}
+
+/// Whether the file has to be written at all. The order alone is no reason
+/// after another machine wrote, as each has its own.
+bool CloudSync::Private::needsWrite(const Upload &begun) const
+{
+    if (!begun.remote || begun.forced || begun.taken.differs || (encryptionOn() && !begun.remote->encrypted))
+        return true;
+    return begun.taken.reordered && begun.exported.checksum != lastWrittenChecksum;
+}
+
+void CloudSync::Private::exported(const UploadPtr &begun)
+{
+    if (!needsWrite(*begun)) {
+        succeed(begun);
+        return;
+    }
+    if (!encryptionOn()) {
+        write(begun, begun->exported.bytes);
+        return;
+    }
+    withCipher([this, begun](const std::optional<SyncProblem> &why) {
+        if (why) {
+            fail(begun, CloudSyncError::Kind::WriteFailed, *why);
+            return;
+        }
+        using Encrypted = Result<QByteArray, CipherError>;
+        onWorker<Encrypted>([cipher = cipher, plain = begun->exported.bytes] { return cipher->encrypt(plain); },
+                            [this, begun](Encrypted bytes) {
+                                if (bytes)
+                                    write(begun, *bytes);
+                                else
+                                    fail(begun, CloudSyncError::Kind::ExportFailed,
+                                         problemOf(CloudError{CloudError::Kind::Io}));
+                            });
+    });
+}
+
+void CloudSync::Private::write(const UploadPtr &begun, const QByteArray &bytes)
+{
+    if (bytes.size() > CloudContainer::maxFileBytes) {
+        fail(begun, CloudSyncError::Kind::ExportFailed, problemOf(CloudError{CloudError::Kind::TooLarge}));
+        return;
+    }
+    const auto known = base();
+    SyncBase next;
+    next.place = container->displayPath(fileName());
+    next.version = syncVersionId(begun->exported.bytes);
+    if (known)
+        next.history = joinedHistory({known->version}, known->history);
+    next.items = collectAllStableIds(begun->links);
+    next.since = begun->exportedAt;
+    beingWritten = next.version;
+    baseOfBeingWritten = next;
+    const QByteArray expected = begun->remote ? begun->remote->version : QByteArray();
+    container->write(fileName(), bytes, expected,
+                     guarded([this, begun](const Result<CloudFile, CloudError> &result) { written(begun, result); }));
+}
+
+void CloudSync::Private::written(const UploadPtr &begun, const Result<CloudFile, CloudError> &result)
+{
+    if (!result && result.error().kind == CloudError::Kind::Conflict) {
+        attempt(begun);
+        return;
+    }
+    if (!result) {
+        fail(begun, CloudSyncError::Kind::WriteFailed, problemOf(result.error()));
+        return;
+    }
+    beingWritten.clear();
+    previousCipher.reset();
+    setBase(*baseOfBeingWritten);
+    setLastWritten(begun->exported);
+    lastKnownSyncFileModDate = result->modifiedAt;
+    seen = {result->version, begun->links, begun->settings, true};
+    settingsTouched = settingsTouched && begun->settings != localSettingsModifiedAt();
+    succeed(begun);
+}
+
+void CloudSync::Private::succeed(const UploadPtr &begun)
+{
+    updateLastSyncDate();
+    mustWrite = false;
+    failures = 0;
+    retryAt.reset();
+    setProblem(std::nullopt);
+    waitingSince.reset();
+    if (uploadTimer) // edited since
+        waitingSince = s.clock.now();
+    finish(begun, begun->result);
+}
+
+void CloudSync::Private::fail(const UploadPtr &begun, CloudSyncError::Kind kind, const SyncProblem &why)
+{
+    if (kind == CloudSyncError::Kind::ReadFailed)
+        qCWarning(lcCloudSync).noquote() << "Autosync read failed:" << why.detail;
+    else
+        qCWarning(lcCloudSync).noquote() << "Autosync write failed:" << why.detail;
+    retryLater(why);
+    finish(begun, CloudSyncError{kind, why.sentence});
+    if (kind != CloudSyncError::Kind::ReadFailed)
+        emit s.notifications.syncUploadFailed();
+}
+
+void CloudSync::Private::retryLater(const SyncProblem &why)
+{
+    setProblem(why);
+    mustWrite = true;
+    if (!active())
+        return;
+    constexpr int mostDoublings = 6;
+    const auto delay = std::min(uploadDelay * (1 << std::min(failures, mostDoublings)), longestRetryDelay);
+    ++failures;
+    retryAt = s.clock.now() + std::chrono::duration<double>(delay).count();
+    if (notBefore)
+        retryAt = std::max(*retryAt, *notBefore);
+    schedule(uploadDelay);
+}
+
+void CloudSync::Private::finish(const UploadPtr &ended, const Result<SyncResult, CloudSyncError> &result)
+{
+    if (upload == ended)
+        upload.reset();
+    announce();
+    const QPointer<CloudSync> guard(q);
+    if (ended->done)
+        std::exchange(ended->done, nullptr)(result);
+    if (guard && !upload && std::exchange(checkAgain, false))
+        check(false);
+}
+
+} // namespace orvelle

@@ -1,0 +1,76 @@
+#include "sync/SyncBase.h"
+
+#include "base/Hash.h"
+#include "links/ExchangeDocument.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+namespace orvelle {
+
+namespace {
+
+constexpr qsizetype idLength = 16;
+constexpr quint32 storedForm = 1;
+
+} // namespace
+
+QString syncVersionId(const QByteArray &document)
+{
+    return sha256Hex(document).left(idLength);
+}
+
+QString SyncBase::documentHistory() const
+{
+    return joinedHistory({version}, history).join(QString());
+}
+
+QByteArray SyncBase::toBytes() const
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    QStringList sorted(items.begin(), items.end());
+    sorted.sort(); // equal values, equal bytes
+    stream << storedForm << place << version << history << since.seconds << sorted;
+    return qCompress(bytes, 1);
+}
+
+std::optional<SyncBase> SyncBase::fromBytes(const QByteArray &bytes)
+{
+    const QByteArray plain = qUncompress(bytes);
+    QDataStream stream(plain);
+    stream.setVersion(QDataStream::Qt_6_4);
+    quint32 form = 0;
+    SyncBase base;
+    QStringList sorted;
+    stream >> form;
+    if (form != storedForm)
+        return std::nullopt;
+    stream >> base.place >> base.version >> base.history >> base.since.seconds >> sorted;
+    if (stream.status() != QDataStream::Ok)
+        return std::nullopt;
+    base.items = QSet<QString>(sorted.begin(), sorted.end());
+    return base;
+}
+
+std::optional<QStringList> documentHistory(const ExportData &document)
+{
+    if (!document.syncHistory)
+        return std::nullopt;
+    QStringList versions;
+    const qsizetype count = std::min(document.syncHistory->size() / idLength, SyncBase::maxHistory);
+    for (qsizetype i = 0; i < count; ++i)
+        versions += document.syncHistory->mid(i * idLength, idLength);
+    return versions;
+}
+
+QStringList joinedHistory(const QStringList &first, const QStringList &second)
+{
+    QStringList joined = first + second;
+    joined.removeDuplicates();
+    joined.resize(std::min(joined.size(), SyncBase::maxHistory));
+    return joined;
+}
+
+} // namespace orvelle
