@@ -231,5 +231,136 @@ TEST_F(PasteboardTest, GivesOtherProgramsWhatWasWritten)
     EXPECT_EQ(types().error().kind, PasteboardError::Kind::Refused) << "and empty is empty";
 }
 
+/// Asks for several forms in one request (ICCCM 2.6.2).
+class SeveralAtOnce
+{
+public:
+    SeveralAtOnce() : m_x(XcbConnection::open({})), m_window(xcb_generate_id(m_x->raw()))
+    {
+        const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(m_x->raw(), XCB_COPY_FROM_PARENT, m_window, m_x->root(), 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
+    }
+    /// The targets that were answered; the last is not one that can be.
+    QByteArrayList answered(const QByteArrayList &targets)
+    {
+        std::vector<quint32> pairs;
+        for (const QByteArray &each : targets)
+            pairs.insert(pairs.end(), {m_x->atom(each), m_x->atom("FOR " + each)});
+        xcb_change_property(m_x->raw(), XCB_PROP_MODE_REPLACE, m_window, m_x->atom("WANTED"), m_x->atom("ATOM_PAIR"),
+                            32, quint32(pairs.size()), pairs.data());
+        xcb_convert_selection(m_x->raw(), m_window, m_x->atom("CLIPBOARD"), m_x->atom("MULTIPLE"), m_x->atom("WANTED"),
+                              XCB_CURRENT_TIME);
+        xcb_flush(m_x->raw());
+        bool isTold = false;
+        EXPECT_TRUE(waitFor([&] {
+            while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_x->raw())})
+                isTold = isTold || (event->response_type & 0x7f) == XCB_SELECTION_NOTIFY;
+            return isTold;
+        }));
+        QByteArrayList result;
+        const auto told = m_x->numbers(m_window, m_x->atom("WANTED"));
+        for (std::size_t i = 0; i + 1 < told.size(); i += 2) {
+            if (told[i + 1] != XCB_ATOM_NONE)
+                result += targets.value(qsizetype(i / 2));
+        }
+        return result;
+    }
+    QByteArray content(const QByteArray &target)
+    {
+        const auto cookie =
+            xcb_get_property(m_x->raw(), 0, m_window, m_x->atom("FOR " + target), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024);
+        const XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_x->raw(), cookie, nullptr));
+        return reply ? QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                                  xcb_get_property_value_length(reply.get()))
+                     : QByteArray();
+    }
+
+private:
+    std::unique_ptr<XcbConnection> m_x;
+    xcb_window_t m_window;
+};
+
+TEST_F(PasteboardTest, GivesSeveralFormsInOneRequest)
+{
+    const qint64 before = pasteboard.changeCount();
+    pasteboard.write({{u"text/html"_s, "<b>h\xc3\xa9</b>"}, {u"text/plain"_s, "h\xc3\xa9"}});
+    ASSERT_TRUE(changes(before));
+    SeveralAtOnce program;
+    EXPECT_EQ(program.answered({"UTF8_STRING", "image/png", "STRING", "MULTIPLE", "text/html"}),
+              QByteArrayList({"UTF8_STRING", "STRING", "text/html"}));
+    EXPECT_EQ(program.content("UTF8_STRING"), "h\xc3\xa9");
+    EXPECT_EQ(program.content("STRING"), "h\xe9");
+    EXPECT_EQ(program.content("text/html"), "<b>h\xc3\xa9</b>");
+}
+
+/// The desktop's clipboard manager, as a program of its own.
+class ClipboardManagerProgram
+{
+public:
+    ClipboardManagerProgram()
+    {
+        m_process.start(QStringLiteral(CLIPBOARD_PROGRAM), {u"manager"_s});
+        EXPECT_TRUE(hasSaid("ready"));
+    }
+    ~ClipboardManagerProgram()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    bool hasSaid(const QByteArray &line)
+    {
+        return waitFor([&] {
+            m_said += m_process.readAllStandardOutput();
+            return m_said.split('\n').contains(line);
+        });
+    }
+
+private:
+    QProcess m_process;
+    QByteArray m_said;
+};
+
+TEST_F(PasteboardTest, HandsOverToTheClipboardManagerAtItsEnd)
+{
+    const QByteArray picture = manyBytes(megabyte);
+    ClipboardManagerProgram manager;
+    auto ending = std::make_unique<XcbPasteboard>(clock);
+    const qint64 before = pasteboard.changeCount();
+    ending->write({{u"image/png"_s, picture}, {u"text/plain"_s, "kept"}});
+    ASSERT_TRUE(changes(before));
+    EXPECT_EQ(pasted(u"UTF8_STRING"_s), "kept");
+    ending.reset();
+    EXPECT_TRUE(manager.hasSaid("saved 6")) << "a picture, and text in five forms";
+    EXPECT_EQ(pasted(u"UTF8_STRING"_s), "kept");
+    EXPECT_TRUE(pasted(u"image/png"_s) == picture);
+}
+
+TEST_F(PasteboardTest, EndsAtOnceWithoutAManagerAndSoonWithOneThatHangs)
+{
+    struct {
+        bool hasManager;
+        qint64 most; ///< milliseconds
+    } const cases[] = {{false, 500}, {true, 1900}};
+    const auto silent = XcbConnection::open({});
+    for (const auto &each : cases) {
+        if (each.hasManager) {
+            const xcb_window_t window = xcb_generate_id(silent->raw());
+            xcb_create_window(silent->raw(), XCB_COPY_FROM_PARENT, window, silent->root(), 0, 0, 1, 1, 0,
+                              XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+            xcb_set_selection_owner(silent->raw(), window, silent->atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
+            xcb_flush(silent->raw());
+        }
+        auto ending = std::make_unique<XcbPasteboard>(clock);
+        const qint64 before = pasteboard.changeCount();
+        ending->write({{u"text/plain"_s, "lost"}});
+        ASSERT_TRUE(changes(before));
+        QElapsedTimer passed;
+        passed.start();
+        ending.reset();
+        EXPECT_LT(passed.elapsed(), each.most) << each.hasManager;
+    }
+}
+
 } // namespace
 } // namespace orvelle::test
