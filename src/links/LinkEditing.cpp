@@ -77,7 +77,7 @@ void place(LinkList &links, const QSet<QUuid> &ids, const std::optional<QUuid> &
 {
     LinkList taken = takeItems(links, ids);
     for (LinkItem &item : taken)
-        item.modifiedAt = now;
+        item.modifiedAt = editDate(item.modifiedAt, now);
     insertInto(membersOf(links, toGroup), at, std::move(taken));
 }
 
@@ -103,6 +103,11 @@ bool couldTake(const GroupAbove &above, const LinkItem &item)
 }
 
 } // namespace
+
+Timestamp editDate(const std::optional<Timestamp> &present, Timestamp now)
+{
+    return present && *present > now ? *present + 1 : now;
+}
 
 QString logText(EditRefusal refusal)
 {
@@ -248,7 +253,7 @@ std::optional<EditRefusal> sortGroup(LinkList &links, const QUuid &groupId, Time
     LinkItem &group = listHolding(links, path)[path.last()];
     std::stable_sort(group.children->begin(), group.children->end(),
                      [&](const LinkItem &a, const LinkItem &b) { return collator.compare(a.name, b.name) < 0; });
-    group.modifiedAt = now;
+    group.modifiedAt = editDate(group.modifiedAt, now);
     return std::nullopt;
 }
 
@@ -311,7 +316,7 @@ std::optional<EditRefusal> changeEach(LinkList &links, const QList<QUuid> &ids,
         item.children = old.children;
         if (item.isGroup() != old.isGroup())
             item.type = old.type;
-        item.modifiedAt = now;
+        item.modifiedAt = editDate(old.modifiedAt, now);
         return item;
     });
     return any ? std::nullopt : std::optional(EditRefusal::NotFound);

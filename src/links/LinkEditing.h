@@ -13,6 +13,12 @@ namespace orvelle {
 // item: 0 at the top level. Each returns why it refused, or nothing when the
 // tree was changed; a refused edit leaves the tree as it was.
 
+/// The date of an edit made `now` of what was last edited at `present`: now,
+/// but where a clock that is ahead of ours dated it a second after that, so
+/// that an edit is always newer than what the user saw when making it. Whole
+/// seconds, as documents have no parts of one.
+Timestamp editDate(const std::optional<Timestamp> &present, Timestamp now);
+
 /// Why an edit was not done.
 enum class EditRefusal {
     NotFound,    ///< no such item or group

@@ -60,14 +60,14 @@ std::optional<EditRefusal> LinkStore::removeLinks(const QList<QUuid> &ids)
 
 bool LinkStore::updateLink(const LinkItem &item, bool touchModifiedAt)
 {
-    LinkItem stored = item;
-    if (touchModifiedAt)
-        stored.modifiedAt = m_services.clock.now();
-    return edit(Step::Ordinary, u"update"_s, [stored](LinkList &links) {
-        const LinkItem *old = findItem(links, stored.id);
+    const Timestamp now = m_services.clock.now();
+    return edit(Step::Ordinary, u"update"_s, [item, touchModifiedAt, now](LinkList &links) {
+        const LinkItem *old = findItem(links, item.id);
         if (!old)
             return false;
-        LinkItem fresh = stored;
+        LinkItem fresh = item;
+        if (touchModifiedAt)
+            fresh.modifiedAt = editDate(old->modifiedAt, now);
         // A copy that was taken before the picture came does not take it away.
         if (!fresh.faviconData && fresh.path == old->path)
             fresh.faviconData = old->faviconData;

@@ -2,7 +2,6 @@
 
 #include "links/LinkTree.h"
 #include "sync/Adoption.h"
-#include "sync/ItemDates.h"
 #include "sync/RebuiltList.h"
 
 #include <QHash>
@@ -13,7 +12,7 @@ namespace {
 
 /// What is known of the copies of one identity.
 struct Copies {
-    Timestamp newest = Timestamp::distantPast();
+    CountedDate newest;
     const LinkItem *text = nullptr; ///< the note with the newest text
     bool isRepeated = false;
     bool staysSomewhere = false; ///< a copy that may not vanish
@@ -25,7 +24,8 @@ class Deduplicator
 public:
     using MayVanish = std::function<bool(const LinkItem &)>;
 
-    Deduplicator(const LinkList &items, const MayVanish &mayVanish) : m_items(items), m_mayVanish(mayVanish)
+    Deduplicator(const LinkList &items, const MayVanish &mayVanish, const SaneDates &dates)
+        : m_items(items), m_mayVanish(mayVanish), m_dates(dates)
     {
         m_copies.reserve(countAll(items));
         scan(items);
@@ -59,9 +59,10 @@ private:
             const bool isFirst = m_copies.size() > before;
             copies.isRepeated = !isFirst;
             m_anyRepeated |= !isFirst;
-            if (isFirst || itemDate(item) > copies.newest)
-                copies.newest = itemDate(item);
-            if (item.type == LinkType::Note && (!copies.text || contentDate(item) > contentDate(*copies.text)))
+            if (isFirst || m_dates.itemDate(item) > copies.newest)
+                copies.newest = m_dates.itemDate(item);
+            if (item.type == LinkType::Note &&
+                (!copies.text || m_dates.contentDate(item) > m_dates.contentDate(*copies.text)))
                 copies.text = &item;
             if (item.children)
                 scan(*item.children);
@@ -83,7 +84,7 @@ private:
         RebuiltList out(list);
         for (const LinkItem &item : list) {
             Copies &copies = m_copies[item.stableId];
-            if (copies.isRepeated && (copies.isEmitted || itemDate(item) < copies.newest)) {
+            if (copies.isRepeated && (copies.isEmitted || m_dates.itemDate(item) < copies.newest)) {
                 out.drop();
                 leaveOut(item, route);
                 continue;
@@ -102,7 +103,7 @@ private:
     {
         std::optional<LinkItem> changed;
         const LinkItem *text = copies.text;
-        if (item.type == LinkType::Note && contentDate(*text) > contentDate(item)) {
+        if (item.type == LinkType::Note && m_dates.contentDate(*text) > m_dates.contentDate(item)) {
             changed = item;
             changed->noteContent = text->noteContent;
             changed->noteRTFData = text->noteRTFData;
@@ -130,7 +131,7 @@ private:
     {
         for (const LinkItem &item : members) {
             Copies &copies = m_copies[item.stableId];
-            if (copies.isEmitted || itemDate(item) < copies.newest || !copies.staysSomewhere) {
+            if (copies.isEmitted || m_dates.itemDate(item) < copies.newest || !copies.staysSomewhere) {
                 leaveOut(item, route);
                 continue;
             }
@@ -141,6 +142,7 @@ private:
 
     const LinkList &m_items;
     const MayVanish &m_mayVanish;
+    const SaneDates &m_dates;
     QHash<QStringView, Copies> m_copies; ///< by texts in m_items
     bool m_anyRepeated = false;
     std::vector<LeftOut> m_leftOut;
@@ -150,9 +152,9 @@ private:
 } // namespace
 
 LinkList deduplicate(const LinkList &items, std::optional<Timestamp> movedAt,
-                     const std::function<bool(const LinkItem &)> &mayVanish)
+                     const std::function<bool(const LinkItem &)> &mayVanish, const SaneDates &dates)
 {
-    return Deduplicator(items, mayVanish).run(movedAt);
+    return Deduplicator(items, mayVanish, dates).run(movedAt);
 }
 
 } // namespace orvelle

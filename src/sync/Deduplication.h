@@ -1,6 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "sync/SaneDates.h"
 
 #include <functional>
 
@@ -10,6 +11,6 @@ namespace orvelle {
 /// has, and for which `mayVanish` holds: they go with it. For `movedAt` see
 /// Orphanage::adoptInto().
 LinkList deduplicate(const LinkList &items, std::optional<Timestamp> movedAt,
-                     const std::function<bool(const LinkItem &)> &mayVanish);
+                     const std::function<bool(const LinkItem &)> &mayVanish, const SaneDates &dates = {});
 
 } // namespace orvelle

@@ -14,12 +14,19 @@ namespace orvelle {
 
 namespace {
 
+SaneDates datesFor(const MergeContext &context)
+{
+    return context.now ? SaneDates(context.exportDate, *context.now) : SaneDates();
+}
+
 class LinkMerge
 {
 public:
-    LinkMerge(const LinkList &remote, Timestamp exportDate, bool preferRemoteOrder, const MergeLog &log)
-        : m_remote(remote),
-          m_exportDate(exportDate),
+    LinkMerge(const LinkList &remote, const MergeContext &context, bool preferRemoteOrder, const MergeLog &log)
+        : m_dates(datesFor(context)),
+          m_remote(remote, m_dates),
+          m_exportDate(context.exportDate),
+          m_shared(context.shared),
           m_preferRemoteOrder(preferRemoteOrder),
           m_log(log),
           m_matched(static_cast<std::size_t>(m_remote.size())),
@@ -30,9 +37,10 @@ public:
     LinkList run(const LinkList &local)
     {
         const LinkList merged = mergeLevel(local, m_remote.root(), Orphanage::noRoute);
-        return deduplicate(m_orphans.adoptInto(merged, m_exportDate), m_exportDate, [this](const LinkItem &item) {
-            return mayBeDeleted(item) && m_remote.identity(item.stableId) < 0;
-        });
+        return deduplicate(
+            m_orphans.adoptInto(merged, m_exportDate), m_exportDate,
+            [this](const LinkItem &item) { return mayBeDeleted(item) && m_remote.identity(item.stableId) < 0; },
+            m_dates);
     }
 
 private:
@@ -94,7 +102,7 @@ private:
     std::optional<LinkItem> mergeItem(const LinkItem &local, int match, int route)
     {
         const LinkItem &remote = m_remote.item(match);
-        auto merged = mergePair(local, remote);
+        auto merged = mergePair(local, remote, m_dates);
         if (!hasMembers(local) && !hasMembers(remote))
             return merged;
         const LinkList mine = local.children.value_or(LinkList());
@@ -112,12 +120,18 @@ private:
         return item.isGroup() || (item.children && !item.children->isEmpty());
     }
 
-    bool mayBeDeleted(const LinkItem &item) const { return !m_preferRemoteOrder && creationDate(item) < m_exportDate; }
+    bool mayBeDeleted(const LinkItem &item) const
+    {
+        if (m_preferRemoteOrder || (m_shared && !m_shared->contains(item.stableId)))
+            return false;
+        const Timestamp created = creationDate(item);
+        return m_dates.isWrong(created) ? m_shared != nullptr : created < m_exportDate;
+    }
 
     /// Whether the item was moved there, but is newer here.
     bool isNewerThanElsewhere(const LinkItem &item, int identity) const
     {
-        return identity >= 0 && m_remote.newestDate(identity) < itemDate(item);
+        return identity >= 0 && m_remote.newestDate(identity) < m_dates.itemDate(item);
     }
 
     bool isGone(const LinkItem &item, int identity, Level level) const
@@ -144,8 +158,10 @@ private:
         }
     }
 
+    SaneDates m_dates;
     RemoteIndex m_remote;
     Timestamp m_exportDate;
+    const QSet<QString> *m_shared;
     bool m_preferRemoteOrder;
     const MergeLog &m_log;
     std::vector<bool> m_matched; ///< by position: merged with an item here
@@ -163,7 +179,13 @@ bool prefersRemoteOrder(const LinkList &local, Timestamp exportDate)
 LinkList autoMergeLinks(const LinkList &local, const LinkList &remote, Timestamp exportDate, bool preferRemoteOrder,
                         const MergeLog &log)
 {
-    return LinkMerge(remote, exportDate, preferRemoteOrder, log).run(local);
+    return LinkMerge(remote, {exportDate}, preferRemoteOrder, log).run(local);
+}
+
+LinkList autoMergeLinks(const LinkList &local, const LinkList &remote, const MergeContext &context, const MergeLog &log)
+{
+    const Timestamp latest = datesFor(context).count(latestItemDate(local)).counted;
+    return LinkMerge(remote, context, context.preferRemoteOrder.value_or(context.exportDate > latest), log).run(local);
 }
 
 QSet<QString> collectAllStableIds(const LinkList &from)

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include <functional>
+#include <optional>
 
 namespace orvelle {
 
@@ -16,6 +17,22 @@ using MergeLog = std::function<void(const QString &line)>;
 
 /// Whether a document written at `exportDate` is later than every item here.
 bool prefersRemoteOrder(const LinkList &local, Timestamp exportDate);
+
+/// What a machine knows besides the two lists.
+struct MergeContext {
+    Timestamp exportDate; ///< when the document was written
+    /// By the clock here: dates count as SaneDates says. Without it they count
+    /// as they stand.
+    std::optional<Timestamp> now = {};
+    /// The identities in the last document that was merged or written here;
+    /// null when that is not known. What is not among them was never in the
+    /// shared document, so nobody can have deleted it: it stays. What is among
+    /// them can be deleted also when its date of creation is wrong.
+    const QSet<QString> *shared = nullptr;
+    /// As prefersRemoteOrder() when absent. False where `shared` tells better
+    /// than dates what was deleted.
+    std::optional<bool> preferRemoteOrder = {};
+};
 
 /// The whole merge. Items are matched by `stableId`, list by list; the newer
 /// copy wins, ties stay with the local one, and so does a bookmark. An item
@@ -31,6 +48,10 @@ bool prefersRemoteOrder(const LinkList &local, Timestamp exportDate);
 ///
 /// "g[a b]" here with "g[b]" from there, a being old, gives "g[b]".
 LinkList autoMergeLinks(const LinkList &local, const LinkList &remote, Timestamp exportDate, bool preferRemoteOrder,
+                        const MergeLog &log);
+
+/// The same with what is known here.
+LinkList autoMergeLinks(const LinkList &local, const LinkList &remote, const MergeContext &context,
                         const MergeLog &log);
 
 /// Those of all items at all levels.

@@ -1,30 +1,29 @@
 #include "sync/PairMerge.h"
 
-#include "sync/ItemDates.h"
-
 namespace orvelle {
 
 namespace {
 
 /// Whose text the merged note has. Where only one side is a note, the other
 /// has none to compare with.
-const LinkItem &textSource(const LinkItem &merged, const LinkItem &local, const LinkItem &remote)
+const LinkItem &textSource(const LinkItem &merged, const LinkItem &local, const LinkItem &remote,
+                           const SaneDates &dates)
 {
     const bool oneSided = local.type != remote.type;
     if (oneSided && merged.type == LinkType::Note)
         return local.type == LinkType::Note ? local : remote;
-    return contentDate(remote) > contentDate(local) ? remote : local;
+    return dates.contentDate(remote) > dates.contentDate(local) ? remote : local;
 }
 
 } // namespace
 
-std::optional<LinkItem> mergePair(const LinkItem &local, const LinkItem &remote)
+std::optional<LinkItem> mergePair(const LinkItem &local, const LinkItem &remote, const SaneDates &dates)
 {
     const bool anyGroup = local.isGroup() || remote.isGroup();
     const bool anyNote = !anyGroup && (local.type == LinkType::Note || remote.type == LinkType::Note);
-    const bool takesRemote = itemDate(remote) > itemDate(local);
+    const bool takesRemote = dates.itemDate(remote) > dates.itemDate(local);
     const LinkItem &winner = takesRemote ? remote : local;
-    const LinkItem &text = anyNote ? textSource(winner, local, remote) : winner;
+    const LinkItem &text = anyNote ? textSource(winner, local, remote, dates) : winner;
     if (!takesRemote && &text == &winner)
         return std::nullopt;
     LinkItem merged = winner;

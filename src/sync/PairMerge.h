@@ -1,6 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "sync/SaneDates.h"
 
 #include <optional>
 
@@ -10,6 +11,6 @@ namespace orvelle {
 /// with the local bookmark, ties to the local one. The text of a note is
 /// chosen by itself, by its own date. Absent when that is the local copy as it
 /// stands.
-std::optional<LinkItem> mergePair(const LinkItem &local, const LinkItem &remote);
+std::optional<LinkItem> mergePair(const LinkItem &local, const LinkItem &remote, const SaneDates &dates = {});
 
 } // namespace orvelle

@@ -1,13 +1,12 @@
 #include "sync/RemoteIndex.h"
 
 #include "links/LinkTree.h"
-#include "sync/ItemDates.h"
 
 #include <algorithm>
 
 namespace orvelle {
 
-RemoteIndex::RemoteIndex(const LinkList &remote)
+RemoteIndex::RemoteIndex(const LinkList &remote, const SaneDates &dates) : m_dates(dates)
 {
     const auto count = static_cast<std::size_t>(countAll(remote));
     m_items.reserve(count);
@@ -61,16 +60,16 @@ void RemoteIndex::findRepeated()
         const int end = m_starts[at(identity) + 1];
         if (end - start < 2)
             continue;
-        Timestamp newest = Timestamp::distantPast();
+        CountedDate newest = m_dates.count(Timestamp::distantPast());
         for (int i = start; i < end; ++i) {
             const int position = m_positions[at(i)];
             const std::pair place{identity, m_parents[at(position)]};
             const auto best = m_repeated.find(place);
             if (best == m_repeated.end())
                 m_repeated.insert(place, position);
-            else if (itemDate(item(position)) > itemDate(item(*best)))
+            else if (m_dates.itemDate(item(position)) > m_dates.itemDate(item(*best)))
                 *best = position;
-            newest = std::max(newest, itemDate(item(position)));
+            newest = std::max(newest, m_dates.itemDate(item(position)));
         }
         m_repeatedDates.insert(identity, newest);
     }
@@ -97,12 +96,12 @@ bool RemoteIndex::isBelow(Level level, int identity) const
     return found != end && *found < level.end;
 }
 
-Timestamp RemoteIndex::newestDate(int identity) const
+CountedDate RemoteIndex::newestDate(int identity) const
 {
     const int start = m_starts[at(identity)];
     if (m_starts[at(identity) + 1] - start > 1)
         return m_repeatedDates.value(identity);
-    return itemDate(item(m_positions[at(start)]));
+    return m_dates.itemDate(item(m_positions[at(start)]));
 }
 
 } // namespace orvelle

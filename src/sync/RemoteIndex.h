@@ -1,6 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "sync/SaneDates.h"
 
 #include <QHash>
 
@@ -23,7 +24,7 @@ public:
     };
 
     /// `remote` outlives this.
-    explicit RemoteIndex(const LinkList &remote);
+    explicit RemoteIndex(const LinkList &remote, const SaneDates &dates = {});
 
     int size() const { return static_cast<int>(m_items.size()); }
     Level root() const { return {-1, 0, size()}; }
@@ -40,7 +41,7 @@ public:
     /// Whether a copy is in this list or anywhere below it.
     bool isBelow(Level level, int identity) const;
     /// The item date of the newest copy. The identity is not -1.
-    Timestamp newestDate(int identity) const;
+    CountedDate newestDate(int identity) const;
 
 private:
     static std::size_t at(int number) { return static_cast<std::size_t>(number); }
@@ -48,6 +49,7 @@ private:
     void sortByIdentity(const std::vector<int> &identities);
     void findRepeated();
 
+    SaneDates m_dates;
     std::vector<const LinkItem *> m_items;
     std::vector<int> m_parents;
     std::vector<int> m_ends;
@@ -58,7 +60,7 @@ private:
     std::vector<int> m_starts;
     /// Of identities that repeat: the newest position by identity and parent.
     QHash<std::pair<int, int>, int> m_repeated;
-    QHash<int, Timestamp> m_repeatedDates;
+    QHash<int, CountedDate> m_repeatedDates;
 };
 
 } // namespace orvelle

@@ -264,6 +264,13 @@ TEST(LinkEditing, RemovesAndChangesSeveral)
     EXPECT_EQ(nothing.refusal, EditRefusal::NotFound);
 }
 
+TEST(LinkEditing, AnEditIsNewerThanWhatWasSeen)
+{
+    EXPECT_EQ(editDate(std::nullopt, Timestamp{100}), Timestamp{100});
+    EXPECT_EQ(editDate(Timestamp{99.5}, Timestamp{100}), Timestamp{100});
+    EXPECT_EQ(editDate(Timestamp{500}, Timestamp{100}), Timestamp{501}) << "by a clock that is ahead of ours";
+}
+
 TEST(LinkEditing, WhatEntersTheTreeTakesNobodysIdentity)
 {
     const LinkList tree = treeFrom(u"a f[b]"_s);

@@ -1,5 +1,6 @@
 #include "ui/notes/NoteContent.h"
 
+#include "links/LinkEditing.h"
 #include "links/RtfReader.h"
 #include "links/RtfWriter.h"
 
@@ -39,8 +40,8 @@ void setNoteText(LinkItem &note, const RichText &text, Timestamp now)
 {
     note.noteContent = text.toPlainText();
     note.noteRTFData = text.isEmpty() ? std::nullopt : std::optional(writeRtf(text));
-    note.contentModifiedAt = now;
-    note.modifiedAt = now;
+    note.contentModifiedAt = editDate(note.contentModifiedAt ? note.contentModifiedAt : note.modifiedAt, now);
+    note.modifiedAt = editDate(note.modifiedAt, now);
 }
 
 } // namespace orvelle
