@@ -3,6 +3,8 @@
 #include "platform/UserDefaults.h"
 #include "platform/freedesktop/IcsCalendars.h"
 
+#include <QFileInfo>
+
 namespace orvelle {
 
 using namespace Qt::StringLiterals;
@@ -19,17 +21,25 @@ QString foldersKey()
 CalendarFolders::CalendarFolders(UserDefaults &defaults, IcsCalendars &store, QObject *parent)
     : QObject(parent), m_defaults(defaults), m_store(store)
 {
-    m_store.setFolders(folders());
+    m_store.setFolders(wanted());
     connect(&defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
         if (keys.contains(foldersKey()))
-            m_store.setFolders(folders());
+            m_store.setFolders(wanted());
     });
+}
+
+QStringList CalendarFolders::wanted() const
+{
+    const auto stored = m_defaults.get<QStringList>(foldersKey());
+    return stored ? *stored : IcsCalendars::usualFolders();
 }
 
 QStringList CalendarFolders::folders() const
 {
-    const auto stored = m_defaults.get<QStringList>(foldersKey());
-    return stored ? *stored : IcsCalendars::usualFolders();
+    QStringList shown = wanted();
+    if (!m_defaults.value(foldersKey()))
+        shown.removeIf([](const QString &each) { return !QFileInfo(each).isDir(); });
+    return shown;
 }
 
 void CalendarFolders::setFolders(const QStringList &folders)

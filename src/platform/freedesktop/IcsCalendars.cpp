@@ -46,9 +46,7 @@ IcsCalendars::~IcsCalendars()
 QStringList IcsCalendars::usualFolders()
 {
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    QStringList usual{QDir::homePath() + u"/.calendars"_s, data + u"/calendars"_s};
-    usual.removeIf([](const QString &each) { return !QFileInfo(each).isDir(); });
-    return usual;
+    return {QDir::homePath() + u"/.calendars"_s, data + u"/calendars"_s};
 }
 
 void IcsCalendars::endReading()
@@ -62,6 +60,7 @@ void IcsCalendars::endReading()
 void IcsCalendars::beginAnew()
 {
     endReading();
+    waitForMissing();
     // Watched before it is listed, so that no change is missed in between.
     m_index = std::make_shared<IcsIndex>(m_folders, m_own, [inotify = m_inotify](const QString &folder) {
         if (inotify >= 0 && inotify_add_watch(inotify, QFile::encodeName(folder).constData(), changes) < 0)
@@ -69,19 +68,44 @@ void IcsCalendars::beginAnew()
     });
 }
 
+QStringList IcsCalendars::presentFolders() const
+{
+    QStringList present = m_folders;
+    present.removeIf([](const QString &each) { return !QFileInfo(each).isDir(); });
+    return present;
+}
+
+void IcsCalendars::waitForMissing()
+{
+    m_present = presentFolders();
+    m_arrivals.reset();
+    if (m_inotify < 0 || m_present.size() == m_folders.size())
+        return;
+    QStringList missing = m_folders;
+    missing.removeIf([this](const QString &each) { return m_present.contains(each); });
+    m_arrivals = std::make_unique<FolderArrivals>(missing);
+    connect(m_arrivals.get(), &FolderArrivals::arrived, this, &IcsCalendars::beginAgain, Qt::QueuedConnection);
+}
+
+/// With other folders than until now.
+void IcsCalendars::beginAgain()
+{
+    beginAnew();
+    emit availabilityChanged();
+}
+
 void IcsCalendars::setFolders(const QStringList &folders)
 {
     if (folders == m_folders)
         return;
     m_folders = folders;
-    beginAnew();
-    emit availabilityChanged();
+    beginAgain();
     emit changed();
 }
 
 bool IcsCalendars::isAvailable() const
 {
-    return std::ranges::any_of(m_folders, [](const QString &each) { return QFileInfo(each).isDir(); });
+    return !presentFolders().isEmpty();
 }
 
 void IcsCalendars::requestAccess(std::function<void(const AccessAnswer &)> done)
@@ -133,6 +157,8 @@ void IcsCalendars::readNotices()
         any = true;
     if (!any)
         return;
+    if (presentFolders() != m_present)
+        return beginAgain();
     m_index->markChanged();
     emit changed();
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/CalendarStore.h"
+#include "platform/freedesktop/FolderArrivals.h"
 
-#include <QSocketNotifier>
 #include <QThreadPool>
 
 #include <memory>
@@ -13,7 +13,7 @@ class IcsIndex;
 
 /// The calendars in folders of `.ics` files (RFC 5545), also one file for each
 /// event and a folder for each calendar. Files are read beside the main
-/// thread; folders are watched by inotify.
+/// thread; folders are watched by inotify, also for their coming and going.
 class IcsCalendars : public CalendarStore
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     /// Waits for a reading that is under way, which is told to end.
     ~IcsCalendars() override;
 
-    /// Where calendars usually are when nobody said: the folders that exist.
+    /// Where calendars usually are when nobody said, whether that exists or not.
     static QStringList usualFolders();
 
     const QStringList &folders() const { return m_folders; }
@@ -41,13 +41,18 @@ public:
 private:
     void beginAnew();
     void endReading();
+    void waitForMissing();
+    void beginAgain();
     void readNotices();
+    QStringList presentFolders() const;
 
     QStringList m_folders;
     QStringList m_own;
-    int m_inotify = -1; ///< -1 while nobody watches
+    QStringList m_present; ///< those of the folders that were there when reading began
+    int m_inotify = -1;    ///< -1 while nobody watches
     std::unique_ptr<QSocketNotifier> m_notices;
-    std::shared_ptr<IcsIndex> m_index; ///< belongs to the reader while it runs
+    std::unique_ptr<FolderArrivals> m_arrivals; ///< while somebody watches
+    std::shared_ptr<IcsIndex> m_index;          ///< belongs to the reader while it runs
     QThreadPool m_reader;
 };
 

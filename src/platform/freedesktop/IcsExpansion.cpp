@@ -28,6 +28,21 @@ int countOf(const short (&list)[size])
     return static_cast<int>(std::find(list, list + size, ICAL_RECURRENCE_ARRAY_MAX) - list);
 }
 
+/// In days.
+int longestPeriod(icalrecurrencetype_frequency frequency)
+{
+    switch (frequency) {
+    case ICAL_YEARLY_RECURRENCE:
+        return 366;
+    case ICAL_MONTHLY_RECURRENCE:
+        return 31;
+    case ICAL_WEEKLY_RECURRENCE:
+        return 7;
+    default:
+        return 1;
+    }
+}
+
 /// Rules that would be searched for long, possibly in vain, are none that
 /// people make.
 bool isReasonable(const icalrecurrencetype &rule)
@@ -37,13 +52,23 @@ bool isReasonable(const icalrecurrencetype &rule)
     const int times = std::max(1, countOf(rule.by_hour)) * std::max(1, countOf(rule.by_minute)) *
                       std::max(1, countOf(rule.by_second));
     const bool days = countOf(rule.by_day) || countOf(rule.by_month_day) || countOf(rule.by_year_day) ||
-                      countOf(rule.by_week_no) || countOf(rule.by_month) || countOf(rule.by_set_pos);
+                      countOf(rule.by_week_no) || countOf(rule.by_month);
+    const bool timed = countOf(rule.by_hour) || countOf(rule.by_minute) || countOf(rule.by_second);
+    const int positions = countOf(rule.by_set_pos);
+    if (positions > 0 && !days && !timed)
+        return false;
+    // Positions that no period has are looked for in all that follow.
+    const auto isThere = [most = longestPeriod(rule.freq) * times](short position) {
+        return position != 0 && std::abs(int(position)) <= most;
+    };
+    if (!std::all_of(rule.by_set_pos, rule.by_set_pos + positions, isThere))
+        return false;
     switch (rule.freq) {
     case ICAL_SECONDLY_RECURRENCE:
         return false;
     case ICAL_MINUTELY_RECURRENCE:
     case ICAL_HOURLY_RECURRENCE:
-        return !days && times == 1;
+        return !days && positions == 0 && times == 1;
     default:
         return times <= mostTimesOfDay;
     }

@@ -67,7 +67,11 @@ bool isFlat(const QByteArray &block)
 
 bool isPlausible(const icaltimetype &time)
 {
-    return !icaltime_is_null_time(time) && icaltime_is_valid_time(time) && time.year >= 1600 && time.year <= 2500;
+    const bool isDay = time.month >= 1 && time.month <= 12 && time.day >= 1 &&
+                       time.day <= icaltime_days_in_month(time.month, time.year);
+    const bool isTime = time.is_date || (time.hour >= 0 && time.hour <= 23 && time.minute >= 0 && time.minute <= 59 &&
+                                         time.second >= 0 && time.second <= 60); // a leap second
+    return !icaltime_is_null_time(time) && time.year >= 1600 && time.year <= 2500 && isDay && isTime;
 }
 
 class EventReader

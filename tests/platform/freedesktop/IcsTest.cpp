@@ -1,5 +1,6 @@
 #include "platform/freedesktop/IcsCalendars.h"
 #include "platform/freedesktop/IcsSeries.h"
+#include "support/Hostile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -134,43 +135,26 @@ TEST_F(IcsTest, OccurrencesOfAWeekInSpring)
 
 TEST_F(IcsTest, HostileFilesEndSoon)
 {
-    QByteArray nested;
-    for (int i = 0; i < 100'000; ++i)
-        nested += "BEGIN:VEVENT\r\n";
-    const auto ruled = [](const QByteArray &rule) {
-        return calendar(event("SUMMARY:x\r\nDTSTART:20010101T000000Z\r\nRRULE:" + rule));
-    };
-    const QByteArray hostile[] = {
-        ruled("FREQ=SECONDLY"),
-        ruled("FREQ=SECONDLY;BYMONTH=2;BYMONTHDAY=30"),
-        ruled("FREQ=MINUTELY;BYMONTH=2;BYMONTHDAY=30"),
-        ruled("FREQ=MINUTELY"),
-        ruled("FREQ=HOURLY"),
-        ruled("FREQ=HOURLY;COUNT=2000000000"),
-        ruled("FREQ=DAILY;BYMONTH=2;BYMONTHDAY=30"),
-        ruled("FREQ=YEARLY;BYMONTH=2;BYMONTHDAY=30"),
-        ruled("FREQ=YEARLY;BYWEEKNO=53;BYDAY=MO;BYSETPOS=366"),
-        ruled("FREQ=DAILY;INTERVAL=0"),
-        ruled("FREQ=DAILY;INTERVAL=-5;COUNT=-1"),
-        ruled("nonsense"),
-        calendar(nested),
-        calendar(event("DTSTART:20260330T090000Z\r\nSUMMARY:" + QByteArray(8 << 20, 'x'))),
-        calendar(event("DTSTART;VALUE=DATE:99991231\r\nDTEND;VALUE=DATE:00000101")),
-        calendar(event("DTSTART:20260330T090000Z\r\nDURATION:P99999999999W")),
-        "BEGIN:VCALENDAR\r\nBEGIN:VTIMEZONE\r\nTZID:Z\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
-        "RRULE:FREQ=SECONDLY\r\nTZOFFSETFROM:+0000\r\nTZOFFSETTO:+0100\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n" +
-            event("SUMMARY:x\r\nDTSTART;TZID=Z:20260330T090000"),
-        QByteArray(1 << 20, '\0'),
-        QByteArray(1 << 20, '\xff'),
-    };
-    int number = 0;
-    for (const QByteArray &each : hostile) {
+    const auto check = [](const QString &name, const QByteArray &bytes) {
         QElapsedTimer timer;
         timer.start();
-        found(each, "2026-03-28T00:00:00Z", "2026-04-28T00:00:00Z");
-        EXPECT_LT(timer.elapsed(), 3000) << number;
-        ++number;
-    }
+        const qint64 from = utc("2026-03-28T00:00:00Z");
+        const qint64 to = utc("2026-04-28T00:00:00Z");
+        const QList<IcsSeries> read = parseIcs(bytes, {}, {});
+        EXPECT_EQ(read.isEmpty(), name.startsWith("bad-"_L1)) << name.toStdString();
+        QList<CalendarEvent> events;
+        for (const IcsSeries &each : read)
+            expandIcs(each, from, to, std::chrono::steady_clock::now() + std::chrono::seconds(5), events);
+        for (const CalendarEvent &each : std::as_const(events)) {
+            EXPECT_LE(each.start, each.end) << name.toStdString();
+            EXPECT_LT(each.start.unixSeconds(), static_cast<double>(to)) << name.toStdString();
+        }
+        EXPECT_LT(timer.elapsed(), 3000) << name.toStdString();
+    };
+    EXPECT_GT(forEachHostileFile(u"ics"_s, check), 40);
+    check(u"bad-8-mebibytes-in-a-line"_s,
+          calendar(event("DTSTART:20260330T090000Z\r\nSUMMARY:" + QByteArray(8 << 20, 'x'))));
+    check(u"bad-bytes"_s, QByteArray(1 << 20, '\xff'));
 }
 
 class IcsCalendarsTest : public IcsTest
@@ -230,6 +214,35 @@ TEST_F(IcsCalendarsTest, FoldersAreReadAndWatched)
     store.setFolders({});
     EXPECT_EQ(store.access(), CalendarStore::Access::Denied);
     EXPECT_EQ(titles(store), u"");
+}
+
+TEST_F(IcsCalendarsTest, FoldersComeAndGo)
+{
+    IcsCalendars store({folder.filePath(u"a/b/late"_s)});
+    int availabilities = 0;
+    QObject::connect(&store, &CalendarStore::availabilityChanged, [&] { ++availabilities; });
+    const auto waitForAvailability = [&] {
+        while (availabilities == 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        availabilities = 0;
+    };
+    store.setWatching(true);
+    EXPECT_EQ(store.access(), CalendarStore::Access::Denied);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(QDir(folder.path()).mkdir(u"a"_s));
+        QCoreApplication::processEvents(); // with and without a look at each step on the way
+        EXPECT_TRUE(QDir(folder.path()).mkpath(u"a/b/late"_s));
+        waitForAvailability();
+        EXPECT_EQ(store.access(), CalendarStore::Access::Granted);
+        EXPECT_EQ(titles(store), u"");
+        write(u"a/b/late/one.ics"_s, calendar(event("SUMMARY:one\r\nDTSTART:20260329T090000Z")));
+        waitForChange(store);
+        EXPECT_EQ(titles(store), u"one");
+        EXPECT_TRUE(QDir(folder.filePath(u"a"_s)).removeRecursively());
+        waitForAvailability();
+        EXPECT_EQ(store.access(), CalendarStore::Access::Denied);
+        EXPECT_EQ(titles(store), u"");
+    }
 }
 
 } // namespace
