@@ -5,6 +5,7 @@
 #include "menubar/QuickLaunchManager.h"
 #include "platform/freedesktop/BusNotifications.h"
 #include "platform/freedesktop/CanberraSounds.h"
+#include "platform/freedesktop/EvolutionCalendars.h"
 #include "platform/freedesktop/GioApplications.h"
 #include "platform/freedesktop/GioCalendarApplication.h"
 #include "platform/freedesktop/IcsCalendars.h"
@@ -14,6 +15,7 @@
 #include "platform/freedesktop/XcbPasteboard.h"
 #include "ui/settings/WidgetSection.h"
 #include "widgets/calendar/CalendarManager.h"
+#include "widgets/calendar/CombinedCalendars.h"
 #include "widgets/clipboard/ClipboardManager.h"
 #include "widgets/network/NetworkManager.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
@@ -71,7 +73,9 @@ private:
     XcbPasteboard m_pasteboard;
     ClipboardCache m_clipboardCache;
     GioApplications m_applications;
-    IcsCalendars m_calendars;
+    EvolutionCalendars m_serverCalendars;
+    IcsCalendars m_fileCalendars;
+    CombinedCalendars m_calendars{{&m_serverCalendars, &m_fileCalendars}};
     CalendarFolders m_calendarFolders;
     GioCalendarApplication m_calendarApplication;
 

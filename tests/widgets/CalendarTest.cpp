@@ -3,6 +3,7 @@
 #include "support/LogCapture.h"
 #include "widgets/WidgetWorld.h"
 #include "widgets/calendar/CalendarManager.h"
+#include "widgets/calendar/CombinedCalendars.h"
 #include "widgets/calendar/MeetingAddress.h"
 
 #include <gtest/gtest.h>
@@ -254,6 +255,69 @@ TEST_F(CalendarTest, ChangesByOthersAreTakenOverWithoutLoops)
     manager.setMenuBarOnly(true);
     EXPECT_TRUE(world.defaults.get<bool>(u"debug_CalendarMenuBarOnly"_s).value_or(false));
     EXPECT_EQ(world.syncable, 1);
+}
+
+TEST(CombinedCalendars, ListWhatSeveralKnowOnce)
+{
+    using Access = CalendarStore::Access;
+    const Zone zone("Europe/Paris");
+    FakeCalendarStore server;
+    FakeCalendarStore files;
+    CombinedCalendars both({&server, &files});
+    struct {
+        Access server;
+        Access files;
+        Access expected;
+    } const cases[] = {
+        {Access::Denied, Access::Granted, Access::Granted},
+        {Access::NotDetermined, Access::Granted, Access::Granted},
+        {Access::Denied, Access::NotDetermined, Access::NotDetermined},
+        {Access::Denied, Access::Denied, Access::Denied},
+    };
+    for (const auto &each : cases) {
+        server.present = each.server;
+        files.present = each.files;
+        EXPECT_EQ(both.access(), each.expected);
+    }
+    const auto known = [](const char *identifier, const char *title, const char *start) {
+        CalendarEvent made = event(title, start, "2026-03-25T20:00:00");
+        if (*identifier)
+            made.externalIdentifier = QString::fromLatin1(identifier);
+        return made;
+    };
+    CalendarEvent declined = known("c", "declined", "2026-03-25T12:00:00");
+    declined.isDeclined = true;
+    server.events = {known("a", "server", "2026-03-25T11:00:00"), known("", "nameless", "2026-03-25T11:00:00"),
+                     declined};
+    files.events = {known("a", "file", "2026-03-25T11:00:00"), known("a", "next", "2026-03-26T11:00:00"),
+                    known("", "nameless", "2026-03-25T11:00:00"), known("c", "goes", "2026-03-25T12:00:00")};
+    QStringList titles;
+    both.fetch(at("2026-03-25T00:00:00"), at("2026-03-27T00:00:00"), [&](const QList<CalendarEvent> &events) {
+        for (const CalendarEvent &each : events)
+            titles += each.title;
+    });
+    files.answer();
+    EXPECT_TRUE(titles.isEmpty()) << "the server has not answered yet";
+    server.answer();
+    EXPECT_EQ(titles.join(u' '), u"server nameless goes next nameless");
+    QList<CalendarStore::AccessAnswer> answers;
+    server.answerToRequest = {false, u"locked"_s};
+    for (const bool granted : {true, false}) {
+        files.answerToRequest = {granted, {}};
+        both.requestAccess([&](const CalendarStore::AccessAnswer &answer) { answers += answer; });
+        server.answer();
+        files.answer();
+    }
+    ASSERT_EQ(answers.size(), 2);
+    EXPECT_TRUE(answers[0].granted && answers[0].error.isEmpty());
+    EXPECT_FALSE(answers[1].granted);
+    EXPECT_EQ(answers[1].error, u"locked");
+    int changes = 0;
+    QObject::connect(&both, &CalendarStore::changed, [&] { ++changes; });
+    both.setWatching(true);
+    server.otherProgramChangesEvents();
+    files.otherProgramChangesEvents();
+    EXPECT_EQ(changes, 2);
 }
 
 TEST(MeetingAddress, IsFoundWhereverItIsWritten)
