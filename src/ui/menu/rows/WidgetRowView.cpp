@@ -10,6 +10,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <tuple>
 
 namespace orvelle {
 namespace {
@@ -107,10 +108,14 @@ QList<MenuRowButton *> WidgetRowView::shownButtons() const
 {
     QList<MenuRowButton *> buttons = findChildren<MenuRowButton *>();
     erase_if(buttons, [](const MenuRowButton *each) { return each->isHidden() || !each->isEnabled(); });
-    const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
-    std::ranges::sort(buttons, [rightToLeft](const MenuRowButton *a, const MenuRowButton *b) {
-        return rightToLeft ? a->x() > b->x() : a->x() < b->x();
-    });
+    // As one reads: line by line, and a button before one that is within it.
+    const int direction = layoutDirection() == Qt::RightToLeft ? -1 : 1;
+    const auto place = [this, direction](const MenuRowButton *each) {
+        const QRect area(each->mapTo(this, QPoint()), each->size());
+        return std::tuple(area.center().y() / lineHeight(), direction * (direction < 0 ? area.right() : area.left()),
+                          -area.width());
+    };
+    std::ranges::sort(buttons, {}, place);
     return buttons;
 }
 
