@@ -34,6 +34,12 @@ void Windows::openSettings()
     present(m_settings);
 }
 
+void Windows::openSyncSettings()
+{
+    openSettings();
+    m_settings->showTab(QStringLiteral("sync"));
+}
+
 void Windows::openQuickAdd(const std::optional<QUuid> &preselectedGroup)
 {
     if (!m_quickAdd)

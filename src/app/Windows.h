@@ -25,6 +25,7 @@ public:
     ~Windows() override;
 
     void openSettings() override;
+    void openSyncSettings() override;
     void openQuickAdd(const std::optional<QUuid> &preselectedGroup) override;
     /// With an address filled in unless it is empty, for the top level.
     void openQuickAdd(const QString &address);

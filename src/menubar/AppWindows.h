@@ -15,6 +15,8 @@ public:
     virtual ~AppWindows() = default;
 
     virtual void openSettings() = 0;
+    /// The settings at what they say of the synchronisation.
+    virtual void openSyncSettings() { openSettings(); }
     virtual void openQuickAdd(const std::optional<QUuid> &preselectedGroup) = 0;
     virtual void openNoteEditor(const QUuid &noteId) = 0;
     virtual void openTimerCustom() = 0;

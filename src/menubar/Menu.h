@@ -16,7 +16,7 @@ namespace orvelle {
 
 /// What choosing an entry does. A plain value; MenuBarManager carries it out.
 struct MenuAction {
-    enum class Kind { None, OpenLink, OpenSettings, Quit, QuickAdd, QuickNote };
+    enum class Kind { None, OpenLink, OpenSettings, Quit, QuickAdd, QuickNote, OpenSyncSettings };
     Kind kind = Kind::None;
     QUuid linkId; ///< for OpenLink
     friend bool operator==(const MenuAction &, const MenuAction &) = default;

@@ -194,6 +194,8 @@ void MenuBarManager::perform(const MenuAction &action)
         return m_services.windows.openQuickAdd(std::nullopt);
     case MenuAction::Kind::QuickNote:
         return createAndOpenQuickNote();
+    case MenuAction::Kind::OpenSyncSettings:
+        return m_services.windows.openSyncSettings();
     }
 }
 

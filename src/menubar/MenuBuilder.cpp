@@ -37,6 +37,7 @@ Menu MenuBuilder::buildMainMenu() const
     Menu menu;
     addLinks(menu);
     addWidgets(menu, true);
+    addSyncMark(menu);
     MenuEntry bottomRow;
     bottomRow.kind = MenuEntry::Kind::BottomRow;
     menu.entries += bottomRow;
@@ -49,6 +50,7 @@ Menu MenuBuilder::buildLinksOnlyMenu() const
     Menu menu;
     addLinks(menu);
     addWidgets(menu, false);
+    addSyncMark(menu);
     return menu;
 }
 
@@ -92,6 +94,16 @@ void MenuBuilder::addWidgets(Menu &menu, bool withMenuBarOnly) const
         entry.widget = type;
         menu.entries += entry;
     }
+}
+
+void MenuBuilder::addSyncMark(Menu &menu) const
+{
+    const QString title = m_jobs.syncNeedsUser();
+    if (title.isEmpty())
+        return;
+    MenuEntry mark = actionEntry(title, MenuAction::Kind::OpenSyncSettings, QStringLiteral("exclamationmark.cloud"));
+    mark.icon.color = nsColor(QStringLiteral("orange"));
+    menu.entries += mark;
 }
 
 QList<HostMenuEntry> hostMenuEntries(const Menu &menu)

@@ -16,8 +16,9 @@ class MenuBuilder
 public:
     MenuBuilder(const LinkStore &links, const WidgetOrderManager &widgetOrder, StartupJobs &jobs);
 
-    /// The tree, the enabled widgets, the bottom row. First lets sync, weather
-    /// and clipboard catch up, so that what it shows is current.
+    /// The tree, the enabled widgets, a mark when the synchronisation needs the
+    /// user, the bottom row. First lets sync, weather and clipboard catch up, so
+    /// that what it shows is current.
     Menu buildMainMenu() const;
     /// The same without the bottom row and without the widgets that want to be
     /// in the status item's menu only.
@@ -29,6 +30,7 @@ private:
     void letServicesCatchUp() const;
     void addLinks(Menu &menu) const;
     void addWidgets(Menu &menu, bool withMenuBarOnly) const;
+    void addSyncMark(Menu &menu) const;
 
     const LinkStore &m_links;
     const WidgetOrderManager &m_widgetOrder;

@@ -47,6 +47,10 @@ void writeEntry(JsonWriter &json, const MenuEntry &entry)
     json.boolean(entry.enabled);
     json.key("icon");
     json.string(entry.icon.symbol);
+    if (entry.action.kind == MenuAction::Kind::OpenSyncSettings) {
+        json.key("action");
+        json.string(QStringLiteral("openSyncSettings"));
+    }
     if (entry.tint) {
         json.key("tint");
         json.string(colorKey(*entry.tint));

@@ -2,6 +2,8 @@
 
 #include "menubar/WidgetType.h"
 
+#include <QString>
+
 namespace orvelle {
 
 /// What start-up and the opening menu ask of the widgets and services.
@@ -26,6 +28,10 @@ public:
     virtual void checkSyncIfNeeded() = 0;
     virtual void refreshWeatherIfNeeded() = 0;
     virtual void checkClipboardNow() = 0;
+
+    /// What the synchronisation needs the user for, as a short title; empty
+    /// while it needs nobody.
+    virtual QString syncNeedsUser() const { return {}; }
 
     /// While the menu is open.
     virtual void startLiveWidgets() = 0;

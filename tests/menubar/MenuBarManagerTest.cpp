@@ -50,6 +50,23 @@ TEST(Menu, WidgetsOfTheStatusItemStayOutOfTheMenuAtThePointer)
     }
 }
 
+TEST(Menu, MarksTheSynchronisationOnlyWhenItNeedsTheUser)
+{
+    Shell shell;
+    const qsizetype usual = shell.manager.buildMainMenu().entries.size();
+    shell.jobs.syncTitle = QStringLiteral("Passphrase needed");
+    const Menu menu = shell.manager.buildMainMenu();
+    ASSERT_EQ(menu.entries.size(), usual + 1);
+    const MenuEntry &mark = menu.entries.at(usual - 1);
+    EXPECT_EQ(mark.title, shell.jobs.syncTitle);
+    EXPECT_FALSE(mark.icon.symbol.isEmpty());
+    EXPECT_EQ(menu.entries.last().kind, MenuEntry::Kind::BottomRow);
+    EXPECT_TRUE(menuJson(menu).contains("openSyncSettings"));
+    shell.calls.clear();
+    shell.manager.perform(mark.action);
+    EXPECT_EQ(shell.calls, Calls{QStringLiteral("sync settings")});
+}
+
 TEST(Menu, PrintsRowsAsTheyAreDrawn)
 {
     struct Case {

@@ -26,6 +26,7 @@ public:
 
     QList<WidgetType> enabled;
     QList<WidgetType> menuBarOnly;
+    QString syncTitle;
 
     bool isWidgetEnabled(WidgetType widget) const override { return enabled.contains(widget); }
     bool isMenuBarOnly(WidgetType widget) const override { return menuBarOnly.contains(widget); }
@@ -37,6 +38,7 @@ public:
     void checkSyncIfNeeded() override { m_calls += QStringLiteral("sync"); }
     void refreshWeatherIfNeeded() override { m_calls += QStringLiteral("weather"); }
     void checkClipboardNow() override { m_calls += QStringLiteral("clipboard"); }
+    QString syncNeedsUser() const override { return syncTitle; }
     void startLiveWidgets() override { m_calls += QStringLiteral("live"); }
     void stopLiveWidgets() override { m_calls += QStringLiteral("still"); }
     void setupGlobalShortcut() override { m_calls += QStringLiteral("shortcut"); }
@@ -54,6 +56,7 @@ public:
     QUuid lastNote;
 
     void openSettings() override { m_calls += QStringLiteral("settings"); }
+    void openSyncSettings() override { m_calls += QStringLiteral("sync settings"); }
     void openQuickAdd(const std::optional<QUuid> &) override { m_calls += QStringLiteral("quick add"); }
     void openNoteEditor(const QUuid &id) override
     {

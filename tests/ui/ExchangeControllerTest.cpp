@@ -6,15 +6,18 @@
 #include "links/LinkCodec.h"
 #include "support/Outline.h"
 #include "ui/UiWorld.h"
+#include "ui/common/SyncPreviewView.h"
 #include "ui/exchange/BackgroundWork.h"
 #include "ui/exchange/ImportDialog.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSemaphore>
 #include <QTest>
+#include <QTreeView>
 
 #include <gtest/gtest.h>
 
@@ -185,9 +188,41 @@ TEST_F(ExchangeControllerTest, TakesDocumentsThatTheDesktopHandedOver)
 
     controller.performFileImport("[]", ExchangeImporter::Mode::ReplaceAll);
     EXPECT_EQ(nextAlert().style, Alert::Style::Warning);
-    controller.performFileSync(document("x"));
-    EXPECT_TRUE(nextAlert().informativeText.contains(u"synchronisation"));
     EXPECT_EQ(shown(), u"a g[b]");
+}
+
+TEST_F(ExchangeControllerTest, SynchronisesWithADocumentAfterShowingWhatChanges)
+{
+    controller.performFileSync(document("a g[b]"));
+    EXPECT_EQ(lines(nextAlert()), u"Nothing would change: both sides hold the same.");
+    world.alerts.userChooses(0);
+    EXPECT_EQ(lines(nextAlert()), u"Nothing changed.");
+    world.alerts.userChooses(0);
+    EXPECT_TRUE(isAsBefore());
+    EXPECT_TRUE(world.snapshots.list(false).isEmpty());
+
+    // "a" is not in the document, which is newer; "b" is there in no group.
+    controller.performFileSync(document("g[] b x"));
+    Alert asked = nextAlert();
+    EXPECT_EQ(asked.buttons.size(), 3);
+    EXPECT_EQ(asked.escapeButton, 1);
+    world.alerts.userChooses(1);
+    EXPECT_TRUE(isAsBefore());
+
+    // From the settings the changes are shown at once; "a" is to stay.
+    controller.openDropped({write("a.ovexport", document("g[b] x"))}, &window);
+    userChoosesMode(u"importSync"_s);
+    auto *sheet = nextDialog<SyncPreviewView>();
+    ASSERT_TRUE(sheet);
+    auto *model = sheet->findChild<QTreeView *>(u"syncChanges"_s)->model();
+    ASSERT_EQ(model->rowCount(), 2) << "new and removed";
+    EXPECT_TRUE(model->setData(model->index(1, 0), Qt::Unchecked, Qt::CheckStateRole));
+    sheet->findChild<QPushButton *>(u"syncApply"_s)->click();
+    EXPECT_EQ(lines(nextAlert()), u"Added: 1");
+    EXPECT_EQ(shown(), u"a g[b] x");
+    EXPECT_EQ(settings.menuletIcon, u"star") << "settings are not part of it";
+    EXPECT_TRUE(world.links.undo());
+    EXPECT_TRUE(isAsBefore());
 }
 
 TEST_F(ExchangeControllerTest, DoesNotUndoWhatCameAfterTheImport)

@@ -74,6 +74,8 @@ struct UiWorld {
     QStringList openedLinks;
     QStringList revealed;
     QStringList posted;
+    SyncControl *sync = nullptr; ///< what the settings are given
+    FakeFolderChooser folderChooser;
 
     UiWorld()
     {
@@ -88,24 +90,27 @@ struct UiWorld {
 
     SettingsServices settings()
     {
-        return {links,
-                defaults,
-                notifications,
-                widgetOrder,
-                debugMode,
-                snapshots,
-                favicons,
-                exchange,
-                windows,
-                alerts,
-                clock,
-                volumes,
-                [this](const LinkItem &item) { openedLinks += item.name; },
-                [this](const QString &path) { revealed += path; },
-                [](const QString &) {},
-                {QStringLiteral("1.2.3"), QStringLiteral("7"),
-                 QStringLiteral("/home/ada/.config/orvelle/settings.sqlite"),
-                 QStringLiteral("/home/ada/.local/share/orvelle/snapshots")}};
+        SettingsServices services{links,
+                                  defaults,
+                                  notifications,
+                                  widgetOrder,
+                                  debugMode,
+                                  snapshots,
+                                  favicons,
+                                  exchange,
+                                  windows,
+                                  alerts,
+                                  clock,
+                                  volumes,
+                                  [this](const LinkItem &item) { openedLinks += item.name; },
+                                  [this](const QString &path) { revealed += path; },
+                                  [](const QString &) {},
+                                  {QStringLiteral("1.2.3"), QStringLiteral("7"),
+                                   QStringLiteral("/home/ada/.config/orvelle/settings.sqlite"),
+                                   QStringLiteral("/home/ada/.local/share/orvelle/snapshots")}};
+        services.sync = sync;
+        services.folderChooser = &folderChooser;
+        return services;
     }
     NoteEditorServices notes()
     {

@@ -42,7 +42,10 @@ ExportData settingsNow(const ExchangeSettings &settings)
 } // namespace
 
 ExchangeController::ExchangeController(const Services &services, QObject *parent)
-    : QObject(parent), m_services(services), m_files(services.defaults, services.clock)
+    : QObject(parent),
+      m_services(services),
+      m_files(services.defaults, services.clock),
+      m_fileSync({services.links, services.alerts, services.clock})
 {
 }
 
@@ -145,9 +148,11 @@ void ExchangeController::performFileImport(const QByteArray &data, Mode mode)
         [this, importMode](const PreparedImport &prepared) { apply(prepared, importMode); });
 }
 
-void ExchangeController::performFileSync(const QByteArray &)
+void ExchangeController::performFileSync(const QByteArray &data)
 {
-    fail(text("import.sync"_text), text("import.syncNotYet"_text));
+    prepare(
+        nullptr, [data]() -> Result<QByteArray, FileError> { return data; },
+        [this](const PreparedImport &prepared) { m_fileSync.askWithSummary(prepared); });
 }
 
 void ExchangeController::prepare(QWidget *parent, const std::function<Result<QByteArray, FileError>()> &read,
@@ -174,7 +179,12 @@ void ExchangeController::prepare(QWidget *parent, const std::function<Result<QBy
 void ExchangeController::askForMode(const QString &fileName, const PreparedImport &prepared, const Window &window)
 {
     auto *dialog = new ImportDialog(fileName, prepared, window);
-    connect(dialog, &QDialog::accepted, this, [this, dialog, prepared] { apply(prepared, dialog->mode()); });
+    connect(dialog, &QDialog::accepted, this, [this, dialog, prepared, window] {
+        if (dialog->mode() == ImportMode::Sync)
+            m_fileSync.askWithPreview(prepared, window);
+        else
+            apply(prepared, dialog->mode());
+    });
     dialog->show();
     dialog->raise();
     dialog->activateWindow();
@@ -182,8 +192,6 @@ void ExchangeController::askForMode(const QString &fileName, const PreparedImpor
 
 void ExchangeController::apply(const PreparedImport &prepared, ImportMode mode)
 {
-    if (mode == ImportMode::Sync)
-        return performFileSync({});
     Before before{settingsNow(m_services.settings)};
     const auto result = m_services.exchange.importPrepared(prepared, mode);
     if (!result)

@@ -6,6 +6,7 @@
 #include "ui/common/ExchangeDialogs.h"
 #include "ui/common/ExchangeImporter.h"
 #include "ui/exchange/ExchangeFiles.h"
+#include "ui/exchange/FileSync.h"
 
 #include <QObject>
 #include <QPointer>
@@ -81,6 +82,7 @@ private:
 
     Services m_services;
     ExchangeFiles m_files;
+    FileSync m_fileSync;
 };
 
 } // namespace orvelle

@@ -25,12 +25,11 @@ struct Mode {
     TextKey title;
     TextKey description;
     const char *objectName;
-    bool available;
 };
 constexpr Mode modes[] = {
-    {ImportMode::Merge, "import.merge"_text, "import.mergeDesc"_text, "importMerge", true},
-    {ImportMode::Replace, "import.replaceAll"_text, "import.replaceAllDesc"_text, "importReplace", true},
-    {ImportMode::Sync, "import.sync"_text, "import.syncNotYet"_text, "importSync", false},
+    {ImportMode::Merge, "import.merge"_text, "import.mergeDesc"_text, "importMerge"},
+    {ImportMode::Replace, "import.replaceAll"_text, "import.replaceAllDesc"_text, "importReplace"},
+    {ImportMode::Sync, "import.sync"_text, "import.syncDesc"_text, "importSync"},
 };
 
 QLabel *wrapped(const QString &text, QWidget *parent)
@@ -115,7 +114,6 @@ void ImportDialog::addModes(QVBoxLayout *column)
     for (const Mode &mode : modes) {
         auto *button = new QRadioButton(text(mode.title), this);
         button->setObjectName(QString::fromLatin1(mode.objectName));
-        button->setEnabled(mode.available);
         button->setAccessibleDescription(text(mode.description));
         QFont font = button->font();
         font.setBold(true);

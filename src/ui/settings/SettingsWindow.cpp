@@ -105,6 +105,7 @@ public:
     void makeTabs();
     void makeShortcuts();
     void restoreState();
+    void showTab(const QString &name);
     void showDebugMode();
 
     void switchTab(int by)
@@ -166,7 +167,11 @@ void SettingsWindow::Private::restoreState()
     window->resize(firstSize.boundedTo(window->screen()->availableSize() * 0.95));
     if (const auto geometry = services.defaults.get<QByteArray>(geometryKey()))
         window->restoreGeometry(*geometry);
-    const QString name = services.defaults.get<QString>(tabKey()).value_or(QString());
+    showTab(services.defaults.get<QString>(tabKey()).value_or(QString()));
+}
+
+void SettingsWindow::Private::showTab(const QString &name)
+{
     for (int i = 0; i < tabs->count(); ++i) {
         if (tabs->widget(i)->objectName() == name)
             tabs->setCurrentIndex(i);
@@ -219,6 +224,11 @@ void SettingsWindow::showStatus(const QWidget *inside, const QString &text)
 {
     if (auto *window = qobject_cast<SettingsWindow *>(inside->window()))
         window->showStatus(text);
+}
+
+void SettingsWindow::showTab(const QString &name)
+{
+    m_p->showTab(name);
 }
 
 void SettingsWindow::showEvent(QShowEvent *event)

@@ -17,10 +17,14 @@ class Clock;
 class DebugModeManager;
 class ExchangeDialogs;
 class FaviconSettings;
+class FolderChooser;
 class GlobalShortcut;
+class LaunchAtLoginManager;
 class LinkStore;
 class Notifications;
 class SnapshotStore;
+class SyncControl;
+class UpdateManager;
 class UserDefaults;
 class Volumes;
 class WidgetOrderManager;
@@ -58,6 +62,14 @@ struct SettingsServices {
     WidgetSectionTable widgetSections = {};
     /// Null where there is none to be set.
     GlobalShortcut *shortcut = nullptr;
+    /// Null where nothing looks for updates.
+    UpdateManager *updates = nullptr;
+    /// Null where nothing can be started at login.
+    LaunchAtLoginManager *launchAtLogin = nullptr;
+    /// Null where nothing is kept in step.
+    SyncControl *sync = nullptr;
+    /// For the shared folder; null where there is none to ask.
+    FolderChooser *folderChooser = nullptr;
 };
 
 /// The settings: General, Widgets, Sync and About. Its objectName is
@@ -81,6 +93,8 @@ public:
     /// The same for a widget somewhere inside the window; a widget that is in
     /// no settings window says nothing.
     static void showStatus(const QWidget *inside, const QString &text);
+    /// "general", "widgets", "sync" or "about".
+    void showTab(const QString &name);
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -6,6 +6,7 @@
 #include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SnapshotSection.h"
+#include "ui/settings/SyncSection.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -60,7 +61,8 @@ SyncTab::SyncTab(const SettingsServices &services, QWidget *parent) : QWidget(pa
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(tabMargins());
     column->setSpacing(18);
-    // Keeping several machines in step gets its section here, above the copies.
+    if (services.sync)
+        column->addWidget(new SyncSection(services, this));
     column->addWidget(makeExchangeSection());
     column->addWidget(new SnapshotSection(services, this), 1);
 

@@ -8,7 +8,8 @@ class QGridLayout;
 
 namespace orvelle {
 
-/// Copies of the links: documents that come and go, and the snapshots.
+/// The links in other places: kept in step with other machines, documents that
+/// come and go, and the snapshots.
 class SyncTab : public QWidget
 {
     Q_OBJECT

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "sync/ContainerSettings.h"
+
+#include <QWidget>
+
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace orvelle {
+
+class FolderChooser;
+
+/// The choice of where the shared document is kept: a kind of place, and what
+/// has to be known of it. Only what belongs to the kind is shown.
+class SyncPlaceForm : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SyncPlaceForm(FolderChooser *folderChooser, QWidget *parent = nullptr);
+
+    /// Fills in what is stored; the password stays empty.
+    void showPlace(const SyncPlace &place);
+    /// As it is written there; not checked.
+    SyncPlace place() const;
+    /// Absent when none was typed.
+    std::optional<QString> password() const;
+    void clearPassword();
+
+    /// While something is tried, nothing can be changed.
+    void setBusy(bool busy);
+    /// What came of the test, or why the place is refused.
+    void showOutcome(bool good, const QString &sentence);
+
+signals:
+    void testWanted();
+    void configureWanted();
+
+private:
+    void addRows();
+    void addButtons();
+    void chooseFolder();
+    void edited();
+    void showRows();
+
+    FolderChooser *m_folderChooser;
+    QFormLayout *m_form;
+    QComboBox *m_kind;
+    QLineEdit *m_folder;
+    QPushButton *m_choose;
+    QLineEdit *m_server;
+    QLineEdit *m_user;
+    QLineEdit *m_password;
+    QPushButton *m_test;
+    QPushButton *m_configure;
+    QLabel *m_outcomeIcon;
+    QLabel *m_outcome;
+    QWidget *m_folderRow;
+    SyncPlace m_stored;
+};
+
+} // namespace orvelle
