@@ -28,6 +28,9 @@ Timestamp itemDate(const LinkItem &item)
 
 Timestamp contentDate(const LinkItem &note)
 {
+    const bool isBlank = note.noteContent.value_or(QString()).isEmpty() && !note.noteRTFData;
+    if (isBlank && !isKnown(note.contentModifiedAt))
+        return Timestamp::distantPast();
     return firstKnown(note.contentModifiedAt, note.modifiedAt);
 }
 

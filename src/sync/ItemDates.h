@@ -10,6 +10,8 @@ namespace orvelle {
 /// `modifiedAt`, else `createdAt`.
 Timestamp itemDate(const LinkItem &item);
 /// When a note's text last changed: `contentModifiedAt`, else `modifiedAt`.
+/// One that never had a text has no such date: renaming it must not win over a
+/// text that was written elsewhere.
 Timestamp contentDate(const LinkItem &note);
 Timestamp creationDate(const LinkItem &item);
 

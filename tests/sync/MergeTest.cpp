@@ -114,6 +114,13 @@ TEST(MergePair, ANotesTextIsChosenByItself)
     EXPECT_EQ(mergedPair(renamed, rewritten).name, u"new title");
     EXPECT_EQ(mergedPair(renamed, rewritten).bookmarkData, "here");
 
+    LinkItem blank = note;
+    blank.contentModifiedAt.reset();
+    blank.modifiedAt = Timestamp{9};
+    EXPECT_EQ(mergedPair(rewritten, blank).noteContent, u"new text"_s) << "there was no text that could be newer";
+    EXPECT_EQ(mergedPair(rewritten, blank).modifiedAt, Timestamp{9});
+    EXPECT_EQ(mergedPair(blank, rewritten).noteContent, u"new text"_s);
+
     LinkItem moved = renamed;
     LinkItem group = namedLink(u"g"_s);
     group.type = LinkType::Group;
