@@ -176,7 +176,10 @@ void FolderContainer::lookAt(const QString &name, std::function<void(const Look 
 
 void FolderContainer::startDownload(const QString &name)
 {
-    lookAt(name, [this, name](const Look &look) { learn(name, look); });
+    m_worker.run([this, name, files = m_files, watch = m_watch]() -> SerialWorker::Delivery {
+        watch->arm();
+        return [this, name, look = files->requestDownload(name)] { learn(name, look); };
+    });
 }
 
 void FolderContainer::startWatching(const QString &name)

@@ -19,10 +19,10 @@ namespace orvelle {
 /// tell is what that thread saw last; only the first look at a file is waited
 /// for, for moments.
 ///
-/// Nothing here can fetch or drop a sync client's local copy: startDownload()
-/// looks whether the client has done it, evict() is an error. Placeholders are
-/// recognised as Nextcloud's and ownCloud's clients make them, a file of the
-/// name and ".nextcloud" or ".owncloud", or one with their mark.
+/// Placeholders are recognised as Nextcloud's and ownCloud's clients make them,
+/// a file of the name and ".nextcloud" or ".owncloud", or one with their mark.
+/// startDownload() asks these clients for the content; with others, and to
+/// drop a local copy, there is nothing to ask: evict() is an error.
 class FolderContainer : public CloudContainer
 {
     Q_OBJECT

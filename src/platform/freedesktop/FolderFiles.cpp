@@ -2,7 +2,9 @@
 
 #include "platform/freedesktop/ConflictCopies.h"
 #include "platform/freedesktop/FolderMounts.h"
+#include "platform/freedesktop/SyncClientSocket.h"
 
+#include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
 
@@ -65,6 +67,8 @@ FolderFiles::FolderFiles(const QString &folder, QString machineName, std::shared
 
 Result<Descriptor, CloudError> FolderFiles::open() const
 {
+    if (!QDir::isAbsolutePath(m_folder))
+        return CloudError{Kind::Unavailable, u"no folder was chosen"_s, {}};
     const QByteArray path = QFile::encodeName(m_folder);
     if (isUnmounted(path))
         return CloudError{Kind::Unavailable, u"the folder's file system is not mounted"_s, {}};
@@ -111,6 +115,22 @@ FolderFiles::Look FolderFiles::look(const QString &name)
     result.status = statusOf(folder->get(), name, result.stamp.has_value());
     result.copies = conflictCopiesIn(folder->get(), name);
     return result;
+}
+
+FolderFiles::Look FolderFiles::requestDownload(const QString &name)
+{
+    const Look found = look(name);
+    if (found.status != DownloadStatus::Placeholder)
+        return found;
+    QStringList places{name};
+    if (!found.stamp)
+        places = placeholderNames(name);
+    for (const QString &each : places) {
+        const QString path = QDir::cleanPath(m_folder) + u'/' + each;
+        if (QFile::exists(path) && !askSyncClientToDownload(path))
+            qCInfo(lcFolder, "No sync client takes requests; its placeholder stays until the client downloads it");
+    }
+    return found;
 }
 
 Result<WholeFile, CloudError> FolderFiles::read(const QString &name)

@@ -32,6 +32,8 @@ public:
 
     /// With an empty name, at the folder alone.
     Look look(const QString &name);
+    /// The same, and asks the client of a placeholder for its content.
+    Look requestDownload(const QString &name);
     Result<WholeFile, CloudError> read(const QString &name);
     /// As CloudContainer::write(). Under a lock of this machine's processes and
     /// one of all machines; a version that a sync client, which knows neither,

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <linux/magic.h>
 #include <mntent.h>
@@ -67,8 +68,12 @@ bool isUnmounted(const QByteArray &path, const QByteArray &fstab, const QByteArr
 
 bool isUnmounted(const QByteArray &path)
 {
-    return isUnmounted(QDir::cleanPath(QFile::decodeName(path)).toUtf8(), contentOf("/etc/fstab"),
-                       contentOf("/proc/self/mountinfo"));
+    const QString asChosen = QFile::decodeName(path);
+    const QString behindLinks = QFileInfo(asChosen).canonicalFilePath();
+    const QByteArray fstab = contentOf("/etc/fstab");
+    const QByteArray mountInfo = contentOf("/proc/self/mountinfo");
+    return isUnmounted(QDir::cleanPath(asChosen).toUtf8(), fstab, mountInfo) ||
+           isUnmounted(behindLinks.toUtf8(), fstab, mountInfo);
 }
 
 QString fileSystemName(int file)

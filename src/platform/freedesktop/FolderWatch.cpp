@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace orvelle {
 
@@ -34,10 +35,11 @@ FolderWatch::FolderWatch(const QString &folder)
 bool FolderWatch::watch(const QString &folder)
 {
     const int added = ::inotify_add_watch(m_inotify.get(), QFile::encodeName(folder).constData(), changes);
-    if (added < 0 && errno != ENOENT && errno != ENOTDIR)
-        qCWarning(lcWatch, "The folder cannot be watched (%d)", errno);
-    if (added < 0)
+    if (added < 0) {
+        if (errno != ENOENT && errno != ENOTDIR && !std::exchange(m_saidWhy, true))
+            qCWarning(lcWatch, "The folder cannot be watched (%d)", errno);
         return false;
+    }
     // The same folder again keeps its watch.
     if (m_watched >= 0 && m_watched != added)
         ::inotify_rm_watch(m_inotify.get(), m_watched);
@@ -47,17 +49,18 @@ bool FolderWatch::watch(const QString &folder)
 
 void FolderWatch::arm()
 {
-    if (!m_inotify)
+    if (!m_inotify || !QDir::isAbsolutePath(m_folder))
         return;
-    QString path = m_folder;
-    while (!watch(path) && path != QDir::rootPath())
-        path = QFileInfo(path).path();
-    // What came between the failure below and the watch above told nobody.
-    for (QString nearer = m_folder; path != m_folder && nearer != path; nearer = QFileInfo(nearer).path()) {
-        if (QFileInfo(nearer).isDir() && watch(nearer)) {
-            path = nearer;
-            nearer = m_folder;
+    // Again when the next folder came before the watch above it: it told nobody.
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        QString below;
+        QString nearest = m_folder;
+        while (!watch(nearest) && nearest != QDir::rootPath()) {
+            below = nearest;
+            nearest = QFileInfo(nearest).path();
         }
+        if (below.isEmpty() || !QFileInfo(below).isDir())
+            return;
     }
 }
 

@@ -33,6 +33,7 @@ private:
     QString m_folder;
     Descriptor m_inotify;
     int m_watched = -1;
+    bool m_saidWhy = false;
 };
 
 } // namespace orvelle

@@ -4,6 +4,9 @@
 #include "platform/freedesktop/SystemClock.h"
 #include "support/CloudContainerContract.h"
 
+#include <QLocalServer>
+#include <QLocalSocket>
+
 namespace orvelle::test {
 
 namespace {
@@ -108,6 +111,32 @@ TEST_F(FolderContainerTest, theWatchTellsOfWhatConcernsTheFileAndOfNothingElse)
     folder.put(name, "theirs");
     EXPECT_TRUE(spinUntil([&] { return changes > 0; }));
     EXPECT_EQ(changes, 1) << "only their write, which came last";
+}
+
+TEST_F(FolderContainerTest, thePlaceholdersClientIsAskedForTheFile)
+{
+    const QTemporaryDir runtime;
+    ASSERT_TRUE(QDir(runtime.path()).mkdir(u"Nextcloud"_s));
+    const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    folder.put(name + u".nextcloud"_s, " ");
+    watch();
+    EXPECT_EQ(container.downloadStatus(name), DownloadStatus::Placeholder);
+    container.startDownload(name); // while no client runs
+    EXPECT_EQ(read().error().kind, Kind::NoData);
+
+    QLocalServer client;
+    ASSERT_TRUE(client.listen(runtime.filePath(u"Nextcloud/socket"_s)));
+    container.startDownload(name);
+    ASSERT_TRUE(spinUntil([&] { return client.hasPendingConnections(); }));
+    QLocalSocket *request = client.nextPendingConnection();
+    ASSERT_TRUE(spinUntil([&] { return request->canReadLine(); }));
+    EXPECT_EQ(request->readAll(), "MAKE_AVAILABLE_LOCALLY:" + folder.file(name).toUtf8() + ".nextcloud\n");
+    qputenv("XDG_RUNTIME_DIR", before);
+
+    QFile::rename(folder.file(name + u".nextcloud"_s), folder.file(name));
+    EXPECT_TRUE(spinUntil([&] { return container.downloadStatus(name) == DownloadStatus::Current; }));
+    EXPECT_GT(changes, 0);
 }
 
 TEST_F(FolderContainerTest, aFolderThatIsReplacedByAnotherIsWatchedThere)

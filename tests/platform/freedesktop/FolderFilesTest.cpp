@@ -161,6 +161,8 @@ TEST_F(FolderFilesTest, whatIsNoDocumentIsRefusedAndNeverReplaced)
         EXPECT_EQ(folder.names(), QStringList(name));
         ASSERT_EQ(::remove(pathOf().constData()), 0);
     }
+    EXPECT_EQ(FolderFiles({}, u"here"_s, time).read(name).error().kind, Kind::Unavailable);
+    EXPECT_EQ(FolderFiles(u"relative"_s, u"here"_s, time).write(name, "x", {}).error().kind, Kind::Unavailable);
     for (const QString &bad : {u"../x"_s, u"a/b"_s, u".."_s, QString(), QString(QChar(0)), QString(300, u'x')}) {
         EXPECT_EQ(files.read(bad).error().kind, Kind::Io);
         EXPECT_EQ(files.write(bad, "x", {}).error().kind, Kind::Io);
