@@ -33,6 +33,8 @@ public:
 
     /// `path` is without the query.
     void does(const QByteArray &path, Behaviour behaviour) { m_behaviours.insert(path, std::move(behaviour)); }
+    /// For every path that was not told of.
+    void doesElse(Behaviour behaviour) { m_otherwise = std::move(behaviour); }
     /// The bytes, and the end of the connection.
     void says(const QByteArray &path, const QByteArray &bytes)
     {
@@ -81,12 +83,15 @@ private:
         const QByteArray path = request.split(' ').value(1).split('?').first();
         if (const auto known = m_behaviours.constFind(path); known != m_behaviours.constEnd())
             (*known)(socket);
+        else if (m_otherwise)
+            m_otherwise(socket);
         else
             socket.write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
     }
 
     QTcpServer m_server;
     QHash<QByteArray, Behaviour> m_behaviours;
+    Behaviour m_otherwise;
 };
 
 } // namespace orvelle::test

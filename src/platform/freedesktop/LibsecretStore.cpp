@@ -112,6 +112,16 @@ public:
             return SecretError{SecretError::Kind::Unavailable, u"no session bus"_s};
         GError *error = nullptr;
         secret_service_disconnect();
+        const ObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancel(), &error));
+        if (!bus) {
+            SecretError reason = taken(error);
+            reason.kind = SecretError::Kind::Unavailable;
+            return reason;
+        }
+        if (g_dbus_connection_is_closed(bus.get()))
+            return SecretError{SecretError::Kind::Unavailable, u"the session bus is gone"_s};
+        // The program does not end with its bus.
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
         SecretService *service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancel(), &error);
         if (service != nullptr)
             return ObjectPtr<SecretService>(service);

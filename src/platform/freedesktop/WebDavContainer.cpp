@@ -158,7 +158,11 @@ void WebDavContainer::look(const QString &name, std::function<void(bool)> then)
 
 void WebDavContainer::startDownload(const QString &name)
 {
-    look(name, [this](bool news) {
+    if (m_downloading.contains(name))
+        return; // what was asked for is not here yet
+    m_downloading.insert(name);
+    look(name, [this, name](bool news) {
+        m_downloading.remove(name);
         if (news)
             emit changed();
     });

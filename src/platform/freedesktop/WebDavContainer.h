@@ -4,6 +4,7 @@
 #include "platform/freedesktop/WebDavRequests.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace orvelle {
 
@@ -83,6 +84,7 @@ private:
     bool m_isSafe;
     bool m_answers = true;
     mutable QHash<QString, Seen> m_seen;
+    QSet<QString> m_downloading;
     QString m_watched;
     quint64 m_watch = 0;
     std::unique_ptr<Timer> m_retry;

@@ -58,6 +58,7 @@ CloudFile WebDavFiles::write(const QString &name, const QByteArray &bytes, const
 {
     if (bytes.size() > CloudContainer::maxFileBytes)
         throw CloudError{Kind::TooLarge, u"more than is ever read"_s};
+    m_session.checkWrites();
     if (const auto done = tryWrite(name, bytes, expected))
         return *done;
     m_session.makeFolder(); // it went away since it was tried

@@ -170,6 +170,12 @@ std::optional<CloudError> WebDavRequests::pausedBy(Part part) const
     return why;
 }
 
+std::optional<CloudError> WebDavRequests::writesPaused() const
+{
+    const auto why = pausedBy(All);
+    return why ? why : pausedBy(Writes);
+}
+
 void WebDavRequests::pause(Part part, const CloudError &why, std::optional<std::chrono::seconds> asked)
 {
     Pause &pause = m_pauses[part];

@@ -56,6 +56,8 @@ public:
     ~WebDavRequests() override;
 
     void send(const WebDavRequest &request, Done done);
+    /// Why nothing may be written now.
+    std::optional<CloudError> writesPaused() const;
     /// The user asks, or gave another password: what we decided is forgotten,
     /// but not what the server asked for.
     void forgive();

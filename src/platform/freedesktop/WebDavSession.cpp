@@ -81,6 +81,13 @@ HttpResponse WebDavSession::send(const WebDavRequest &request)
     return *answer;
 }
 
+void WebDavSession::checkWrites()
+{
+    using Reason = std::optional<CloudError>;
+    if (const Reason why = ask<Reason>([this](auto done) { done(m_requests.writesPaused()); }))
+        throw *why;
+}
+
 void WebDavSession::wait(std::chrono::milliseconds time)
 {
     ask<bool>([this, time](auto done) { m_requests.clock().after(time, &m_requests, [done] { done(true); }); });

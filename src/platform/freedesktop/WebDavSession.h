@@ -25,6 +25,8 @@ public:
     void cancel();
 
     HttpResponse send(const WebDavRequest &request);
+    /// Throws while nothing may be written, so that what precedes a write is not sent in vain.
+    void checkWrites();
     void wait(std::chrono::milliseconds time);
     void holdLock(const QString &name, const QByteArray &token, std::chrono::seconds period);
     void releaseLock();
