@@ -4,9 +4,22 @@
 
 #include <QObject>
 
+#include <utility>
+
 namespace orvelle {
 
 class PowerEvents;
+
+/// Lets a failure that comes with every sample be said once, until it has ended.
+class FailureNotice
+{
+public:
+    /// Whether this is the first of its kind.
+    bool begins(bool fails) { return !std::exchange(m_fails, fails) && fails; }
+
+private:
+    bool m_fails = false;
+};
 
 /// When a widget that watches the machine samples: every 5 seconds while it is
 /// on, every second while the menu is open, not at all while the screens are

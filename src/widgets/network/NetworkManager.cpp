@@ -25,13 +25,12 @@ struct Previous {
 };
 
 /// A reading that failed counts as one without any bytes.
-NetworkReading readTotals(NetworkCounters &counters)
+NetworkReading readTotals(NetworkCounters &counters, FailureNotice &failure)
 {
     const auto reading = counters.read();
-    if (reading)
-        return *reading;
-    qCWarning(lcNetwork, "getifaddrs() failed");
-    return {};
+    if (failure.begins(!reading))
+        qCWarning(lcNetwork, "getifaddrs() failed");
+    return reading ? *reading : NetworkReading{};
 }
 
 } // namespace
@@ -57,8 +56,9 @@ BackgroundSampler::Job NetworkManager::makeJob()
 {
     // Only ever touched by the job, which runs one at a time.
     auto previous = std::make_shared<std::optional<Previous>>();
-    return [this, &counters = m_services.counters, previous](double seconds) -> BackgroundSampler::Deliver {
-        const Previous now{readTotals(counters), seconds};
+    auto failure = std::make_shared<FailureNotice>();
+    return [this, &counters = m_services.counters, previous, failure](double seconds) -> BackgroundSampler::Deliver {
+        const Previous now{readTotals(counters, *failure), seconds};
         const auto before = std::exchange(*previous, now);
         if (!before || seconds <= before->seconds)
             return {};

@@ -26,34 +26,40 @@ double since(quint64 before, quint64 now)
     return now > before ? static_cast<double>(now - before) : 0;
 }
 
-double fetchCPUUsage(const HostStatistics &host, std::optional<CpuTicks> &previous)
+/// What is carried from one sample to the next.
+struct Memory {
+    std::optional<CpuTicks> ticks;
+    FailureNotice cpuFailure;
+    FailureNotice memoryFailure;
+    FailureNotice diskFailure;
+};
+
+double fetchCPUUsage(const HostStatistics &host, Memory &before)
 {
     const auto ticks = host.cpuTicks();
-    if (!ticks) {
+    if (before.cpuFailure.begins(!ticks))
         qCWarning(lcSystemInfo, "Failed to get CPU info: %d", ticks.error());
+    if (!ticks)
         return 0;
-    }
-    const double load = previous ? cpuLoad(*previous, *ticks) : 0;
-    previous = *ticks;
+    const double load = before.ticks ? cpuLoad(*before.ticks, *ticks) : 0;
+    before.ticks = *ticks;
     return load;
 }
 
-Capacity fetchRAMInfo(const HostStatistics &host)
+Capacity fetchRAMInfo(const HostStatistics &host, Memory &before)
 {
     const auto memory = host.memory();
-    if (memory)
-        return *memory;
-    qCWarning(lcSystemInfo, "Failed to get RAM info: %d", memory.error());
-    return {};
+    if (before.memoryFailure.begins(!memory))
+        qCWarning(lcSystemInfo, "Failed to get RAM info: %d", memory.error());
+    return memory ? *memory : Capacity{};
 }
 
-Capacity fetchDiskInfo(const HostStatistics &host)
+Capacity fetchDiskInfo(const HostStatistics &host, Memory &before)
 {
     const auto volume = host.volume(u"/"_s);
-    if (volume)
-        return *volume;
-    qCWarning(lcSystemInfo, "Failed to get disk info: %s", std::strerror(volume.error()));
-    return {};
+    if (before.diskFailure.begins(!volume))
+        qCWarning(lcSystemInfo, "Failed to get disk info: %s", std::strerror(volume.error()));
+    return volume ? *volume : Capacity{};
 }
 
 } // namespace
@@ -85,12 +91,12 @@ void SystemInfoManager::follow(bool enabled)
 BackgroundSampler::Job SystemInfoManager::makeJob()
 {
     // Only ever touched by the job, which runs one at a time.
-    auto previousCPUTicks = std::make_shared<std::optional<CpuTicks>>();
-    return [this, &host = m_services.host, previousCPUTicks](double) -> BackgroundSampler::Deliver {
+    auto before = std::make_shared<Memory>();
+    return [this, &host = m_services.host, before](double) -> BackgroundSampler::Deliver {
         SystemInfoData data;
-        data.cpuUsage = fetchCPUUsage(host, *previousCPUTicks);
-        const Capacity memory = fetchRAMInfo(host);
-        const Capacity disk = fetchDiskInfo(host);
+        data.cpuUsage = fetchCPUUsage(host, *before);
+        const Capacity memory = fetchRAMInfo(host, *before);
+        const Capacity disk = fetchDiskInfo(host, *before);
         data.freeRAM = memory.free;
         data.totalRAM = memory.total;
         data.freeDisk = disk.free;
