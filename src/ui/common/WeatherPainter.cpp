@@ -30,10 +30,10 @@ struct Shape {
 /// In the order of WeatherDisplayStyle.
 constexpr std::array<Shape, 5> shapes{{
     {22, 0, 0, 18, true, false, false},
-    {18, 26, 13, 16, true, false, false},
+    {15, 22, 11, 16, true, false, false},
     {20, 24, 0, 20, true, false, false},
     {18, 26, 7, 16, false, true, true},
-    {16, 16, 0, 14, false, false, false},
+    {16, 16, 0, 17, false, false, false},
 }};
 
 constexpr int panelInset = 4;
