@@ -79,6 +79,44 @@ QSet<QString> removable(const SyncMergeInput &input)
     return identities;
 }
 
+/// A note whose text was never edited has no date of that, and would count as
+/// edited when it was last renamed: a rename would win over an edit made
+/// elsewhere. Among machines that do date such edits, its text is as old as
+/// the note.
+class UneditedTexts
+{
+public:
+    LinkList dated(LinkList links)
+    {
+        changeItems(links, [this](const LinkItem &item) -> std::optional<LinkItem> {
+            if (item.type != LinkType::Note || item.contentModifiedAt)
+                return std::nullopt;
+            LinkItem note = item;
+            note.contentModifiedAt = creationDate(item);
+            m_dates[item.stableId] += *note.contentModifiedAt;
+            return note;
+        });
+        return links;
+    }
+
+    LinkList undated(LinkList links) const
+    {
+        if (m_dates.isEmpty())
+            return links;
+        changeItems(links, [this](const LinkItem &item) -> std::optional<LinkItem> {
+            if (!item.contentModifiedAt || !m_dates.value(item.stableId).contains(*item.contentModifiedAt))
+                return std::nullopt;
+            LinkItem note = item;
+            note.contentModifiedAt.reset();
+            return note;
+        });
+        return links;
+    }
+
+private:
+    QHash<QString, QList<Timestamp>> m_dates;
+};
+
 LinkList mergedTree(const SyncMergeInput &input, const MergeLog &log)
 {
     MergeContext context;
@@ -91,7 +129,12 @@ LinkList mergedTree(const SyncMergeInput &input, const MergeLog &log)
         context.shared = &identities;
         context.preferRemoteOrder = false;
     }
-    return autoMergeLinks(input.local, input.remote->content.items, context, log);
+    const LinkList &remote = input.remote->content.items;
+    if (!input.remote->history)
+        return autoMergeLinks(input.local, remote, context, log);
+    UneditedTexts texts;
+    const LinkList local = texts.dated(input.local);
+    return texts.undated(autoMergeLinks(local, texts.dated(remote), context, log));
 }
 
 /// What makes the merged items at home here.

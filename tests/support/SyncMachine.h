@@ -173,6 +173,7 @@ public:
         m_run->sync.setContainer(&container);
     }
 
+    Timestamp now() const { return m_clock.now(); }
     LinkStore &links() { return m_run->links; }
     CloudSync &sync() { return m_run->sync; }
     FakeExchangeSettings &settings() { return m_run->settings; }
@@ -180,6 +181,7 @@ public:
     DebugModeManager &debugMode() { return m_run->debugMode; }
     Notifications &notifications() { return m_run->notifications; }
     SnapshotStore &snapshots() { return m_run->snapshots; }
+    QString snapshotFolder() const { return m_folder.filePath(QStringLiteral("snapshots")); }
 
     FakeUserDefaults defaults;
     FakeCloudContainer container;
@@ -193,7 +195,7 @@ private:
     struct Run : LinkStoreHooks {
         explicit Run(SyncMachine &machine)
             : debugMode(machine.defaults, notifications),
-              snapshots(machine.m_folder.path(), machine.m_clock),
+              snapshots(machine.snapshotFolder(), machine.m_clock),
               links({machine.defaults, debugMode, notifications, machine.m_clock, machine.bookmarks, volumes,
                      machine.power, snapshots, *this}),
               settings(machine.defaults, debugMode, notifications, machine.m_name),
