@@ -2234,5 +2234,8 @@ You can change or remove everything here.</translation>
     <message id="cloudSync.placeNotStored">
         <translation>The place could not be stored in the settings.</translation>
     </message>
+    <message id="calendar.untitled">
+        <translation>Untitled event</translation>
+    </message>
 </context>
 </TS>

@@ -2234,5 +2234,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="cloudSync.placeNotStored">
         <translation>L’emplacement n’a pas pu être enregistré dans les réglages.</translation>
     </message>
+    <message id="calendar.untitled">
+        <translation>Événement sans titre</translation>
+    </message>
 </context>
 </TS>

@@ -30,6 +30,8 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
       m_shortcut({*m_core.defaults, m_core.notifications, m_hotKeys}),
       m_widgets(widgetSurroundings()),
+      m_services({*m_core.defaults, m_core.clock, m_core.http, surroundings.alerts, m_workspace,
+                  &Windows::bringToFront}),
       m_weather({*m_core.defaults, m_core.debugMode, m_core.notifications, m_powerEvents, m_core.clock, m_core.http,
                  m_workspace, [this] { m_presenter.close(); }}),
       m_presenter(&childEntries),
@@ -42,6 +44,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
                   m_powerEvents, m_importer, &Windows::bringToFront}),
       m_storageAlerts(*m_core.defaults, m_core.links, surroundings.alerts)
 {
+    m_services.addTo(m_widgets.jobs);
     m_weather.addTo(m_widgets.jobs, m_widgets.sections);
     m_presenter.setWidgetRowFactory(
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
@@ -105,12 +108,15 @@ SettingsServices Application::settingsServices(AppWindows &windows)
             [this](const QString &folder) { m_workspace.showFolder(folder); },
             {versionText(), buildText(), m_core.defaults->path(), m_core.folders.data},
             m_widgets.sections,
-            &m_shortcut};
+            &m_shortcut,
+            &m_services.updates,
+            &m_services.launchAtLogin};
 }
 
 void Application::start()
 {
     m_delegate.applicationDidFinishLaunching();
+    m_services.launchAtLogin.followProgram();
     m_colorScheme.start();
     m_core.links.restoreRootAccess();
     m_core.defaults->startWatching();

@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/CoreServices.h"
 #include "app/StorageAlerts.h"
+#include "app/UserServices.h"
 #include "app/WeatherServices.h"
 #include "app/WidgetServices.h"
 #include "app/Windows.h"
@@ -80,6 +81,7 @@ private:
     XcbHotKeys m_hotKeys{m_core.clock};
     GlobalShortcut m_shortcut;
     WidgetServices m_widgets;
+    UserServices m_services;
     WeatherServices m_weather;
     MenuPopup m_presenter;
     ExchangeController m_importer;

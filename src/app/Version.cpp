@@ -12,4 +12,14 @@ QString buildText()
     return QStringLiteral(ORVELLE_BUILD);
 }
 
+QString updateHost()
+{
+    return QStringLiteral(ORVELLE_UPDATE_HOST);
+}
+
+QString tipPage()
+{
+    return QStringLiteral(ORVELLE_TIP_PAGE);
+}
+
 } // namespace orvelle

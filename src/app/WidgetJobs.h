@@ -11,8 +11,9 @@ class QWidget;
 
 namespace orvelle {
 
-/// What start-up and the menu ask of the widgets, in a table by widget, and of
-/// the global shortcut; all else goes on to who did it before. Main thread.
+/// What start-up and the menu ask of the widgets, in a table by widget, of
+/// the services and of the global shortcut; all else goes on to who did it
+/// before. Main thread.
 class WidgetJobs : public StartupJobs
 {
 public:
@@ -30,9 +31,17 @@ public:
         std::function<void()> catchUp = {};
     };
 
+    /// What start-up asks of the services; nothing where one is empty.
+    struct Services {
+        std::function<void()> checkForUpdatesIfNeeded;
+        std::function<void()> recordLaunch;
+        std::function<void()> presentTipPromptIfNeeded;
+    };
+
     WidgetJobs(StartupJobs &others, GlobalShortcut &shortcut) : m_others(others), m_shortcut(shortcut) {}
 
     void add(WidgetType type, Widget widget) { m_widgets.insert(type, std::move(widget)); }
+    void setServices(Services services) { m_services = std::move(services); }
     /// Null for a widget that is not in the table.
     QWidget *makeRow(WidgetType type, QWidget *parent) const;
 
@@ -43,9 +52,9 @@ public:
     void stopLiveWidgets() override;
 
     void fetchAllFavicons() override { m_others.fetchAllFavicons(); }
-    void checkForUpdatesIfNeeded() override { m_others.checkForUpdatesIfNeeded(); }
-    void recordLaunch() override { m_others.recordLaunch(); }
-    void presentTipPromptIfNeeded() override { m_others.presentTipPromptIfNeeded(); }
+    void checkForUpdatesIfNeeded() override { run(m_services.checkForUpdatesIfNeeded); }
+    void recordLaunch() override { run(m_services.recordLaunch); }
+    void presentTipPromptIfNeeded() override { run(m_services.presentTipPromptIfNeeded); }
     void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
     void refreshWeatherIfNeeded() override;
     void checkClipboardNow() override;
@@ -53,9 +62,16 @@ public:
     void removeGlobalShortcut() override { m_shortcut.remove(); }
 
 private:
+    static void run(const std::function<void()> &job)
+    {
+        if (job)
+            job();
+    }
+
     StartupJobs &m_others;
     GlobalShortcut &m_shortcut;
     QHash<WidgetType, Widget> m_widgets;
+    Services m_services;
 };
 
 } // namespace orvelle

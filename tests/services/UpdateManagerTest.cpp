@@ -4,6 +4,7 @@
 #include "support/FakeHttp.h"
 #include "support/FakeUserDefaults.h"
 #include "support/Fakes.h"
+#include "support/Hostile.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +77,14 @@ TEST(UpdateInfo, RefusesWhatIsNoManifest)
     EXPECT_EQ(good->releaseDate, u"spring"_s);
     EXPECT_EQ(good->url.host(), u"a.example"_s);
     EXPECT_TRUE(decodeUpdateInfo(manifest("2.0").chopped(1) + ",\"releaseDate\":null}"));
+}
+
+TEST(UpdateInfo, HoldsAgainstTheHostileFixtures)
+{
+    const qsizetype count = forEachHostileFile(u"update"_s, [](const QString &name, const QByteArray &bytes) {
+        EXPECT_EQ(decodeUpdateInfo(bytes).has_value(), !name.startsWith(u"bad-"_s)) << name.toStdString();
+    });
+    EXPECT_GT(count, 5);
 }
 
 class UpdateManagerTest : public testing::Test

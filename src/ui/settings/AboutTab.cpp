@@ -7,6 +7,7 @@
 #include "ui/settings/AboutLicencesView.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
+#include "ui/settings/UpdateSection.h"
 
 #include <QFileInfo>
 #include <QFormLayout>
@@ -42,8 +43,12 @@ AboutTab::AboutTab(const SettingsServices &services, QWidget *parent)
     column->setContentsMargins(tabMargins());
     column->setSpacing(8);
     column->addWidget(makeHead());
-    // Whether there is a newer version will be said here.
     column->addSpacing(12);
+    if (services.updates) {
+        column->addWidget(sectionTitle(text("update.title"_text), this));
+        column->addWidget(new UpdateSection(*services.updates, this));
+        column->addSpacing(12);
+    }
     column->addWidget(sectionTitle(text("about.data"_text), this));
     column->addWidget(makeDataSection());
     column->addSpacing(12);

@@ -9,7 +9,7 @@ class QPushButton;
 
 namespace orvelle {
 
-/// The version, where the data lies, the licence, and debug mode.
+/// The version and whether there is a newer one, where the data lies, the licence, and debug mode.
 class AboutTab : public QWidget
 {
     Q_OBJECT

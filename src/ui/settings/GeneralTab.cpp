@@ -4,15 +4,16 @@
 #include "base/Text.h"
 #include "links/FaviconSettings.h"
 #include "platform/UserDefaults.h"
+#include "services/LaunchAtLoginManager.h"
 #include "ui/settings/LinksSection.h"
 #include "ui/settings/MenuletIconPicker.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/ShortcutSection.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
-#include <QStyle>
 #include <QVBoxLayout>
 
 namespace orvelle {
@@ -23,9 +24,12 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
       m_links(new LinksSection(services, this)),
       m_icons(new MenuletIconPicker(services.defaults, services.notifications, this)),
       m_confirmQuit(new QCheckBox(text("settings.confirmBeforeQuit"_text), this)),
+      m_launchAtLogin(new QCheckBox(text("settings.launchAtLogin"_text), this)),
       m_siteIcons(new QCheckBox(text("settings.siteIcons"_text), this))
 {
     m_confirmQuit->setObjectName(QStringLiteral("confirmBeforeQuit"));
+    m_launchAtLogin->setObjectName(QStringLiteral("launchAtLogin"));
+    m_launchAtLogin->setVisible(services.launchAtLogin != nullptr);
     m_siteIcons->setObjectName(QStringLiteral("siteIcons"));
 
     auto *column = new QVBoxLayout(this);
@@ -42,6 +46,7 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
     column->addLayout(makeBehaviour());
 
     connect(m_confirmQuit, &QCheckBox::clicked, this, &GeneralTab::setConfirmBeforeQuit);
+    connect(m_launchAtLogin, &QCheckBox::clicked, this, &GeneralTab::setLaunchAtLogin);
     connect(m_siteIcons, &QCheckBox::clicked, this, [this](bool on) {
         m_services.favicons.setEnabled(on);
         refresh();
@@ -54,21 +59,41 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
 
 QLayout *GeneralTab::makeBehaviour()
 {
-    // Stands under the text of its box, not under the box.
-    QLabel *sent = sectionSubtitle(text("settings.siteIconsHint %@"_text, m_services.favicons.serviceHost()), this);
+    QLabel *sent = checkBoxHint(text("settings.siteIconsHint %@"_text, m_services.favicons.serviceHost()), m_siteIcons);
     sent->setObjectName(QStringLiteral("siteIconsHint"));
-    m_siteIcons->setAccessibleDescription(sent->text());
-    const int inset =
-        style()->pixelMetric(QStyle::PM_IndicatorWidth) + style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
-    sent->setContentsMargins(inset, 0, 0, 0);
     auto *grid = new QGridLayout;
     grid->setHorizontalSpacing(24);
     grid->setVerticalSpacing(4);
     grid->setColumnStretch(1, 1);
     grid->addWidget(m_confirmQuit, 0, 0);
+    grid->addWidget(m_launchAtLogin, 1, 0, Qt::AlignTop);
     grid->addWidget(m_siteIcons, 0, 1);
     grid->addWidget(sent, 1, 1);
     return grid;
+}
+
+bool GeneralTab::event(QEvent *event)
+{
+    if (event->type() == QEvent::Show || event->type() == QEvent::WindowActivate)
+        readLaunchAtLogin();
+    return QWidget::event(event);
+}
+
+void GeneralTab::readLaunchAtLogin()
+{
+    if (!m_services.launchAtLogin)
+        return;
+    const bool enabled = m_services.launchAtLogin->isEnabled();
+    m_launchAtLogin->setChecked(enabled);
+    // Not what decides, so a failure to store it does no harm.
+    if (m_services.defaults.get<bool>(launchAtLoginKey()) != enabled)
+        static_cast<void>(m_services.defaults.write(launchAtLoginKey(), enabled));
+}
+
+void GeneralTab::setLaunchAtLogin(bool launch)
+{
+    m_services.launchAtLogin->setEnabled(launch);
+    readLaunchAtLogin();
 }
 
 void GeneralTab::refresh()

@@ -1,14 +1,17 @@
 #include "ui/settings/InfoView.h"
 
 #include "base/Text.h"
+#include "links/FaviconSettings.h"
 #include "links/LinkStore.h"
 #include "platform/Clock.h"
+#include "services/UpdateManager.h"
 #include "ui/common/ExchangeDialogs.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
 #include "ui/settings/WelcomeSample.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -20,7 +23,9 @@ namespace orvelle {
 namespace {
 
 constexpr int tileSide = 40;
-constexpr int windowWidth = 480;
+constexpr int windowWidth = 600;
+/// Beside each other, so that everything fits a small screen.
+constexpr int featuresInRow = 2;
 
 struct Feature {
     const char *symbol;
@@ -75,35 +80,75 @@ InfoView::InfoView(const SettingsServices &services, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(text("welcome.title"_text));
 
-    auto *grid = new QGridLayout(this);
-    grid->setContentsMargins(28, 24, 28, 20);
-    grid->setHorizontalSpacing(16);
-    grid->setVerticalSpacing(14);
-    grid->setColumnStretch(1, 1);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(28, 24, 28, 20);
+    column->setSpacing(14);
     auto *head = new QVBoxLayout;
     head->setSpacing(4);
     head->addWidget(titleLabel(this));
     head->addWidget(sectionSubtitle(text("welcome.subtitle"_text), this));
-    grid->addLayout(head, 0, 0, 1, 2);
+    column->addLayout(head);
 
-    int row = 1;
-    for (const Feature &feature : features) {
-        auto *tile =
-            new SymbolTile(QString::fromLatin1(feature.symbol), QString::fromLatin1(feature.colorKey), tileSide, this);
-        grid->addWidget(tile, row, 0, Qt::AlignTop);
-        grid->addLayout(featureTexts(feature, this), row, 1);
-        ++row;
-    }
-    grid->addWidget(makeWays(), row++, 0, 1, 2);
+    column->addLayout(makeFeatures());
+    column->addWidget(makePrivacy());
+    column->addWidget(makeWays());
     auto *start = new QPushButton(text("welcome.start"_text), this);
     start->setDefault(true);
     start->setFocus();
     connect(start, &QPushButton::clicked, this, &QDialog::accept);
-    grid->setRowStretch(row, 1);
-    grid->addWidget(start, row + 1, 0, 1, 2, Qt::AlignRight);
+    column->addStretch(1);
+    column->addWidget(start, 0, Qt::AlignRight);
     // A window's own minimum size does not reckon with wrapped lines.
-    const int width = qMax(windowWidth, grid->totalMinimumSize().width());
-    setFixedSize(width, grid->totalHeightForWidth(width));
+    const int width = qMax(windowWidth, column->totalMinimumSize().width());
+    setFixedSize(width, column->totalHeightForWidth(width));
+}
+
+QLayout *InfoView::makeFeatures()
+{
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(14);
+    int place = 0;
+    for (const Feature &feature : features) {
+        auto *tile =
+            new SymbolTile(QString::fromLatin1(feature.symbol), QString::fromLatin1(feature.colorKey), tileSide, this);
+        const int row = place / featuresInRow;
+        const int column = 2 * (place % featuresInRow);
+        grid->addWidget(tile, row, column, Qt::AlignTop);
+        grid->addLayout(featureTexts(feature, this), row, column + 1);
+        grid->setColumnStretch(column + 1, 1);
+        ++place;
+    }
+    return grid;
+}
+
+QWidget *InfoView::makePrivacy()
+{
+    auto *privacy = new QWidget(this);
+    auto *column = new QVBoxLayout(privacy);
+    column->setContentsMargins(0, 6, 0, 0);
+    column->setSpacing(4);
+    column->addWidget(sectionTitle(text("welcome.privacy"_text), privacy));
+    const auto addSwitch = [column, privacy](const char *name, const QString &title, const QString &hint, bool on) {
+        auto *box = new QCheckBox(title, privacy);
+        box->setObjectName(QString::fromLatin1(name));
+        box->setChecked(on);
+        column->addWidget(box);
+        column->addWidget(checkBoxHint(hint, box));
+        return box;
+    };
+    FaviconSettings &icons = m_services.favicons;
+    connect(addSwitch("welcomeSiteIcons", text("settings.siteIcons"_text),
+                      text("settings.siteIconsHint %@"_text, icons.serviceHost()), icons.isEnabled()),
+            &QCheckBox::toggled, this, [&icons](bool on) { icons.setEnabled(on); });
+    if (UpdateManager *updates = m_services.updates; updates && !updates->serviceHost().isEmpty()) {
+        connect(addSwitch("welcomeUpdates", text("update.autoCheck"_text),
+                          text("update.sent %@"_text, updates->serviceHost()), updates->autoCheckEnabled()),
+                &QCheckBox::toggled, this, [updates](bool on) { updates->setAutoCheckEnabled(on); });
+    }
+    column->addSpacing(4);
+    column->addWidget(sectionSubtitle(text("welcome.privacyNothingElse"_text), privacy));
+    return privacy;
 }
 
 QWidget *InfoView::makeWays()

@@ -8,7 +8,8 @@ class QPushButton;
 
 namespace orvelle {
 
-/// The welcome content: what Orvelle keeps within reach, and two ways to begin.
+/// The welcome content: what Orvelle keeps within reach, what leaves the
+/// computer, and two ways to begin.
 class InfoView : public QDialog
 {
     Q_OBJECT
@@ -18,6 +19,8 @@ public:
 
 private:
     QWidget *makeWays();
+    QLayout *makeFeatures();
+    QWidget *makePrivacy();
     void addSample();
     void importBookmarks();
 

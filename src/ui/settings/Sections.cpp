@@ -2,8 +2,10 @@
 
 #include "ui/common/Colors.h"
 
+#include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
+#include <QStyle>
 
 namespace orvelle {
 
@@ -76,6 +78,16 @@ QLabel *sectionSubtitle(const QString &text, QWidget *parent)
     auto *label = new QuietLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    return label;
+}
+
+QLabel *checkBoxHint(const QString &text, QCheckBox *box)
+{
+    QLabel *label = sectionSubtitle(text, box->parentWidget());
+    const QStyle *style = box->style();
+    label->setContentsMargins(
+        style->pixelMetric(QStyle::PM_IndicatorWidth) + style->pixelMetric(QStyle::PM_CheckBoxLabelSpacing), 0, 0, 0);
+    box->setAccessibleDescription(text);
     return label;
 }
 

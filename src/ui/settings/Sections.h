@@ -3,6 +3,7 @@
 #include <QMargins>
 #include <QString>
 
+class QCheckBox;
 class QLabel;
 class QWidget;
 
@@ -19,6 +20,10 @@ QLabel *sectionTitle(const QString &text, QWidget *parent);
 
 /// The quieter line of explanation below a heading; wraps.
 QLabel *sectionSubtitle(const QString &text, QWidget *parent);
+
+/// An explanation for the line below a box: stands under the text of the box,
+/// not under the box, and describes it to screen readers.
+QLabel *checkBoxHint(const QString &text, QCheckBox *box);
 
 /// A tool tip that shows `text` as it stands, also when it looks like markup,
 /// and wraps it when it is long.
