@@ -1685,9 +1685,6 @@ You can change or remove everything here.</translation>
     <message id="calendar.folders">
         <translation>Calendar folders:</translation>
     </message>
-    <message id="calendar.foldersHint">
-        <translation>Folders of .ics files, with their subfolders.</translation>
-    </message>
     <message id="calendar.addFolder">
         <translation>Add…</translation>
     </message>
@@ -2236,6 +2233,12 @@ You can change or remove everything here.</translation>
     </message>
     <message id="calendar.untitled">
         <translation>Untitled event</translation>
+    </message>
+    <message id="calendar.noFolder">
+        <translation>None. Add one that holds .ics files.</translation>
+    </message>
+    <message id="calendar.foldersHint">
+        <translation>Folders of .ics files, with their subfolders, beside the calendars that the desktop keeps.</translation>
     </message>
 </context>
 </TS>

@@ -1685,9 +1685,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="calendar.folders">
         <translation>Dossiers d’agendas :</translation>
     </message>
-    <message id="calendar.foldersHint">
-        <translation>Dossiers de fichiers .ics, avec leurs sous-dossiers.</translation>
-    </message>
     <message id="calendar.addFolder">
         <translation>Ajouter…</translation>
     </message>
@@ -2236,6 +2233,12 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="calendar.untitled">
         <translation>Événement sans titre</translation>
+    </message>
+    <message id="calendar.noFolder">
+        <translation>Aucun. Ajoutez-en un qui contient des fichiers .ics.</translation>
+    </message>
+    <message id="calendar.foldersHint">
+        <translation>Dossiers de fichiers .ics, avec leurs sous-dossiers, en plus des agendas que tient le bureau.</translation>
     </message>
 </context>
 </TS>

@@ -99,6 +99,9 @@ QWidget *CalendarSection::makeFolders(const Folders &folders, FolderChooser &cho
     auto *list = new QListWidget(whole);
     list->setObjectName(u"folders"_s);
     list->setAccessibleName(text("calendar.folders"_text));
+    list->setWordWrap(true);
+    list->setTextElideMode(Qt::ElideMiddle);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setFixedHeight(list->fontMetrics().lineSpacing() * folderLines + 24);
     auto *add = new QPushButton(text("calendar.addFolder"_text), whole);
     auto *remove = new QPushButton(text("calendar.removeFolder"_text), whole);
@@ -115,7 +118,11 @@ QWidget *CalendarSection::makeFolders(const Folders &folders, FolderChooser &cho
     const auto show = [list, remove, folders] {
         list->clear();
         for (const QString &each : folders.read())
-            list->addItem(shownPath(each));
+            (new QListWidgetItem(shownPath(each), list))->setToolTip(each.toHtmlEscaped());
+        if (list->count() == 0) {
+            auto *nothing = new QListWidgetItem(text("calendar.noFolder"_text), list);
+            nothing->setFlags(Qt::NoItemFlags);
+        }
         remove->setEnabled(list->currentRow() >= 0);
     };
     addReader(show);

@@ -23,6 +23,7 @@ constexpr int timeGap = 12;
 constexpr int joinGap = 8;
 constexpr int stripeWidth = 3;
 constexpr int stripeGap = 7;
+constexpr int slack = 4;         ///< what borders and rounding may take from a text
 constexpr int longestTitle = 26; ///< average letters that a title may ask room for
 constexpr double graphicContrast = 3;
 
@@ -38,7 +39,8 @@ public:
     {
         m_event = event;
         m_time = time;
-        setText(displayTitle(event.title));
+        const QString title = displayTitle(event.title);
+        setText(title.trimmed().isEmpty() ? orvelle::text("calendar.untitled"_text) : title);
         setToolTip(text().toHtmlEscaped());
         setAccessibleName(text() + u", "_s + time);
         if (event.isDeclined)
@@ -55,8 +57,8 @@ public:
     QSize sizeHint() const override
     {
         const int letters = fontMetrics().averageCharWidth() * longestTitle;
-        int width = MenuLook::margin + MenuLook::iconSide + MenuLook::iconGap + MenuLook::margin + stripeWidth +
-                    stripeGap + std::min(fontMetrics().horizontalAdvance(text()), letters);
+        int width = MenuLook::margin + MenuLook::iconSide + MenuLook::iconGap + MenuLook::margin + indent() +
+                    std::min(fontMetrics().horizontalAdvance(text()) + slack, letters);
         width += m_time.isEmpty() ? 0 : timeGap + fontMetrics().horizontalAdvance(m_time);
         return {width + joinWidth(), m_row.lineHeight()};
     }
@@ -72,8 +74,25 @@ protected:
         m_join->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
     }
     void paintEvent(QPaintEvent *) override;
+    void focusInEvent(QFocusEvent *event) override
+    {
+        MenuRowButton::focusInEvent(event);
+        if (!m_join)
+            return;
+        QPalette onSelection = palette();
+        onSelection.setColor(QPalette::WindowText, onSelection.color(QPalette::HighlightedText));
+        m_join->setPalette(onSelection);
+    }
+    void focusOutEvent(QFocusEvent *event) override
+    {
+        MenuRowButton::focusOutEvent(event);
+        if (m_join)
+            m_join->setPalette({});
+    }
 
 private:
+    /// Events stand below one another, also those of calendars without a colour.
+    int indent() const { return m_event && m_row.m_hasStripes ? stripeWidth + stripeGap : 0; }
     int joinWidth() const { return m_join ? joinGap + m_join->sizeHint().width() : 0; }
     void addJoin()
     {
@@ -121,8 +140,7 @@ void CalendarRowView::Line::paintEvent(QPaintEvent *)
         painter.setBrush(color);
         painter.drawRoundedRect(mirroredHere({content.x(), 5, stripeWidth, height() - 10}), 1.5, 1.5);
     }
-    if (m_event)
-        content.setLeft(content.left() + stripeWidth + stripeGap);
+    content.setLeft(content.left() + indent());
     content.setRight(content.right() - joinWidth());
     QFont font = this->font();
     painter.setFont(font);
@@ -190,6 +208,8 @@ void CalendarRowView::rebuild()
     } else if (m_events.isEmpty()) {
         add(u"calendar"_s, m_doors.openCalendar)->setSaying(text("calendar.noEvent"_text));
     }
+    m_hasStripes = std::ranges::any_of(
+        m_events, [](const CalendarEventInfo &each) { return QColor(each.calendarColor).isValid(); });
     for (qsizetype i = 0; m_accessGranted && i < m_events.size(); ++i) {
         const CalendarEventInfo &event = m_events.at(i);
         Line *line = add(i == 0 ? u"calendar"_s : QString(), m_doors.openCalendar);

@@ -47,6 +47,7 @@ private:
     QStringList m_times; ///< of the events, as shown
     QString m_iconColor;
     bool m_accessGranted = false;
+    bool m_hasStripes = false; ///< one of the calendars has a colour
     bool m_built = false;
 };
 
