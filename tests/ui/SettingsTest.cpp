@@ -199,6 +199,7 @@ TEST_F(SettingsTest, EveryLibraryOfTheBuildHasItsLicence)
                                         {QStringLiteral("ECAL"), QStringLiteral("Evolution Data Server")},
                                         {QStringLiteral("SECRET"), QStringLiteral("libsecret")},
                                         {QStringLiteral("SODIUM"), QStringLiteral("libsodium")},
+                                        {QStringLiteral("WAYLAND"), QStringLiteral("Wayland")},
                                         {QStringLiteral("STARTUP"), QStringLiteral("startup-notification")},
                                         {QStringLiteral("CANBERRA"), QStringLiteral("libcanberra")}};
     QStringList listed;

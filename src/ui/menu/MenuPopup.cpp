@@ -1,5 +1,6 @@
 #include "ui/menu/MenuPopup.h"
 
+#include "platform/OverlayShell.h"
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuAccessible.h"
 
@@ -31,6 +32,12 @@ void MenuPopup::PanelDeleter::operator()(MenuPanel *panel) const
 {
     panel->hide();
     panel->deleteLater(); // may be called from one of its own events
+}
+
+void MenuPopup::StageDeleter::operator()(MenuStage *stage) const
+{
+    stage->withdraw();
+    stage->deleteLater();
 }
 
 MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
@@ -69,6 +76,8 @@ QList<MenuPanel *> MenuPopup::panels() const
 MenuPopup::PanelPointer MenuPopup::makePanel(const QList<MenuEntry> &entries)
 {
     PanelPointer made(new MenuPanel(entries, m_factory));
+    if (m_stage)
+        made->setParent(m_stage.get());
     made->installEventFilter(this);
     MenuPanel *raw = made.get();
     connect(raw, &MenuPanel::wantedSizeChanged, this, [this, raw] { fitPanel(raw); });
@@ -80,16 +89,58 @@ void MenuPopup::present(const Menu &menu, const MenuPlacement &placement, std::f
     finish({});
     m_closedByPress = false;
     m_closed = std::move(closed);
-    m_openedAt = m_lastPointer = QCursor::pos();
     m_armed = false;
     m_typeAhead.reset();
-
+    const bool waits = openStage(placement);
     m_panels.push_back(makePanel(menu.entries));
+    connect(&panel(0), &MenuPanel::painted, this, &MenuPopup::opened);
+    if (!waits)
+        place(placement);
+}
+
+/// Where windows cannot place themselves nobody knows the pointer's place
+/// either, until it is over a window of ours.
+bool MenuPopup::openStage(const MenuPlacement &placement)
+{
+    if (!m_shell || !m_shell->isAvailable())
+        return false;
+    m_stage.reset(new MenuStage(*m_shell));
+    m_stage->installEventFilter(this);
+    connect(m_stage.get(), &MenuStage::pointerFound, this, [this, placement](const QPoint &global) {
+        if (!m_panels.empty())
+            place({global, placement.atIcon});
+    });
+    if (m_stage->open())
+        return true;
+    closeStage();
+    return false;
+}
+
+void MenuPopup::closeStage()
+{
+    if (m_stage)
+        m_stage->removeEventFilter(this);
+    m_stage.reset();
+}
+
+QRect MenuPopup::availableAt(const QPoint &position) const
+{
+    return m_stage ? m_stage->rect() : screenAt(position)->availableGeometry();
+}
+
+void MenuPopup::place(MenuPlacement placement)
+{
     MenuPanel &root = panel(0);
-    connect(&root, &MenuPanel::painted, this, &MenuPopup::opened);
-    const QRect available = screenAt(placement.position)->availableGeometry();
-    m_frame = menuGeometry(root.wantedSize(), placement, available, QGuiApplication::isRightToLeft());
+    placement.position = placed(placement.position);
+    m_openedAt = m_lastPointer = m_stage ? placement.position : QCursor::pos();
+    m_frame =
+        menuGeometry(root.wantedSize(), placement, availableAt(placement.position), QGuiApplication::isRightToLeft());
     root.setGeometry(m_frame.rect);
+    if (m_stage) {
+        root.show();
+        root.setFocus();
+        return;
+    }
     m_grabTries = 0;
     // The toolkit grabs when it shows a popup; this one tries again where the
     // tray host still held the pointer, and waits for the first frame.
@@ -103,7 +154,7 @@ void MenuPopup::fitPanel(MenuPanel *changed)
         return;
     const bool isRoot = changed == m_panels.front().get();
     const MenuFrame frame = isRoot ? m_frame : MenuFrame{changed->geometry(), false};
-    const QRect available = screenAt(frame.rect.center())->availableGeometry();
+    const QRect available = availableAt(frame.rect.center());
     const QRect rect = resizedGeometry(frame, changed->wantedSize().height(), available);
     if (isRoot)
         m_frame.rect = rect;
@@ -147,12 +198,14 @@ void MenuPopup::openSubmenu(int level, int row, bool selectFirst)
         closeBelow(level);
         PanelPointer made = makePanel(m_childEntries(parentPanel.rows().at(row)));
         const QRect rowOnScreen = parentPanel.rowRect(row).translated(parentPanel.pos());
-        const QRect available = screenAt(rowOnScreen.center())->availableGeometry();
+        const QRect available = availableAt(rowOnScreen.center());
         made->setGeometry(submenuGeometry(made->wantedSize(), parentPanel.geometry(), rowOnScreen,
                                           made->look().verticalFrame(), available,
                                           parentPanel.layoutDirection() == Qt::RightToLeft));
-        made->winId();
-        made->windowHandle()->setTransientParent(parentPanel.windowHandle());
+        if (!m_stage) {
+            made->winId();
+            made->windowHandle()->setTransientParent(parentPanel.windowHandle());
+        }
         parentPanel.setOpenRow(row);
         m_panels.push_back(std::move(made));
         m_panels.back()->show();
@@ -177,7 +230,7 @@ void MenuPopup::finish(const MenuAction &chosen)
     for (QTimer *timer : {&m_submenuTimer, &m_aimTimer, &m_scrollTimer, &m_grabTimer})
         timer->stop();
     QToolTip::hideText();
-    QWindow *grabber = panel(0).windowHandle();
+    QWindow *grabber = m_stage ? nullptr : panel(0).windowHandle();
     while (!m_panels.empty()) {
         m_panels.back()->removeEventFilter(this);
         if (depth() == 1 && grabber) {
@@ -186,6 +239,7 @@ void MenuPopup::finish(const MenuAction &chosen)
         }
         m_panels.pop_back();
     }
+    closeStage();
     m_parked = false;
     // From the event loop, so that whoever is told finds the grabs released.
     QMetaObject::invokeMethod(
@@ -202,6 +256,10 @@ void MenuPopup::finish(const MenuAction &chosen)
 /// would open the menu again if it saw the release.
 void MenuPopup::park()
 {
+    if (m_stage) { // which takes the release itself
+        finish({});
+        return;
+    }
     closeBelow(0);
     m_closedByPress = true;
     m_parked = true;

@@ -2,6 +2,7 @@
 
 #include "ui/menu/MenuGeometry.h"
 #include "ui/menu/MenuPanel.h"
+#include "ui/menu/MenuStage.h"
 #include "ui/menu/TypeAhead.h"
 
 #include <QObject>
@@ -33,6 +34,10 @@ public:
 
     /// Makes the widgets of widget rows; without it those rows take no room.
     void setWidgetRowFactory(WidgetRowFactory factory) { m_factory = std::move(factory); }
+
+    /// Panels are placed in a window over the whole screen where `shell`, which
+    /// outlives this, can make one. Without it they are windows themselves.
+    void setOverlayShell(OverlayShell *shell) { m_shell = shell; }
 
     void present(const Menu &menu, const MenuPlacement &placement,
                  std::function<void(MenuAction chosen)> closed) override;
@@ -67,6 +72,12 @@ private:
     int depth() const { return static_cast<int>(m_panels.size()); }
     MenuPanel &panel(int level) const { return *m_panels.at(static_cast<std::size_t>(level)); }
     PanelPointer makePanel(const QList<MenuEntry> &entries);
+    void place(MenuPlacement placement);
+    bool openStage(const MenuPlacement &placement);
+    void closeStage();
+    /// Global pixels as the panels are placed: in the stage when there is one.
+    QPoint placed(const QPoint &global) const { return m_stage ? m_stage->mapFromGlobal(global) : global; }
+    QRect availableAt(const QPoint &position) const;
     void fitPanel(MenuPanel *panel);
     void grabInput();
     void openSubmenu(int level, int row, bool selectFirst);
@@ -99,7 +110,13 @@ private:
     void settleHover();
     void autoScroll();
 
+    struct StageDeleter {
+        void operator()(MenuStage *stage) const;
+    };
+
     ChildEntries m_childEntries;
+    OverlayShell *m_shell = nullptr;
+    std::unique_ptr<MenuStage, StageDeleter> m_stage;
     WidgetRowFactory m_factory;
     std::vector<PanelPointer> m_panels;
     std::function<void(MenuAction)> m_closed;

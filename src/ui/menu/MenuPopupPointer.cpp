@@ -30,14 +30,14 @@ bool MenuPopup::eventFilter(QObject *watched, QEvent *event)
         return false;
     switch (event->type()) {
     case QEvent::MouseMove:
-        pointerMoved(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
+        pointerMoved(placed(static_cast<QMouseEvent *>(event)->globalPosition().toPoint()));
         return true;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        pointerPressed(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
+        pointerPressed(placed(static_cast<QMouseEvent *>(event)->globalPosition().toPoint()));
         return true;
     case QEvent::MouseButtonRelease:
-        pointerReleased(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
+        pointerReleased(placed(static_cast<QMouseEvent *>(event)->globalPosition().toPoint()));
         return true;
     case QEvent::Wheel:
         wheeled(*static_cast<QWheelEvent *>(event));
@@ -52,7 +52,7 @@ bool MenuPopup::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Hide:
     case QEvent::Close:
         // Somebody else took the popup down: the compositor, or the session.
-        if (watched == m_panels.front().get())
+        if (watched == m_panels.front().get() || watched == m_stage.get())
             finish({});
         return false;
     default:
@@ -155,7 +155,7 @@ void MenuPopup::pointerReleased(const QPoint &global)
 
 void MenuPopup::wheeled(const QWheelEvent &event)
 {
-    const Place place = placeAt(event.globalPosition().toPoint());
+    const Place place = placeAt(placed(event.globalPosition().toPoint()));
     if (place.level < 0 || m_parked)
         return;
     closeBelow(place.level);
@@ -182,7 +182,7 @@ void MenuPopup::autoScroll()
 
 void MenuPopup::showToolTip(const QHelpEvent &event)
 {
-    const Place place = placeAt(event.globalPos());
+    const Place place = placeAt(placed(event.globalPos()));
     const QString title = place.level < 0 ? QString() : panel(place.level).hiddenTitle(place.hit.row);
     if (title.isEmpty())
         QToolTip::hideText();

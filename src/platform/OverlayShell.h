@@ -1,0 +1,23 @@
+#pragma once
+
+class QWindow;
+
+namespace orvelle {
+
+/// Lets a window cover a whole screen above everything else, and have the
+/// keyboard, where windows cannot place themselves. Main thread.
+class OverlayShell
+{
+public:
+    virtual ~OverlayShell() = default;
+
+    virtual bool isAvailable() const = 0;
+    /// Before `window` is shown for the first time; it has
+    /// Qt::BypassWindowManagerHint and gets the size of the screen that the
+    /// user is at. False when the desktop refuses: then it is not to be shown.
+    virtual bool cover(QWindow &window) = 0;
+    /// Before it is hidden or destroyed.
+    virtual void uncover(QWindow &window) = 0;
+};
+
+} // namespace orvelle

@@ -1,0 +1,151 @@
+#include "platform/freedesktop/wayland/LayerShell.h"
+
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+
+#include <poll.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcLayerShell, "LayerShell", QtInfoMsg)
+
+/// A compositor that takes longer is not waited for.
+constexpr std::chrono::milliseconds patience{1000};
+
+template<typename... Arguments>
+void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments)
+{
+    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
+}
+
+} // namespace
+
+void LayerShell::allowRolelessWindows()
+{
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
+LayerShell::LayerShell()
+{
+    QPlatformNativeInterface *native = QGuiApplication::platformNativeInterface();
+    if (!native || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        return;
+    m_display = static_cast<wl_display *>(native->nativeResourceForIntegration("wl_display"));
+    if (!m_display)
+        return;
+    m_queue = wl_display_create_queue(m_display);
+    auto *display = static_cast<wl_display *>(wl_proxy_create_wrapper(m_display));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(display), m_queue);
+    wl_registry *registry = wl_display_get_registry(display);
+    static constexpr wl_registry_listener listener{
+        [](void *self, wl_registry *from, std::uint32_t name, const char *interface, std::uint32_t version) {
+            if (qstrcmp(interface, layerShellInterface().name) == 0)
+                static_cast<LayerShell *>(self)->m_shell = static_cast<wl_proxy *>(
+                    wl_registry_bind(from, name, &layerShellInterface(), std::min<std::uint32_t>(version, 4)));
+        },
+        [](void *, wl_registry *, std::uint32_t) {}};
+    wl_registry_add_listener(registry, &listener, this);
+    bool done = false;
+    static constexpr wl_callback_listener finished{
+        [](void *flag, wl_callback *, std::uint32_t) { *static_cast<bool *>(flag) = true; }};
+    wl_callback *callback = wl_display_sync(display);
+    wl_callback_add_listener(callback, &finished, &done);
+    waitFor(done);
+    wl_callback_destroy(callback);
+    wl_registry_destroy(registry);
+    wl_proxy_wrapper_destroy(display);
+}
+
+LayerShell::~LayerShell()
+{
+    for (wl_proxy *surface : std::as_const(m_surfaces))
+        wl_proxy_destroy(surface);
+    if (m_shell)
+        wl_proxy_destroy(m_shell);
+    if (m_queue)
+        wl_event_queue_destroy(m_queue);
+}
+
+/// Handles our own events, and nobody else's, until `flag` is set.
+bool LayerShell::waitFor(const bool &flag)
+{
+    const QDeadlineTimer deadline(patience);
+    while (!flag && !deadline.hasExpired()) {
+        if (wl_display_prepare_read_queue(m_display, m_queue) != 0) {
+            wl_display_dispatch_queue_pending(m_display, m_queue);
+            continue;
+        }
+        wl_display_flush(m_display);
+        pollfd readable{wl_display_get_fd(m_display), POLLIN, 0};
+        if (poll(&readable, 1, static_cast<int>(deadline.remainingTime())) <= 0) {
+            wl_display_cancel_read(m_display);
+            break;
+        }
+        if (wl_display_read_events(m_display) < 0)
+            break;
+        wl_display_dispatch_queue_pending(m_display, m_queue);
+    }
+    return flag;
+}
+
+bool LayerShell::cover(QWindow &window)
+{
+    if (!m_shell || m_surfaces.contains(&window))
+        return false;
+    window.create();
+    auto *surface = static_cast<wl_surface *>(
+        QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", &window));
+    if (!surface)
+        return false;
+    wl_proxy *layer = wl_proxy_marshal_flags(m_shell, LayerShellRequest::GetLayerSurface, &layerSurfaceInterface(),
+                                             wl_proxy_get_version(m_shell), 0, nullptr, surface, nullptr,
+                                             LayerShellRequest::Overlay, "orvelle-menu");
+    const auto state = std::make_shared<Configured>();
+    m_configured.insert(layer, state);
+    m_surfaces.insert(&window, layer);
+    using Configure = void(void *, wl_proxy *, std::uint32_t, std::uint32_t, std::uint32_t);
+    static constexpr Configure *configure = [](void *self, wl_proxy *proxy, std::uint32_t serial, std::uint32_t width,
+                                               std::uint32_t height) {
+        request(proxy, LayerShellRequest::AckConfigure, serial);
+        *static_cast<LayerShell *>(self)->m_configured.value(proxy) = {true, static_cast<int>(width),
+                                                                       static_cast<int>(height)};
+    };
+    using Closed = void(void *, wl_proxy *);
+    static constexpr Closed *closed = [](void *, wl_proxy *) {};
+    static void (*functions[])() = {reinterpret_cast<void (*)()>(configure), reinterpret_cast<void (*)()>(closed)};
+    wl_proxy_set_queue(layer, m_queue);
+    wl_proxy_add_listener(layer, functions, this);
+    request(layer, LayerShellRequest::SetSize, 0U, 0U);
+    request(layer, LayerShellRequest::SetAnchor, LayerShellRequest::allEdges);
+    request(layer, LayerShellRequest::SetExclusiveZone, LayerShellRequest::overPanels);
+    request(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::Exclusive);
+    wl_surface_commit(surface);
+    if (!waitFor(state->done)) {
+        qCWarning(lcLayerShell, "The compositor did not lay out the menu's surface");
+        uncover(window);
+        return false;
+    }
+    window.resize(state->width, state->height);
+    return true;
+}
+
+void LayerShell::uncover(QWindow &window)
+{
+    wl_proxy *layer = m_surfaces.take(&window);
+    if (!layer)
+        return;
+    m_configured.remove(layer);
+    wl_proxy_marshal_flags(layer, LayerShellRequest::Destroy, nullptr, wl_proxy_get_version(layer),
+                           WL_MARSHAL_FLAG_DESTROY);
+    wl_display_flush(m_display);
+}
+
+} // namespace orvelle

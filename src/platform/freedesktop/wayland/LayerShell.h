@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/OverlayShell.h"
+#include "platform/freedesktop/wayland/LayerShellProtocol.h"
+
+#include <QHash>
+
+#include <memory>
+
+namespace orvelle {
+
+/// Windows as overlay surfaces of compositors with the layer-shell protocol.
+/// Works on the toolkit's own connection and surfaces: the toolkit gives a
+/// window with Qt::BypassWindowManagerHint no role of its own when
+/// allowRolelessWindows() was called in time. Main thread.
+class LayerShell : public OverlayShell
+{
+public:
+    LayerShell();
+    ~LayerShell() override;
+    LayerShell(const LayerShell &) = delete;
+    LayerShell &operator=(const LayerShell &) = delete;
+
+    /// Before the toolkit's application object is made.
+    static void allowRolelessWindows();
+
+    bool isAvailable() const override { return m_shell != nullptr; }
+    bool cover(QWindow &window) override;
+    void uncover(QWindow &window) override;
+
+private:
+    struct Configured {
+        bool done = false;
+        int width = 0;
+        int height = 0;
+    };
+
+    bool waitFor(const bool &flag);
+
+    wl_display *m_display = nullptr; ///< the toolkit's
+    wl_event_queue *m_queue = nullptr;
+    wl_proxy *m_shell = nullptr;
+    QHash<QWindow *, wl_proxy *> m_surfaces;
+    QHash<wl_proxy *, std::shared_ptr<Configured>> m_configured;
+};
+
+} // namespace orvelle
