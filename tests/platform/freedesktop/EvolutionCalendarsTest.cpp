@@ -61,10 +61,12 @@ public:
     void connect()
     {
         g_clear_object(&m_client);
-        GError *error = nullptr;
-        m_client = reinterpret_cast<ECalClient *>(e_cal_client_connect_sync(m_source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
-                                                                            static_cast<guint32>(-1), nullptr, &error));
-        ASSERT_NE(m_client, nullptr) << error->message;
+        // A new calendar is known to the server's two halves one after the other.
+        ASSERT_TRUE(waitFor([this] {
+            m_client = reinterpret_cast<ECalClient *>(e_cal_client_connect_sync(
+                m_source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS, static_cast<guint32>(-1), nullptr, nullptr));
+            return m_client != nullptr;
+        }));
     }
     void add(const QByteArray &event)
     {
