@@ -66,10 +66,13 @@ void CloudSync::Private::setBase(const SyncBase &known)
 {
     m_base = std::make_shared<const SyncBase>(known);
     baseLoaded = true;
-    // What was merged is not stored yet, so after a crash it is to be merged
-    // again.
-    if (!s.links.hasUnsavedChanges())
-        store(syncBaseBaseKey(), known.toBytes());
+    onWorker<QByteArray>([noted = m_base] { return noted->toBytes(); },
+                         [this, noted = m_base](const QByteArray &bytes) {
+                             // What was merged and is not stored yet is to be
+                             // merged again after a crash.
+                             if (noted == m_base && !s.links.hasUnsavedChanges())
+                                 store(syncBaseBaseKey(), bytes);
+                         });
 }
 
 void CloudSync::Private::forgetBase()

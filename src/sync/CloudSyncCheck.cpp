@@ -25,6 +25,17 @@ void CloudSync::Private::sayOnce(bool polled, const QString &line)
         polledLine = line;
 }
 
+void CloudSync::Private::saySeldom(const QString &line)
+{
+    constexpr double seldom = 60;
+    const auto said = saidAt.constFind(line);
+    const Timestamp now = s.clock.now();
+    if (said != saidAt.constEnd() && std::abs(now - *said) < seldom)
+        return;
+    saidAt.insert(line, now);
+    qCInfo(lcCloudSync).noquote() << line;
+}
+
 /// The version that was seen last, with all that is here in it.
 bool CloudSync::Private::isAsSeen(const CloudFile &file) const
 {
@@ -102,15 +113,20 @@ void CloudSync::Private::checkFailed(const SyncProblem &why, bool polled)
 {
     sayOnce(polled, u"Check sync échoué: %1"_s.arg(why.detail));
     // What is only not there yet is no reason to trouble anybody.
-    if (!why.missing)
+    if (!why.missing) {
         setProblem(why);
+        problem->reading = true;
+    }
     checkEnded();
 }
 
 void CloudSync::Private::checkTaken(const Taken &taken)
 {
-    if (!failures)
+    if (!problem || problem->reading) {
+        failures = 0;
+        retryAt.reset();
         setProblem(std::nullopt);
+    }
     followUp(taken);
     if (taken.heldBack)
         checkEnded();
@@ -124,7 +140,7 @@ void CloudSync::Private::followUp(const Taken &taken)
     if (taken.heldBack)
         return;
     const bool wanted = std::exchange(deferred, false);
-    if (!taken.differs && !(wanted && taken.reordered)) {
+    if (!taken.differs && !(taken.reordered && (wanted || taken.ownWrite))) {
         mustWrite = false;
         echoes = 0;
         waitingSince.reset();

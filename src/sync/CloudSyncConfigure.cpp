@@ -61,7 +61,8 @@ void CloudSync::loadFromCloud(Done completion)
         const LinkList &local = d.s.links.links();
         const auto removal = massRemoval(local, (*read)->content.items);
         if (removal && d.guardEnabled()) {
-            d.hold(*read, *removal, local, true);
+            d.hold(*read, *removal,
+                   analyzeSyncChanges(local, (*read)->content.items, (*read)->content.document->exportDate), true);
             completion(CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
             return;
         }

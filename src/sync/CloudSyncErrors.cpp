@@ -56,7 +56,6 @@ SyncProblem problemOf(const CloudError &error)
     problem.retryAfter = error.retryAfter;
     problem.needsUser = facts.needsUser;
     problem.missing = error.kind == CloudError::Kind::Missing;
-    problem.conflict = error.kind == CloudError::Kind::Conflict;
     return problem;
 }
 
@@ -66,6 +65,7 @@ SyncProblem problemOf(const SyncDocumentError &error)
     problem.sentence = syncDocumentErrorText(error);
     problem.detail = error.detail;
     problem.needsUser = true;
+    problem.reading = true;
     problem.needsPassphrase = error.kind == SyncDocumentError::Kind::NeedsPassphrase ||
                               error.kind == SyncDocumentError::Kind::WrongPassphrase;
     return problem;

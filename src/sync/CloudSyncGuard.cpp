@@ -33,25 +33,22 @@ std::optional<HeldBackChange> CloudSync::heldBack() const
 
 /// Nothing is stored of it: while the file stays as it is, each start comes to
 /// the same decision.
-bool CloudSync::Private::holdsBack(const DocumentPtr &document, const SyncMergeInput &input,
-                                   const SyncMergeOutcome &outcome)
+bool CloudSync::Private::holdsBack(const DocumentPtr &document, const Merged &merged)
 {
-    if (!outcome.massRemoval || !guardEnabled() || accepted == document->versionId)
+    if (!merged.outcome.massRemoval || !guardEnabled() || accepted == document->versionId)
         return false;
-    hold(document, *outcome.massRemoval, input.local, false);
+    hold(document, *merged.outcome.massRemoval, *merged.analysis, false);
     return true;
 }
 
-void CloudSync::Private::hold(const DocumentPtr &document, const MassRemoval &removal, const LinkList &local,
+void CloudSync::Private::hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis,
                               bool isLoad)
 {
     const ExportData &written = *document->content.document;
     const bool sameAsBefore = held && held->document->versionId == document->versionId;
     if (!sameAsBefore)
         qCWarning(lcCloudSync) << "Held back: a change would remove" << removal.removed << "of" << removal.of;
-    held = Held{{written.lastModifiedBy.value_or(QString()), removal,
-                 analyzeSyncChanges(local, document->content.items, written.exportDate), isLoad},
-                document};
+    held = Held{{written.lastModifiedBy.value_or(QString()), removal, analysis, isLoad}, document};
     deferred = deferred || uploadTimer;
     cancelPending();
     announce();

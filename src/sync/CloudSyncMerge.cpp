@@ -31,7 +31,10 @@ void CloudSync::Private::take(const DocumentPtr &document, SyncSource source, bo
     // installation, or from before a crash: no check minds it, but nothing is
     // written over it unmerged.
     if (own && (known || source == SyncSource::BackgroundCheck)) {
-        compare(document, then);
+        compare(document, [then, known](Taken taken) {
+            taken.ownWrite = known;
+            then(taken);
+        });
         return;
     }
     if (known) {
@@ -65,7 +68,10 @@ void CloudSync::Private::merge(const DocumentPtr &document, SyncSource source, c
     const SyncMergeInput input{s.links.links(), document, base(), s.clock.now(), rejected == document->versionId};
     onWorker<Merged>(
         [input] {
-            Merged merged{mergeSyncDocument(input), {}, {}};
+            Merged merged{mergeSyncDocument(input), {}, {}, {}};
+            if (merged.outcome.massRemoval)
+                merged.analysis = analyzeSyncChanges(input.local, input.remote->content.items,
+                                                     input.remote->content.document->exportDate);
             if (merged.outcome.changesTree) {
                 const auto packed = packSnapshot(input.local);
                 merged.snapshot = packed ? *packed : QByteArray();
@@ -90,7 +96,7 @@ CloudSync::Private::Taken CloudSync::Private::commit(const DocumentPtr &document
     if (treeLevels(merged.outcome.tree) > maxImportDepth || countAll(merged.outcome.tree) > maxExchangeItems)
         return {.problem =
                     problemOf(SyncDocumentError{SyncDocumentError::Kind::TooLarge, u"the result is too large"_s})};
-    if (holdsBack(document, input, merged.outcome))
+    if (holdsBack(document, merged))
         return {.heldBack = true};
     if (merged.outcome.changesTree) {
         if (const auto refused = commitTree(document, input, merged))

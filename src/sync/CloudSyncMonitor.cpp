@@ -20,10 +20,7 @@ void CloudSync::Private::start()
     qCInfo(lcCloudSync).noquote() << "NSMetadataQuery démarrée pour le container iCloud";
     lastKnownSyncFileModDate = container->modificationDate(fileName());
     initialCheck();
-    pollTimer = s.clock.repeating(pollPeriod, [this] {
-        if (!notBefore || *notBefore <= s.clock.now())
-            q->checkSyncIfNeeded();
-    });
+    pollTimer = s.clock.repeating(pollPeriod, [this] { q->checkSyncIfNeeded(); });
     announce();
 }
 
@@ -153,7 +150,7 @@ void CloudSync::checkSyncIfNeeded()
 
 void CloudSync::Private::check(bool polled)
 {
-    if (!active())
+    if (!active() || (notBefore && *notBefore > s.clock.now()))
         return;
     // What happens meanwhile is looked at when there is time for it.
     if (isMerging || isCheckingSyncFile || upload) {

@@ -28,7 +28,7 @@ struct SyncProblem {
     bool needsUser = false; ///< trying again alone will not help
     bool needsPassphrase = false;
     bool missing = false; ///< there is no file
-    bool conflict = false;
+    bool reading = false; ///< a document could not be read
 };
 SyncProblem problemOf(const CloudError &error);
 SyncProblem problemOf(const SyncDocumentError &error);
@@ -49,6 +49,7 @@ struct CloudSync::Private {
         bool differs = false;   ///< it has not all that is here, or as it is here
         bool reordered = false; ///< it has it in another order
         bool heldBack = false;
+        bool ownWrite = false; ///< it was written here
         std::optional<SyncProblem> problem = {};
     };
     struct Upload {
@@ -124,6 +125,8 @@ struct CloudSync::Private {
     void followUp(const Taken &taken);
     /// A line that the poll would repeat for hours is said once at info level.
     void sayOnce(bool polled, const QString &line);
+    /// A line that belongs to every upload is said once a minute.
+    void saySeldom(const QString &line);
     void initialSyncDone();
 
     // CloudSyncRead.cpp
@@ -138,7 +141,8 @@ struct CloudSync::Private {
     void merge(const DocumentPtr &document, SyncSource source, const Then<Taken> &then);
     struct Merged {
         SyncMergeOutcome outcome;
-        QByteArray snapshot; ///< of the tree before
+        QByteArray snapshot;                  ///< of the tree before
+        std::optional<SyncAnalysis> analysis; ///< of a change that might be held back
         Taken taken;
     };
     Taken commit(const DocumentPtr &document, SyncSource source, const SyncMergeInput &input, const Merged &merged);
@@ -179,8 +183,8 @@ struct CloudSync::Private {
 
     // CloudSyncGuard.cpp
     bool guardEnabled() const;
-    bool holdsBack(const DocumentPtr &document, const SyncMergeInput &input, const SyncMergeOutcome &outcome);
-    void hold(const DocumentPtr &document, const MassRemoval &removal, const LinkList &local, bool isLoad);
+    bool holdsBack(const DocumentPtr &document, const Merged &merged);
+    void hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis, bool isLoad);
     void release();
 
     // CloudSyncConfigure.cpp
@@ -228,6 +232,7 @@ struct CloudSync::Private {
         bool own = false;
     };
     std::optional<Seen> seen;
+    QHash<QString, Timestamp> saidAt;
     QString polledLine;           ///< the last line of a poll
     bool settingsTouched = false; ///< changed in this run and not written yet
     QStringList unreadableCopies;

@@ -138,9 +138,8 @@ void CloudSync::Private::forceDownload(const std::function<void()> &then)
         return;
     }
     if (const auto evicted = container->evict(fileName()); !evicted)
-        qCInfo(lcCloudSync).noquote() << u"Éviction impossible (normal si pas dans iCloud): %1"_s.arg(
-            problemOf(evicted.error()).detail);
-    qCInfo(lcCloudSync).noquote() << "Fichier de synchro évincé, re-téléchargement forcé...";
+        saySeldom(u"Éviction impossible (normal si pas dans iCloud): %1"_s.arg(problemOf(evicted.error()).detail));
+    saySeldom(u"Fichier de synchro évincé, re-téléchargement forcé..."_s);
     waitForDownload(forcedDownloadTimeout, [then](bool downloaded) {
         if (!downloaded)
             qCInfo(lcCloudSync).noquote() << "Timeout lors du re-téléchargement forcé du fichier de synchro";
@@ -289,6 +288,7 @@ void CloudSync::Private::fail(const UploadPtr &begun, CloudSyncError::Kind kind,
     else
         qCWarning(lcCloudSync).noquote() << "Autosync write failed:" << why.detail;
     retryLater(why);
+    problem->reading = kind == CloudSyncError::Kind::ReadFailed;
     finish(begun, CloudSyncError{kind, why.sentence});
     if (kind != CloudSyncError::Kind::ReadFailed)
         emit s.notifications.syncUploadFailed();
