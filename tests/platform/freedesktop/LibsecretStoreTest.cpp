@@ -13,6 +13,9 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +37,8 @@ public:
                      "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
                      "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
         config.close();
+        for (QProcess *each : {&m_daemon, &m_keyring}) // also when this test is killed
+            each->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
         m_daemon.start(u"dbus-daemon"_s,
                        {u"--config-file="_s + config.fileName(), u"--nofork"_s, u"--print-address"_s});
         while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(10'000)) {

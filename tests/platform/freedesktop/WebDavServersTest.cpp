@@ -247,6 +247,20 @@ TEST(WebDavServers, ADamagedOrHostileAnswerIsNeverTakenForTheFile)
     }
 }
 
+TEST(WebDavServers, AFreshFileIsWaitedForSoThatItNeedNotComeTwice)
+{
+    test::WaitedForClock clock;
+    OddDavServer server(clock);
+    server.tags = Tags::WeakAtFirst;
+    Machine machine(clock, server.folder());
+    server.put(file, "fresh");
+    ASSERT_EQ(said(machine.read()), "ok");
+    server.requests.clear();
+    ASSERT_EQ(said(machine.read()), "ok");
+    ASSERT_EQ(server.requests.size(), 1);
+    EXPECT_TRUE(server.requests[0].headers.value("if-none-match").startsWith('"'));
+}
+
 // Takes everything and says yes, as portals of networks do.
 TEST(WebDavServers, APortalThatAcceptsEverythingIsNotWrittenTo)
 {

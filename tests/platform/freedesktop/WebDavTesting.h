@@ -63,8 +63,7 @@ public:
     void restart()
     {
         container.reset();
-        container =
-            std::make_unique<WebDavContainer>(settings, http, secrets, m_clock, cache.path(), [] { return 0.; });
+        container = std::make_unique<WebDavContainer>(settings, http, secrets, m_clock, cacheFolder, [] { return 0.; });
     }
     FileResult read()
     {
@@ -101,6 +100,7 @@ private:
 
 public:
     QTemporaryDir cache;
+    QString cacheFolder = cache.path();
     QtHttpClient http;
     KnownSecrets secrets;
     WebDavSettings settings;
