@@ -1,8 +1,24 @@
 #include "app/Folders.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
+#include <sys/stat.h>
+
 namespace orvelle {
+
+namespace {
+
+void makePrivateFolder(const QString &path)
+{
+    if (QFileInfo::exists(path))
+        return;
+    makePrivateFolder(QFileInfo(path).path());
+    ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
+}
+
+} // namespace
 
 Folders Folders::ofUser()
 {
@@ -16,6 +32,12 @@ Folders Folders::ofUser()
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     folders.runtime = runtime.isEmpty() ? folders.config : runtime;
     return folders;
+}
+
+void makePrivate(const Folders &folders)
+{
+    makePrivateFolder(folders.config);
+    makePrivateFolder(folders.data);
 }
 
 QStringList temporaryFolders()

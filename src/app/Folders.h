@@ -16,6 +16,11 @@ struct Folders {
     static Folders ofUser();
 };
 
+/// Makes the folders of settings and data, with what is missing above them,
+/// for this user alone whatever the umask allows. What fails is reported by
+/// whoever writes there.
+void makePrivate(const Folders &folders);
+
 /// Where private files may lie that need not outlast the session, the preferred
 /// first: the runtime folder, if there is one, and the cache.
 QStringList temporaryFolders();

@@ -225,6 +225,7 @@ int Launcher::runApplication(const FirstRequest &request)
     Application *running = nullptr;
     if (!m_hasBus) {
         const Folders folders = Folders::ofUser();
+        makePrivate(folders);
         QDir().mkpath(folders.runtime);
         QLockFile lock(folders.runtime + QStringLiteral("/orvelle.lock"));
         lock.setStaleLockTime(0);
@@ -263,6 +264,7 @@ int Launcher::becomeApplication(GuiApplication &app, Application *&running, cons
     SystemClock clock;
     MessageAlerts alerts;
     const Folders folders = Folders::ofUser();
+    makePrivate(folders);
     auto opened = SqliteUserDefaults::open(folders.config, clock);
     if (!opened)
         return refuseToStart(app, alerts, opened.error());

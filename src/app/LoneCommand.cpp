@@ -60,6 +60,7 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
     SystemClock clock;
     NoPowerEvents powerEvents;
     const Folders folders = Folders::ofUser();
+    makePrivate(folders);
     auto opened = SqliteUserDefaults::open(folders.config, clock);
     if (!opened)
         return CommandResult::refused(openErrorText(opened.error()));

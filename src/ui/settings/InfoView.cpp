@@ -65,6 +65,8 @@ QVBoxLayout *featureTexts(const Feature &feature, QWidget *parent)
     texts->setSpacing(2);
     texts->addWidget(sectionTitle(text(feature.title), parent));
     texts->addWidget(sectionSubtitle(text(feature.description), parent));
+    // The names of a row stand on one line, however long their texts are.
+    texts->addStretch(1);
     return texts;
 }
 
