@@ -21,7 +21,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcFolder, "FolderContainer", QtInfoMsg)
 
-constexpr auto processesPatience = 10s;
+/// As long as one of them may wait for another machine.
+constexpr auto processesPatience = SharedFileLock::patience;
 /// After so long a temporary file of another machine's is nobody's any more.
 constexpr qint64 abandonedAfterNs = qint64(3600) * 1'000'000'000;
 constexpr char temporaryEnding[] = ".part";

@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
+#include <array>
 
 namespace orvelle {
 
@@ -42,14 +42,26 @@ QByteArray valueOf(const QByteArray &text, const QByteArray &key)
     return {};
 }
 
+/// When a process began, in the kernel's ticks; empty when there is none. Tells
+/// it from a later one of the same number.
+QByteArray startOf(qint64 process)
+{
+    QFile file(u"/proc/%1/stat"_s.arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // The name in parentheses may have anything in it; the start is the 22nd field.
+    const QByteArray stat = file.readAll();
+    return stat.sliced(stat.lastIndexOf(')') + 1).simplified().split(' ').value(19);
+}
+
 /// The owner was a process here and is no more. One whose number means nothing
 /// here (a sandbox) counts as living.
 bool isDeadProcessOfThisMachine(const QByteArray &text)
 {
     if (valueOf(text, "boot") != bootId() || valueOf(text, "processes") != processNamespace())
         return false;
-    const pid_t process = valueOf(text, "process").toInt();
-    return process > 0 && ::kill(process, 0) != 0 && errno == ESRCH;
+    const qint64 process = valueOf(text, "process").toInt();
+    return process > 0 && startOf(process) != valueOf(text, "started");
 }
 
 std::chrono::milliseconds leaseOf(const QByteArray &text)
@@ -79,7 +91,7 @@ QByteArray SharedFileLock::text() const
 {
     return "Orvelle lock 1\nmachine: " + m_machineName.toUtf8() + "\nboot: " + bootId() +
            "\nprocesses: " + processNamespace() + "\nprocess: " + QByteArray::number(::getpid()) +
-           "\ntoken: " + m_token +
+           "\nstarted: " + startOf(::getpid()) + "\ntoken: " + m_token +
            "\nseconds: " + QByteArray::number(std::chrono::duration_cast<std::chrono::seconds>(lease).count()) + '\n';
 }
 

@@ -9,9 +9,8 @@ namespace orvelle {
 /// A lock file beside a file that several machines write in a folder that they
 /// share live. Created exclusively, it tells its owner (machine, process, a
 /// random token) and for how long it may be kept. One that has not changed for
-/// that long is taken over; how long is measured here while it is watched, over
-/// several attempts if need be, since the clocks of two machines are never
-/// compared. One left by a process of this machine that no longer lives is
+/// that long is taken over; how long is measured here while it is watched, since
+/// the clocks of two machines are never compared. One left by a process of this machine that no longer lives is
 /// taken over at once.
 ///
 /// An owner keeps it for moments only, and no longer acts on it well before
@@ -22,11 +21,12 @@ namespace orvelle {
 class SharedFileLock
 {
 public:
-    static constexpr std::chrono::milliseconds lease{30'000};
+    static constexpr std::chrono::milliseconds lease{15'000};
     /// The owner asks for the last time whether it is still its own.
-    static constexpr std::chrono::milliseconds longestUse{15'000};
-    /// For how long acquire() waits.
-    static constexpr std::chrono::milliseconds patience{10'000};
+    static constexpr std::chrono::milliseconds longestUse{7'500};
+    /// For how long acquire() waits: to the end of an abandoned lock, so that
+    /// also a program that does not stay can take it over.
+    static constexpr std::chrono::milliseconds patience{20'000};
 
     SharedFileLock(const QString &name, QString machineName, std::shared_ptr<WorkerTime> time);
 

@@ -107,10 +107,11 @@ TEST_F(FolderContainerTest, theWatchTellsOfWhatConcernsTheFileAndOfNothingElse)
     bool written = false;
     container.write(name, "ours", {}, [&](const auto &file) { written = file.hasValue(); });
     EXPECT_TRUE(spinUntil([&] { return written; }));
-    EXPECT_EQ(read()->bytes, "ours");
+    for (int i = 0; i < 3; ++i) // past the looks that the notices of all this led to
+        EXPECT_EQ(read()->bytes, "ours");
+    EXPECT_EQ(changes, 0);
     folder.put(name, "theirs");
-    EXPECT_TRUE(spinUntil([&] { return changes > 0; }));
-    EXPECT_EQ(changes, 1) << "only their write, which came last";
+    EXPECT_TRUE(spinUntil([&] { return changes == 1; }));
 }
 
 TEST_F(FolderContainerTest, thePlaceholdersClientIsAskedForTheFile)

@@ -213,21 +213,27 @@ TEST_F(FolderFilesTest, aFileThatIsBeingWrittenIsReadWhenItIsWhole)
 TEST_F(FolderFilesTest, aLockIsRespectedUntilItHasNotChangedForItsLease)
 {
     // As another machine's whose clock is a year ahead.
-    const QByteArray theirs = "Orvelle lock 1\nmachine: there\nboot: another\nprocess: 1\ntoken: t\nseconds: 30\n";
+    const QByteArray theirs = "Orvelle lock 1\nmachine: there\nboot: another\nprocess: 1\ntoken: t\nseconds: 15\n";
     folder.put(lockName, theirs);
     const timespec ahead[2] = {{::time(nullptr) + 31'536'000, 0}, {::time(nullptr) + 31'536'000, 0}};
     ::utimensat(AT_FDCWD, pathOf(lockName).constData(), ahead, 0);
-
+    int beats = 0;
+    const auto start = time->now();
+    time->whilePausing = [&] { // it lives: seven seconds between two
+        if (time->now() - start >= (beats + 1) * 7s)
+            folder.put(lockName, theirs + "beat " + QByteArray::number(++beats));
+    };
     EXPECT_EQ(files.write(name, "one", {}).error().kind, Kind::Locked);
+    EXPECT_EQ(beats, 2);
     EXPECT_EQ(folder.names(), QStringList(lockName));
-    time->advance(15s);
-    folder.put(lockName, theirs + "beat\n"); // it lives
-    EXPECT_EQ(files.write(name, "one", {}).error().kind, Kind::Locked);
-    EXPECT_EQ(files.write(name, "one", {}).error().kind, Kind::Locked);
-    EXPECT_FALSE(QFile::exists(folder.file(name)));
-    time->advance(SharedFileLock::lease - 2 * SharedFileLock::patience);
+
+    time->whilePausing = [&] { EXPECT_EQ(folder.names().contains(name), false); };
+    const auto last = time->now();
     EXPECT_TRUE(files.write(name, "one", {}));
     EXPECT_EQ(folder.names(), QStringList(name));
+    // It had been watched for six seconds before.
+    EXPECT_GE(time->now() - last, SharedFileLock::lease - 7s);
+    EXPECT_LE(time->now() - last, SharedFileLock::lease - 5s);
 
     folder.put(lockName, theirs);
     time->pauses = 0;
@@ -237,6 +243,55 @@ TEST_F(FolderFilesTest, aLockIsRespectedUntilItHasNotChangedForItsLease)
     };
     EXPECT_TRUE(files.write(name, "two", versionIn("one"))) << "as soon as it is given back";
     EXPECT_EQ(time->pauses, 5);
+}
+
+TEST_F(FolderFilesTest, aLockOfAProcessHereThatIsGoneIsTakenOverAtOnce)
+{
+    const struct {
+        const char *what;
+        QByteArray from;
+        QByteArray to;
+        bool isWaitedFor;
+    } cases[] = {
+        {"living", {}, {}, true},
+        {"gone", "process: ", "process: 4194304", false},
+        {"another of its number", "started: ", "started: 1", false},
+        {"of another machine", "boot: ", "boot: x", true},
+        {"in a sandbox", "processes: ", "processes: x", true},
+    };
+    const Descriptor at(::open(QFile::encodeName(folder.path()).constData(), O_RDONLY | O_DIRECTORY));
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.what);
+        SharedFileLock first(name, u"m"_s, time);
+        ASSERT_FALSE(first.acquire(at.get(), true));
+        QByteArrayList lines = folder.get(lockName).split('\n');
+        for (QByteArray &line : lines) {
+            if (!each.from.isEmpty() && line.startsWith(each.from))
+                line = each.to;
+        }
+        folder.put(lockName, lines.join('\n'));
+        time->pauses = 0;
+        EXPECT_TRUE(files.write(name, "x", folder.get(name).isEmpty() ? QByteArray() : versionIn("x")));
+        EXPECT_EQ(time->pauses > 0, each.isWaitedFor);
+    }
+}
+
+TEST_F(FolderFilesTest, aFreshLockThatIsCaughtInTheMomentOfTakingOverGoesBack)
+{
+    // When its time is over, the lock is looked at once more and then the time:
+    // between that and the taking over another has done it.
+    const Descriptor at(::open(QFile::encodeName(folder.path()).constData(), O_RDONLY | O_DIRECTORY));
+    SharedFileLock lock(name, u"m"_s, time);
+    folder.put(lockName, "Orvelle lock 1\ntoken: old\n");
+    int asked = 0;
+    time->whenAsked = [&] {
+        if (time->pauses * 100ms == SharedFileLock::lease && ++asked == 2)
+            folder.put(lockName, "Orvelle lock 1\ntoken: fresh\n");
+    };
+    EXPECT_TRUE(lock.acquire(at.get(), false)) << "the fresh one holds";
+    EXPECT_GE(asked, 2);
+    EXPECT_EQ(folder.get(lockName), "Orvelle lock 1\ntoken: fresh\n");
+    EXPECT_EQ(folder.names(), QStringList(lockName));
 }
 
 TEST_F(FolderFilesTest, aLockThatIsNoLockFileStandsInTheWayAndStays)
@@ -257,9 +312,10 @@ TEST_F(FolderFilesTest, ofTwoThatFindAnAbandonedLockAtMostOneGetsIt)
         const auto take = [&] {
             const auto own = std::make_shared<FakeWorkerTime>();
             SharedFileLock lock(name, u"m"_s, own);
-            EXPECT_TRUE(lock.acquire(at.get(), false)) << "begins to watch";
-            own->advance(SharedFileLock::lease);
-            both.arrive_and_wait();
+            own->whilePausing = [&, begin = own->now()] {
+                if (own->now() - begin == SharedFileLock::lease - 100ms)
+                    both.arrive_and_wait(); // both have watched the old one
+            };
             if (!lock.acquire(at.get(), false) && lock.isStillOurs(at.get()))
                 ++owners;
         };

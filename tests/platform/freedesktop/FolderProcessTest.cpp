@@ -35,6 +35,13 @@ QByteArrayList entriesOf(const QByteArray &bytes)
     return lines.isEmpty() ? QByteArrayList() : lines.split('\n');
 }
 
+[[noreturn]] void fail(int pipe, int code)
+{
+    code = -code;
+    (void)!::write(pipe, &code, sizeof code);
+    ::_exit(1);
+}
+
 /// Reads, adds an entry and writes, over and over, telling each entry through
 /// the pipe once it is stored.
 void addEntries(const SharedFolder &folder, const QByteArray &who, int from, int pipe)
@@ -43,18 +50,18 @@ void addEntries(const SharedFolder &folder, const QByteArray &who, int from, int
     for (int n = from;;) {
         const auto file = files.read(name);
         if (!file && file.error().kind != Kind::Missing)
-            ::_exit(1);
+            fail(pipe, 100 + static_cast<int>(file.error().kind));
         if (file && !isWhole(file->file.bytes))
-            ::_exit(2);
+            fail(pipe, 1);
         QByteArrayList entries = file ? entriesOf(file->file.bytes) : QByteArrayList();
         entries += who + QByteArray::number(n);
         const auto written = files.write(name, documentOf(entries), file ? file->file.version : QByteArray());
         if (!written && written.error().kind == Kind::Conflict)
             continue;
         if (!written)
-            ::_exit(3);
+            fail(pipe, 200 + static_cast<int>(written.error().kind));
         if (::write(pipe, &n, sizeof n) != sizeof n)
-            ::_exit(4);
+            ::_exit(1);
         ++n;
     }
 }
@@ -78,6 +85,7 @@ public:
     void await(int count)
     {
         for (int n = 0; count > 0 && ::read(m_pipe, &n, sizeof n) == sizeof n; --count) {
+            EXPECT_GT(n, 0) << "failed by itself";
             m_next = n + 1;
             stored.insert(m_who + QByteArray::number(n));
         }
