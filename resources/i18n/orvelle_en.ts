@@ -1835,12 +1835,6 @@ You can change or remove everything here.</translation>
     <message id="update.state.available %@">
         <translation>Version %@ is available.</translation>
     </message>
-    <message id="update.state.published %@">
-        <translation>Published %@.</translation>
-    </message>
-    <message id="update.state.checked %@">
-        <translation>Last checked %@.</translation>
-    </message>
     <message id="update.state.never">
         <translation>Not checked yet.</translation>
     </message>
@@ -1888,12 +1882,6 @@ You can change or remove everything here.</translation>
     </message>
     <message id="update.error.noHost">
         <translation>There is no server to ask.</translation>
-    </message>
-    <message id="tip.title">
-        <translation>Is Orvelle of use to you?</translation>
-    </message>
-    <message id="tip.message">
-        <translation>You have been using it for a month’s worth of days. If you like, leave a tip: it opens a page in your browser.</translation>
     </message>
     <message id="tip.buy">
         <translation>Leave a tip</translation>
@@ -2239,6 +2227,18 @@ You can change or remove everything here.</translation>
     </message>
     <message id="calendar.foldersHint">
         <translation>Folders of .ics files, with their subfolders, beside the calendars that the desktop keeps.</translation>
+    </message>
+    <message id="update.state.published %@">
+        <translation>Published %@.</translation>
+    </message>
+    <message id="update.state.checked %@">
+        <translation>Last checked %@.</translation>
+    </message>
+    <message id="tip.title">
+        <translation>Is Orvelle of use to you?</translation>
+    </message>
+    <message id="tip.message">
+        <translation>You have been using it for a month’s worth of days. If you like, leave a tip: it opens a page in your browser.</translation>
     </message>
 </context>
 </TS>

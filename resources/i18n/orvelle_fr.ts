@@ -1835,12 +1835,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="update.state.available %@">
         <translation>La version %@ est disponible.</translation>
     </message>
-    <message id="update.state.published %@">
-        <translation>Publiée : %@.</translation>
-    </message>
-    <message id="update.state.checked %@">
-        <translation>Dernière vérification : %@.</translation>
-    </message>
     <message id="update.state.never">
         <translation>Pas encore vérifié.</translation>
     </message>
@@ -1888,12 +1882,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="update.error.noHost">
         <translation>Il n’y a pas de serveur à interroger.</translation>
-    </message>
-    <message id="tip.title">
-        <translation>Orvelle vous est utile ?</translation>
-    </message>
-    <message id="tip.message">
-        <translation>Vous l’utilisez depuis une trentaine de jours. Si vous le souhaitez, laissez un pourboire : une page s’ouvre dans votre navigateur.</translation>
     </message>
     <message id="tip.buy">
         <translation>Laisser un pourboire</translation>
@@ -2239,6 +2227,18 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="calendar.foldersHint">
         <translation>Dossiers de fichiers .ics, avec leurs sous-dossiers, en plus des agendas que tient le bureau.</translation>
+    </message>
+    <message id="update.state.published %@">
+        <translation>Publiée : %@.</translation>
+    </message>
+    <message id="update.state.checked %@">
+        <translation>Dernière vérification : %@.</translation>
+    </message>
+    <message id="tip.title">
+        <translation>Orvelle vous est utile ?</translation>
+    </message>
+    <message id="tip.message">
+        <translation>Vous l’utilisez depuis une trentaine de jours. Si vous le souhaitez, laissez un pourboire : une page s’ouvre dans votre navigateur.</translation>
     </message>
 </context>
 </TS>
