@@ -3,18 +3,32 @@
 // Needs a display.
 #include "SampleTrees.h"
 #include "Statistics.h"
+#include "menubar/QuickLaunchManager.h"
+#include "support/FakeApplications.h"
+#include "support/FakeCalendarStore.h"
+#include "support/FakeHttp.h"
+#include "support/FakePasteboard.h"
+#include "support/FakePlaces.h"
 #include "ui/menu/MenuPopup.h"
+#include "ui/menu/rows/CalendarRowView.h"
+#include "ui/menu/rows/ClipboardRowView.h"
 #include "ui/menu/rows/NetworkRowView.h"
+#include "ui/menu/rows/QuickLaunchRowView.h"
 #include "ui/menu/rows/SystemInfoRowView.h"
 #include "ui/menu/rows/TimerRowView.h"
+#include "ui/menu/rows/WeatherRowView.h"
 #include "widgets/WidgetWorld.h"
+#include "widgets/calendar/CalendarManager.h"
+#include "widgets/clipboard/ClipboardManager.h"
 #include "widgets/network/NetworkManager.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
 #include "widgets/timer/TimerManager.h"
+#include "widgets/weather/WeatherManager.h"
 
 #include <QApplication>
 #include <QMenu>
 #include <QPaintEvent>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QWidget>
 
@@ -67,9 +81,46 @@ void toolkitMenu(benchmark::State &state)
     }
 }
 
-/// The widgets with figures to show, and their rows.
+/// The widgets with something to show each, and their rows.
 struct Widgets : test::WidgetWorld {
     Widgets() : WidgetWorld(&Notifications::networkChanged)
+    {
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        watchTheMachine();
+        timer.start(600);
+        showWeather();
+        showEvents();
+        copyTexts();
+        for (int slot = 0; slot < 4; ++slot) {
+            applications.install(QStringLiteral("Program%1").arg(slot));
+            quickLaunch.setApp(slot, applications.apps.constLast().path);
+        }
+    }
+
+    QWidget *makeRow(WidgetType type, QWidget *parent)
+    {
+        const auto nothing = [] {};
+        switch (type) {
+        case WidgetType::SystemInfo:
+            return new SystemInfoRowView(system, notifications, parent);
+        case WidgetType::Network:
+            return new NetworkRowView(network, notifications, parent);
+        case WidgetType::Timer:
+            return new TimerRowView(timer, notifications, clock, parent);
+        case WidgetType::Weather:
+            return new WeatherRowView(weather, notifications, clock, nothing, parent);
+        case WidgetType::Calendar:
+            return new CalendarRowView(calendar, notifications, {nothing, nothing, nothing, [](const QUrl &) {}},
+                                       parent);
+        case WidgetType::Clipboard:
+            return new ClipboardRowView(clipboard, notifications, nothing, parent);
+        case WidgetType::QuickLaunch:
+            return new QuickLaunchRowView(quickLaunch, applications, notifications, {[](int) {}, nothing}, parent);
+        }
+        return nullptr;
+    }
+
+    void watchTheMachine()
     {
         system.setDisplayMode(SystemInfoDisplayMode::Terminal);
         network.setDisplayMode(NetworkDisplayMode::Graph);
@@ -77,22 +128,58 @@ struct Widgets : test::WidgetWorld {
             counters.reading = {{{2, QStringLiteral("eth0"), {}, 0, i * i * 10'000, i * 5000}}};
             clock.advance(MonitorSchedule::period);
         }
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-        timer.start(600);
     }
-
-    QWidget *makeRow(WidgetType type, QWidget *parent)
+    void showWeather()
     {
-        if (type == WidgetType::SystemInfo)
-            return new SystemInfoRowView(system, notifications, parent);
-        if (type == WidgetType::Network)
-            return new NetworkRowView(network, notifications, parent);
-        return new TimerRowView(timer, notifications, clock, parent);
+        http.answers(QStringLiteral("*"), 200,
+                     R"({"current":{"temperature_2m":20.5,"weather_code":2,"is_day":1},)"
+                     R"("daily":{"temperature_2m_min":[11.4],"temperature_2m_max":[24]}})");
+        weather.setLocationMode(WeatherLocationMode::Automatic);
+        location.machineIsAt({48.8566, 2.3522});
+        http.deliverAll();
+        geocoder.deliver();
+    }
+    void showEvents()
+    {
+        for (int i = 1; i <= 3; ++i) {
+            CalendarEvent event;
+            event.title = QStringLiteral("Event %1").arg(i);
+            event.start = clock.now() + 600 * i;
+            event.end = event.start + 600;
+            store.events += event;
+        }
+        calendar.setMaxEvents(3);
+        calendar.setEnabled(true);
+        store.answer();
+    }
+    void copyTexts()
+    {
+        clipboard.setEnabled(true);
+        for (int i = 0; i < 10; ++i) {
+            pasteboard.otherAppCopies(QStringLiteral("What was copied as number %1").arg(i));
+            clipboard.checkNow();
+            do
+                QApplication::processEvents();
+            while (clipboard.isReading());
+        }
     }
 
+    test::FakeHttp http;
+    test::FakeLocationService location;
+    test::FakeGeocoder geocoder;
+    test::FakeCalendarStore store;
+    test::FakePasteboard pasteboard{clock};
+    test::FakeApplications applications;
+    QTemporaryDir folder;
+    ClipboardCache cache{{folder.path()}};
     SystemInfoManager system{{defaults, debugMode, notifications, power, sampler, host}};
     NetworkManager network{{defaults, debugMode, notifications, power, sampler, counters}};
     TimerManager timer{{defaults, debugMode, notifications, clock, alerts, sounds, desktop, [] {}}};
+    WeatherManager weather{{defaults, debugMode, notifications, clock, power, http, location, geocoder}};
+    CalendarManager calendar{{defaults, debugMode, notifications, clock, store}};
+    ClipboardManager clipboard{{defaults, debugMode, notifications, power, clock, pasteboard, cache,
+                                [](const QByteArray &rtf) { return QString::fromUtf8(rtf); }}};
+    QuickLaunchManager quickLaunch{{defaults, debugMode, notifications, applications}};
 };
 
 Menu menuOf(const LinkList &links, const QList<WidgetType> &widgets)
@@ -138,9 +225,7 @@ int main(int argc, char **argv)
     };
     inRuns(benchmark::RegisterBenchmark("first_frame/toolkit", toolkitMenu)->Arg(10));
     inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(sampleTree(1000, 30)))->Arg(1000));
-    inRuns(benchmark::RegisterBenchmark(
-               "first_frame/widgets",
-               ours(sampleTree(1000, 30), {WidgetType::SystemInfo, WidgetType::Network, WidgetType::Timer}))
+    inRuns(benchmark::RegisterBenchmark("first_frame/widgets", ours(sampleTree(1000, 30), defaultWidgetOrder()))
                ->Arg(1000));
     inRuns(benchmark::RegisterBenchmark("first_frame/grouped", ours(sampleTree(10000, 30)))->Arg(10000));
     inRuns(benchmark::RegisterBenchmark("first_frame/flat", ours(sampleTree(10000, 0)))->Arg(10000));

@@ -32,7 +32,7 @@ FIGURES = {
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),
-        ("menu's first frame with three widgets", "ms", "first_frame/widgets/1000", "first_frame/grouped/1000",
+        ("menu's first frame with all seven widgets", "ms", "first_frame/widgets/1000", "first_frame/grouped/1000",
          "without them", 1.5, None, None),
         ("menu's first frame, 10,000 links in groups", "ms", "first_frame/grouped/10000", "first_frame/grouped/1000",
          "1,000 links", 1.3, None, None),
@@ -51,6 +51,13 @@ FIGURES = {
     "calendar": [
         ("next events out of 50,000, at hand", "ms", "calendar_warm", None, None, None, 50, None),
         ("next events out of 50,000, first read", "ms", "calendar_cold", "calendar_bytes", "reading the bytes", None, None, None),
+    ],
+    "widgets": [
+        ("wake-ups a second, all widgets, menu shut", "", "shut/wakeups", None, None, None, 0.5, None),
+        ("processor, all widgets, menu shut", "%", "shut/cpu", None, None, None, 0.1, None),
+        ("processor, all widgets, menu open", "%", "open/cpu", None, None, None, 1, None),
+        ("hot key pressed to the menu's window", "ms", "hotkey", "click", "a click on the icon", 1.3, None, None),
+        ("memory (PSS) after ten images of 50 MiB", "MiB", "images/after", "images/before", "before them", None, 143, None),
     ],
     "process": [
         ("start to registered icon, 1,000 links", "ms", "start/orvelle", "start/minimal", "minimal program", 3, None, None),
