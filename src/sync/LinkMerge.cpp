@@ -36,6 +36,10 @@ public:
 
     LinkList run(const LinkList &local)
     {
+        walk(local, [this](const LinkItem &item) {
+            if (item.bookmarkData)
+                m_bookmarks.insert(item.stableId, *item.bookmarkData);
+        });
         const LinkList merged = mergeLevel(local, m_remote.root(), Orphanage::noRoute);
         return deduplicate(
             m_orphans.adoptInto(merged, m_exportDate), m_exportDate,
@@ -55,7 +59,7 @@ private:
             if (match >= 0) {
                 mergeInto(out, item, match, route);
             } else if (isGone(item, identity, level)) {
-                remove(item, identity, route);
+                remove(item, route);
                 out.drop();
             } else {
                 out.keep();
@@ -94,8 +98,25 @@ private:
     {
         for (int i = level.begin; i < level.end; i = m_remote.endOf(i)) {
             if (!m_matched[static_cast<std::size_t>(i)])
-                out.add(m_remote.item(i));
+                out.add(withOwnBookmarks(m_remote.item(i)));
         }
+    }
+
+    /// What was moved there keeps the bookmark it has here.
+    LinkItem withOwnBookmarks(const LinkItem &item) const
+    {
+        if (m_bookmarks.isEmpty())
+            return item;
+        LinkList one = {item};
+        changeItems(one, [this](const LinkItem &old) -> std::optional<LinkItem> {
+            const auto own = m_bookmarks.constFind(old.stableId);
+            if (own == m_bookmarks.constEnd())
+                return std::nullopt;
+            LinkItem changed = old;
+            changed.bookmarkData = *own;
+            return changed;
+        });
+        return one.first();
     }
 
     /// Absent when the local item stays as it is.
@@ -139,10 +160,9 @@ private:
         return mayBeDeleted(item) && !m_remote.isBelow(level, identity) && !isNewerThanElsewhere(item, identity);
     }
 
-    void remove(const LinkItem &item, int identity, int route)
+    void remove(const LinkItem &item, int route)
     {
-        // One that is elsewhere in the document was moved, not deleted.
-        if (identity < 0 && m_log)
+        if (m_log)
             m_log(u"Auto-merge: suppression de '%1' (supprimé sur l'autre Mac)"_s.arg(item.name));
         if (item.children)
             saveMembers(*item.children, m_orphans.into(route, item.stableId));
@@ -164,8 +184,9 @@ private:
     const QSet<QString> *m_shared;
     bool m_preferRemoteOrder;
     const MergeLog &m_log;
-    std::vector<bool> m_matched; ///< by position: merged with an item here
-    std::vector<bool> m_taken;   ///< by the list's parent's position + 1: its other members came in
+    QHash<QString, QByteArray> m_bookmarks; ///< of the items here
+    std::vector<bool> m_matched;            ///< by position: merged with an item here
+    std::vector<bool> m_taken;              ///< by the list's parent's position + 1: its other members came in
     Orphanage m_orphans;
 };
 

@@ -12,7 +12,8 @@ namespace orvelle {
 // Folding the tree of another machine's document into the one here. Pure but
 // for the log; any thread, as long as nobody changes the lists meanwhile.
 
-/// Takes each line about an item that was removed. May be empty.
+/// Takes each line about an item that was removed from a list, also when the
+/// document has it elsewhere. May be empty.
 using MergeLog = std::function<void(const QString &line)>;
 
 /// Whether a document written at `exportDate` is later than every item here.

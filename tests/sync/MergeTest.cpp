@@ -21,7 +21,7 @@ struct Case {
     const char *local;
     const char *remote;
     const char *merged;
-    const char *removed = ""; ///< names in the log
+    const char *removed = ""; ///< names in the log: what left its list
     bool preferRemoteOrder = false;
 };
 
@@ -62,11 +62,11 @@ const Case cases[] = {
     {"a group's members merge although the local copy wins", "f5[a b]", "f2[b c]", "f5[b c]", "a"},
     {"a group's members merge although the other copy wins", "f2[a A]", "f5[b c]", "f5[A b c]", "a"},
     {"moved into a group there", "a f[]", "f[a3]", "f[a3]"},
-    {"moved into another group there", "f[a] g[]", "f[] g[a3]", "f[] g[a3]"},
-    {"moved out of a group there", "f[a b]", "f[b] a4", "f[b] a4"},
+    {"moved into another group there", "f[a] g[]", "f[] g[a3]", "f[] g[a3]", "a"},
+    {"moved out of a group there", "f[a b]", "f[b] a4", "f[b] a4", "a"},
     {"moved to another group there, edited here later", "f[a7] g[]", "f[] g[a3]", "f[a7] g[]"},
     {"moved to different groups, here later", "f[] g[a5] h[]", "f[] g[] h[a4]", "f[] g[a5] h[]"},
-    {"moved to different groups, there later", "f[] g[a4] h[]", "f[] g[] h[a5]", "f[] g[] h[a5]"},
+    {"moved to different groups, there later", "f[] g[a4] h[]", "f[] g[] h[a5]", "f[] g[] h[a5]", "a"},
     {"newer move into a deleted group", "f[a7]", "a", "a10", "f"},
     {"an item made in a deleted group", "f[a g[A]] b", "b", "b A10", "f"},
     {"an item made in a group inside a deleted one", "h[f[A a]] b", "b h[]", "h[A10] b", "f"},
@@ -144,6 +144,17 @@ TEST(MergePair, AnItemThatChangedItsKindLosesNothing)
     note.contentModifiedAt = Timestamp{0};
     note.modifiedAt = Timestamp{3};
     EXPECT_EQ(mergedPair(address.at(0), note), note) << "the other side has no text that could be newer";
+}
+
+TEST(MergePair, WhatWasMovedThereKeepsItsBookmark)
+{
+    LinkList local = dated(u"f[a b] g[]"_s);
+    (*local[0].children)[0].bookmarkData = "here";
+    LinkList remote = dated(u"f[b] g[h[a5]]"_s);
+    (*(*remote[1].children)[0].children)[0].bookmarkData = "there";
+    const LinkList merged = autoMergeLinks(local, remote, exportDate, false, {});
+    ASSERT_EQ(outlineOf(merged), u"f[b] g[h[a]]");
+    EXPECT_EQ(merged.at(1).children->at(0).children->at(0).bookmarkData, "here");
 }
 
 TEST(MergePair, MissingDatesAreTheDistantPast)
