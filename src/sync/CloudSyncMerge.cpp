@@ -5,7 +5,6 @@
 #include "links/LinkTree.h"
 #include "links/SnapshotStore.h"
 #include "sync/CloudSyncPrivate.h"
-#include "sync/LinkMerge.h"
 
 using namespace Qt::StringLiterals;
 
@@ -163,7 +162,7 @@ void CloudSync::Private::noteTaken(const DocumentPtr &document, SyncSource sourc
     } else {
         now.version = document->versionId;
         now.history = joinedHistory(its, past);
-        now.items = collectAllStableIds(document->content.items);
+        now.items = document->items;
         now.since = s.clock.now();
     }
     setBase(now);

@@ -52,7 +52,13 @@ struct CloudSync::Private {
         bool ownWrite = false; ///< it was written here
         std::optional<SyncProblem> problem = {};
     };
-    struct Upload {
+    /// The bytes to write, and what is noted of them.
+    struct Encoded {
+        LinkExchange::Exported exported;
+        QString versionId;
+        QSet<QString> items;
+    };
+    struct Upload : Encoded {
         SyncSource source = SyncSource::SilentSave;
         Done done;
         int attempt = 0;
@@ -60,8 +66,7 @@ struct CloudSync::Private {
         SyncResult result;
         DocumentPtr remote; ///< what is replaced; null when there is no file
         Taken taken;
-        // What is written, and what it was made of.
-        LinkExchange::Exported exported;
+        // What the bytes were made of.
         LinkList links;
         std::optional<Timestamp> settings;
         Timestamp exportedAt;

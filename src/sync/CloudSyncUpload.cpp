@@ -181,12 +181,16 @@ void CloudSync::Private::exportFor(const UploadPtr &begun, const std::function<v
     begun->settings = document.settingsModifiedAt;
     begun->links = s.links.links();
     begun->exportedAt = s.clock.now();
-    onWorker<LinkExchange::Exported>(
+    onWorker<Encoded>(
         [document, links = begun->links, home = s.links.homeDirectory()] {
-            return LinkExchange::encodeDocument(document, links, home);
+            Encoded encoded;
+            encoded.exported = LinkExchange::encodeDocument(document, links, home);
+            encoded.versionId = syncVersionId(encoded.exported.bytes);
+            encoded.items = collectAllStableIds(links);
+            return encoded;
         },
-        [begun, then](LinkExchange::Exported exported) {
-            begun->exported = std::move(exported);
+        [begun, then](const Encoded &encoded) {
+            static_cast<Encoded &>(*begun) = encoded;
             then();
         });
 }
@@ -236,10 +240,10 @@ void CloudSync::Private::write(const UploadPtr &begun, const QByteArray &bytes)
     const auto known = base();
     SyncBase next;
     next.place = container->displayPath(fileName());
-    next.version = syncVersionId(begun->exported.bytes);
+    next.version = begun->versionId;
     if (known)
         next.history = joinedHistory({known->version}, known->history);
-    next.items = collectAllStableIds(begun->links);
+    next.items = begun->items;
     next.since = begun->exportedAt;
     beingWritten = next.version;
     baseOfBeingWritten = next;

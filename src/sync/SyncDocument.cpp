@@ -3,6 +3,7 @@
 #include "base/Hash.h"
 #include "base/Text.h"
 #include "links/ExchangeDocument.h"
+#include "sync/LinkMerge.h"
 #include "sync/SyncCipher.h"
 
 using namespace Qt::StringLiterals;
@@ -83,6 +84,7 @@ readSyncDocument(const CloudFile &file, SyncCipher *cipher, FileBookmarks &bookm
     document->hash = sha256Hex(plain);
     document->versionId = syncVersionId(plain);
     document->content = std::move(prepared).value();
+    document->items = collectAllStableIds(document->content.items);
     document->history = documentHistory(*document->content.document);
     return std::shared_ptr<const SyncDocument>(std::move(document));
 }

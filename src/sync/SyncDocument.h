@@ -20,6 +20,7 @@ struct SyncDocument {
     bool encrypted = false;
     PreparedImport content;
     std::optional<QStringList> history;
+    QSet<QString> items; ///< stable ids
 };
 
 /// Why a file is not merged. Nothing of it is taken then, and it is not
