@@ -84,6 +84,7 @@ void EvolutionCalendar::died()
 
 void EvolutionCalendar::changed()
 {
+    m_lastIsNew = false;
     m_listener.eventsChanged();
 }
 
@@ -95,13 +96,16 @@ void EvolutionCalendar::close()
     m_view.reset();
     m_client.reset();
     m_busy = false;
+    m_lastIsNew = false;
 }
 
 void EvolutionCalendar::ask(const EvolutionEvents &question, Answer answer)
 {
-    if (!m_client || m_busy)
+    const bool isKnown = std::exchange(m_lastIsNew, false) && question.from >= m_lastFrom && question.to <= m_lastTo;
+    if (!m_client || m_busy || isKnown)
         return answer(lastSaid(question.from, question.to));
     m_busy = true;
+    m_askedAt = g_get_monotonic_time();
     // Watched before it is asked, so that no change is missed in between.
     if (m_view && question.from >= m_viewFrom && question.to <= m_viewTo)
         query(question, answer);
@@ -152,6 +156,7 @@ void EvolutionCalendar::query(const EvolutionEvents &question, const Answer &ans
     const GText color(e_source_selectable_dup_color(
         static_cast<ESourceSelectable *>(e_source_get_extension(m_source.get(), E_SOURCE_EXTENSION_CALENDAR))));
     EvolutionEvents about = question;
+    about.to += day; // so that it still holds when the days have moved on a little
     about.calendarColor = QString::fromUtf8(color.get());
     auto found = std::make_shared<std::optional<QList<CalendarEvent>>>();
     const auto work = [found, about, client = m_client, begun = m_connection, &host = m_host] {
@@ -159,12 +164,23 @@ void EvolutionCalendar::query(const EvolutionEvents &question, const Answer &ans
             *found = host.occurrences(*events);
     };
     m_loop.beside(work, [self = shared_from_this(), begun = m_connection, about, answer, found] {
-        if (self->isPresent(begun)) {
-            self->m_busy = false;
-            self->m_last = found->value_or(self->m_last);
-        }
-        answer(self->lastSaid(about.from, about.to));
+        if (self->isPresent(begun))
+            self->answerCame(about, *found);
+        answer(self->lastSaid(about.from, about.to - day));
     });
+}
+
+void EvolutionCalendar::answerCame(const EvolutionEvents &about, const std::optional<QList<CalendarEvent>> &events)
+{
+    m_busy = false;
+    if (!events)
+        return;
+    m_last = *events;
+    m_lastFrom = about.from;
+    m_lastTo = about.to;
+    m_lastIsNew = g_get_monotonic_time() - m_askedAt > patience * gint64(1000);
+    if (m_lastIsNew)
+        m_listener.answeredLate();
 }
 
 QList<CalendarEvent> EvolutionCalendar::lastSaid(qint64 from, qint64 to) const

@@ -17,6 +17,7 @@ public:
         std::function<void()> refused; ///< could not be opened
         std::function<void()> lost;    ///< was open and is not any more
         std::function<void()> eventsChanged;
+        std::function<void()> answeredLate; ///< after whoever asked has given up; ask again
     };
     EvolutionCalendar(EngineLoop &loop, const EvolutionHost &host, GPointer<ESource> source, Listener listener);
 
@@ -27,7 +28,10 @@ public:
     void close();
 
     using Answer = std::function<void(const QList<CalendarEvent> &)>;
-    /// Asks the server and watches those days from then on.
+    /// How long an answer is waited for.
+    static constexpr int patience = 5000; ///< milliseconds
+    /// Asks the server and watches those days from then on. After a late answer
+    /// that one is given.
     void ask(const EvolutionEvents &question, Answer answer);
     /// What it said last of those days.
     QList<CalendarEvent> lastSaid(qint64 from, qint64 to) const;
@@ -40,6 +44,7 @@ private:
     /// Whether what was begun with this belongs to the present connection.
     bool isPresent(const GPointer<GCancellable> &begun) const;
     std::function<void()> whilePresent(void (EvolutionCalendar::*heard)());
+    void answerCame(const EvolutionEvents &about, const std::optional<QList<CalendarEvent>> &events);
     void died();
     void changed();
 
@@ -52,8 +57,12 @@ private:
     GPointer<ECalClientView> m_view;
     qint64 m_viewFrom = 0;
     qint64 m_viewTo = 0;
-    bool m_busy = false; ///< with a question
+    bool m_busy = false;  ///< with a question
+    gint64 m_askedAt = 0; ///< microseconds of the monotonic clock
     QList<CalendarEvent> m_last;
+    bool m_lastIsNew = false; ///< came late and nothing has changed since
+    qint64 m_lastFrom = 0;
+    qint64 m_lastTo = 0;
 };
 
 } // namespace orvelle

@@ -25,7 +25,8 @@ struct EvolutionHost {
     std::function<QList<CalendarEvent>(const EvolutionEvents &)> occurrences; ///< that overlap [from, to)
     /// Whether there is a server, running or one that the bus can start.
     std::function<void(bool present)> presenceKnown;
-    /// A calendar can be asked, for the first time or again.
+    /// A calendar can be asked, for the first time or again, or has answered
+    /// after its time.
     std::function<void()> calendarsOpened;
     /// Events of the days last asked for may have changed; at most ten times a second.
     std::function<void()> eventsChanged;

@@ -18,7 +18,6 @@ Q_LOGGING_CATEGORY(lcEvolution, "EvolutionCalendars", QtInfoMsg)
 constexpr char registryName[] = "org.gnome.evolution.dataserver.Sources5";
 constexpr char factoryName[] = "org.gnome.evolution.dataserver.Calendar8";
 constexpr int coalescing = 100; ///< milliseconds
-constexpr int patience = 5000;  ///< milliseconds
 constexpr int longestPause = 3600;
 constexpr gint64 quietTime = 60'000'000; ///< microseconds after which a loss is no consequence of the last one
 
@@ -116,8 +115,8 @@ void EvolutionSession::busCame(GPointer<GDBusConnection> bus)
     // GIO would end the process with the bus.
     g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
     g_dbus_connection_call(m_bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                           "ListActivatableNames", nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, patience,
-                           m_life.get(), EngineLoop::finished(),
+                           "ListActivatableNames", nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE,
+                           EvolutionCalendar::patience, m_life.get(), EngineLoop::finished(),
                            m_loop.awaiting([this](GObject *, GAsyncResult *result) { serviceListCame(result); }));
 }
 
@@ -275,7 +274,8 @@ EvolutionSession::Calendar EvolutionSession::makeCalendar(const GPointer<ESource
         m_loop, m_host, source,
         EvolutionCalendar::Listener{[this] { once(m_opened, coalescing, m_host.calendarsOpened); },
                                     [this] { connectLater(); }, [this] { lostSome(); },
-                                    [this] { once(m_changed, coalescing, m_host.eventsChanged); }});
+                                    [this] { once(m_changed, coalescing, m_host.eventsChanged); },
+                                    [this] { once(m_opened, coalescing, m_host.calendarsOpened); }});
 }
 
 /// Those of the user's mail accounts.
@@ -304,7 +304,7 @@ void EvolutionSession::putToAll(quint64 question, qint64 from, qint64 to)
     auto asked = std::make_shared<Asked>(Asked{question, from, to, m_calendars, {}, 0, false});
     if (m_calendars.isEmpty())
         return deliver(asked);
-    asked->deadline = m_loop.after(patience, [this, asked] {
+    asked->deadline = m_loop.after(EvolutionCalendar::patience, [this, asked] {
         asked->deadline = 0;
         for (const Calendar &each : std::as_const(asked->waitedFor))
             asked->events += each->lastSaid(asked->from, asked->to);
