@@ -104,8 +104,8 @@ SyncStatus CloudSync::Private::status() const
         now.state = State::Failed;
     else if (uploadTimer || deferred)
         now.state = State::Waiting;
-    else if (problem)
-        now.state = State::Failed;
+    else if (problem) // passes by itself, and nothing here waits for it
+        now.state = State::Unavailable;
     else
         now.state = isInitialSyncComplete ? State::Current : State::Starting;
     if (uploadTimer)

@@ -170,6 +170,22 @@ TEST_F(CloudSyncMonitorTest, aNewerVersionIsDownloadedThenTakenIn)
     EXPECT_EQ(here(a), u"x y"_s);
 }
 
+TEST_F(CloudSyncMonitorTest, aPlaceThatCannotBeReachedTroublesNobody)
+{
+    otherWrites(u"x"_s);
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(10s);
+    a.container.setOnline(false);
+    clock.advance(60s);
+    const SyncStatus status = a.sync().status();
+    EXPECT_EQ(status.state, State::Unavailable);
+    EXPECT_FALSE(status.needsUser());
+    EXPECT_FALSE(status.failure.isEmpty());
+    a.container.setOnline(true);
+    clock.advance(60s);
+    EXPECT_EQ(a.sync().status().state, State::Current);
+}
+
 TEST_F(CloudSyncMonitorTest, debugModeHasAFileOfItsOwn)
 {
     SyncMachine a(clock, place, u"A"_s);
