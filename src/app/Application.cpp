@@ -32,6 +32,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_widgets(widgetSurroundings()),
       m_services({*m_core.defaults, m_core.clock, m_core.http, surroundings.alerts, m_workspace,
                   &Windows::bringToFront}),
+      m_sync(syncServicesOf(m_core)),
       m_weather({*m_core.defaults, m_core.debugMode, m_core.notifications, m_powerEvents, m_core.clock, m_core.http,
                  m_workspace, [this] { m_presenter.close(); }}),
       m_presenter(&childEntries),
@@ -44,13 +45,19 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
                   m_powerEvents, m_importer, &Windows::bringToFront}),
       m_storageAlerts(*m_core.defaults, m_core.links, surroundings.alerts)
 {
+    m_core.hooks.attach(&m_sync.engine());
+    m_core.jobs.attach(&m_sync.engine());
     m_services.addTo(m_widgets.jobs);
     m_weather.addTo(m_widgets.jobs, m_widgets.sections);
     m_presenter.setWidgetRowFactory(
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
 }
 
-Application::~Application() = default;
+Application::~Application()
+{
+    m_core.jobs.attach(nullptr);
+    m_core.hooks.attach(nullptr);
+}
 
 WidgetServices::Surroundings Application::widgetSurroundings()
 {
@@ -110,7 +117,9 @@ SettingsServices Application::settingsServices(AppWindows &windows)
             m_widgets.sections,
             &m_shortcut,
             &m_services.updates,
-            &m_services.launchAtLogin};
+            &m_services.launchAtLogin,
+            &m_sync,
+            &m_folderChooser};
 }
 
 void Application::start()
@@ -120,6 +129,7 @@ void Application::start()
     m_colorScheme.start();
     m_core.links.restoreRootAccess();
     m_core.defaults->startWatching();
+    m_sync.open();
     m_powerEvents.start();
     // After the delegate, which notes that the system ends.
     connect(&m_powerEvents, &PowerEvents::willPowerOff, this, &Application::saveAndExit);
@@ -192,7 +202,8 @@ CommandContext Application::commandContext(const QString &workingDirectory)
             [this] { return m_menuBar.buildMainMenu(); },
             [this](const LinkItem &item) { return m_menuBar.openLink(item); },
             workingDirectory,
-            this};
+            this,
+            [this]() -> SyncControl & { return m_sync; }};
 }
 
 CommandResult Application::runCommand(const QStringList &arguments, const QString &workingDirectory)

@@ -82,6 +82,7 @@ private:
     GlobalShortcut m_shortcut;
     WidgetServices m_widgets;
     UserServices m_services;
+    SyncServices m_sync;
     WeatherServices m_weather;
     MenuPopup m_presenter;
     ExchangeController m_importer;

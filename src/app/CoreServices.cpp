@@ -26,6 +26,15 @@ CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
     siteIcons.attach(links);
 }
 
+SyncServices::Services syncServicesOf(CoreServices &core)
+{
+    return {{core.links, core.exchange, core.exchangeSettings, core.bookmarks, *core.defaults, core.debugMode,
+             core.notifications, core.clock, core.snapshots, core.secrets},
+            core.http,
+            core.folders.cache + QStringLiteral("/webdav"),
+            QSysInfo::machineHostName()};
+}
+
 QString openErrorText(const DefaultsOpenError &error)
 {
     switch (error.kind) {

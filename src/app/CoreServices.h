@@ -2,6 +2,7 @@
 
 #include "app/Folders.h"
 #include "app/InactiveJobs.h"
+#include "app/SyncServices.h"
 #include "base/Notifications.h"
 #include "base/Result.h"
 #include "links/FaviconSettings.h"
@@ -12,6 +13,7 @@
 #include "menubar/StoredExchangeSettings.h"
 #include "menubar/WidgetOrderManager.h"
 #include "platform/freedesktop/InodeFileBookmarks.h"
+#include "platform/freedesktop/LibsecretStore.h"
 #include "platform/freedesktop/MountVolumes.h"
 #include "platform/freedesktop/QtHttpClient.h"
 #include "platform/freedesktop/SqliteUserDefaults.h"
@@ -20,38 +22,54 @@
 
 namespace orvelle {
 
-/// What the link store would ask of icons and sync, in a version without them.
-class InactiveLinkStoreHooks : public LinkStoreHooks
+/// What the link store asks of the site icons and, where there is one, of the
+/// synchronisation.
+class StoreHooks : public LinkStoreHooks
 {
 public:
-    void hydrateFavicons(LinkList &) override {}
-    void cleanupOrphanFavicons(const LinkList &) override {}
-    void loadSyncState() override {}
-    void scheduleAutoSync() override {}
-    void systemDidWake() override {}
-};
+    explicit StoreHooks(FaviconStore &icons) : m_icons(icons) {}
 
-/// The store's needs of site icons; those of sync are still nobody's.
-class SiteIconHooks : public InactiveLinkStoreHooks
-{
-public:
-    explicit SiteIconHooks(FaviconStore &icons) : m_icons(icons) {}
+    /// From here on; null for none. It outlives this, or is taken away again.
+    void attach(CloudSync *sync) { m_sync = sync; }
+
     void hydrateFavicons(LinkList &links) override { m_icons.hydrateFaviconsFromDisk(links); }
     void cleanupOrphanFavicons(const LinkList &) override { m_icons.cleanupOrphanFavicons(); }
+    void loadSyncState() override { ask(&CloudSync::loadSyncState); }
+    void scheduleAutoSync() override { ask(&CloudSync::scheduleAutoSync); }
+    void systemDidWake() override { ask(&CloudSync::handleSystemDidWake); }
+    void syncableSettingsDidChange() override { ask(&CloudSync::syncableSettingsDidChange); }
 
 private:
+    void ask(void (CloudSync::*what)())
+    {
+        if (m_sync)
+            (m_sync->*what)();
+    }
+
     FaviconStore &m_icons;
+    CloudSync *m_sync = nullptr;
 };
 
-/// Of what start-up asks for, what this version does.
+/// Of what start-up asks for, what is no widget and no service of its own.
 class CoreJobs : public InactiveJobs
 {
 public:
     explicit CoreJobs(FaviconStore &icons) : m_icons(icons) {}
+
+    /// As StoreHooks::attach().
+    void attach(CloudSync *sync) { m_sync = sync; }
+
     void fetchAllFavicons() override { m_icons.fetchAllFavicons(); }
+    void checkSyncIfNeeded() override
+    {
+        if (m_sync)
+            m_sync->checkSyncIfNeeded();
+    }
+    QString syncNeedsUser() const override { return m_sync ? syncNeedsUserTitle(m_sync->status()) : QString(); }
 
 private:
     FaviconStore &m_icons;
+    CloudSync *m_sync = nullptr;
 };
 
 /// The settings and the tree with what they stand on: what the running
@@ -75,13 +93,17 @@ public:
     SnapshotStore snapshots;
     QtHttpClient http;
     FaviconStore siteIcons;
-    SiteIconHooks hooks;
+    StoreHooks hooks;
     CoreJobs jobs;
     LinkStore links;
     WidgetOrderManager widgetOrder;
     StoredExchangeSettings exchangeSettings;
     LinkExchange exchange;
+    LibsecretStore secrets;
 };
+
+/// What keeps these services' tree in step with other machines.
+SyncServices::Services syncServicesOf(CoreServices &core);
 
 /// Why the settings could not be opened, in one sentence for the user.
 QString openErrorText(const DefaultsOpenError &error);

@@ -31,6 +31,7 @@ Folders Folders::ofUser()
     // holds for this login only as long as the variable says the same.
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     folders.runtime = runtime.isEmpty() ? folders.config : runtime;
+    folders.cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + name;
     return folders;
 }
 

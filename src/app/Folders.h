@@ -12,6 +12,7 @@ struct Folders {
     QString snapshots; ///< dated copies of the tree
     QString data;
     QString runtime; ///< lock files; the config folder where there is no other
+    QString cache;   ///< may be emptied at any time
 
     static Folders ofUser();
 };

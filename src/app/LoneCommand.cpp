@@ -66,6 +66,7 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
         return CommandResult::refused(openErrorText(opened.error()));
     SqliteUserDefaults::Opened settings = std::move(opened).value();
     CoreServices core(folders, clock, std::move(settings.defaults), powerEvents);
+    std::unique_ptr<SyncServices> sync;
     CommandContext context{core.links,
                            core.exchange,
                            *core.defaults,
@@ -82,7 +83,12 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
                                return LinkOpener(core.links, workspace, core.clock).open(item);
                            },
                            workingDirectory,
-                           nullptr};
+                           nullptr,
+                           [&core, &sync]() -> SyncControl & {
+                               if (!sync)
+                                   sync = std::make_unique<SyncServices>(syncServicesOf(core));
+                               return *sync;
+                           }};
     CommandResult result = call.command->run(call.arguments, context);
     if (settings.damagedCopy)
         result.err += "orvelle: " + text("error.damagedMessage %@"_text, *settings.damagedCopy).toUtf8() + '\n';

@@ -56,6 +56,7 @@ public:
     void recordLaunch() override { run(m_services.recordLaunch); }
     void presentTipPromptIfNeeded() override { run(m_services.presentTipPromptIfNeeded); }
     void checkSyncIfNeeded() override { m_others.checkSyncIfNeeded(); }
+    QString syncNeedsUser() const override { return m_others.syncNeedsUser(); }
     void refreshWeatherIfNeeded() override;
     void checkClipboardNow() override;
     void setupGlobalShortcut() override { m_shortcut.setup(); }

@@ -49,7 +49,7 @@ TEST(ExchangeCommands, RoundTripAnswersInBothForms)
         EXPECT_EQ(result.exitCode, 0) << line;
         EXPECT_EQ(result.out, out) << line;
     }
-    EXPECT_TRUE(commands.run(u"import a.ovexport --mode sync"_s).err.contains("not available yet"));
+    EXPECT_TRUE(commands.run(u"import a.ovexport --mode sync"_s).err.contains("Nothing was changed"));
     EXPECT_EQ(outlineOf(commands.store.links()), u"a g[b c]");
 }
 

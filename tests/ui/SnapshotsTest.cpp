@@ -88,6 +88,16 @@ TEST_F(SnapshotsTest, ANewOneShowsAtOnceAndTheEmptyListSaysWhatToExpect)
     EXPECT_EQ(rows(), 0) << "debug mode has its own";
 }
 
+TEST_F(SnapshotsTest, NamesTheMachineWhoseChangeCameIn)
+{
+    add("One");
+    const auto packed = packSnapshot(world.links.links());
+    ASSERT_TRUE(packed);
+    ASSERT_TRUE(world.snapshots.takePacked(*packed, 1, QStringLiteral("sync"), QStringLiteral("Attic\n"), false));
+    open();
+    EXPECT_TRUE(cell(0, 1).endsWith(QStringLiteral(" · Attic"))) << cell(0, 1).toStdString();
+}
+
 TEST_F(SnapshotsTest, RestoringOffersToUndoUntilSomethingElseChanges)
 {
     add("One");

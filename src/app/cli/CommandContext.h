@@ -14,6 +14,7 @@ class DebugModeManager;
 class LinkExchange;
 class LinkStore;
 class SnapshotStore;
+class SyncControl;
 class UserDefaults;
 class Volumes;
 
@@ -48,6 +49,8 @@ struct CommandContext {
     std::function<bool(const LinkItem &)> open;
     QString workingDirectory;  ///< the caller's, absolute
     AppControl *app = nullptr; ///< null without a running application
+    /// Set up when first asked for.
+    std::function<SyncControl &()> sync = {};
 };
 
 } // namespace orvelle

@@ -1,5 +1,7 @@
 #include "app/cli/CommandInput.h"
 
+#include "base/Result.h"
+
 #include <QFile>
 #include <QStringDecoder>
 
@@ -23,11 +25,10 @@ std::optional<QString> decodedText(QByteArrayView bytes)
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
-std::optional<CommandResult> readInput(CommandCall &call)
+namespace {
+
+Result<QString, CommandResult> standardInput()
 {
-    QStringList &values = call.arguments.positional;
-    if (!call.command->readsInput || values.isEmpty() || values.constLast() != u"-")
-        return std::nullopt;
     QFile input;
     if (!input.open(stdin, QIODevice::ReadOnly))
         return CommandResult::refused(QStringLiteral("Standard input could not be read."));
@@ -45,14 +46,39 @@ std::optional<CommandResult> readInput(CommandCall &call)
     const auto text = decodedText(bytes);
     if (!text || text->contains(QChar::Null))
         return CommandResult::refused(QStringLiteral("Standard input is not plain UTF-8 text."));
-    values.last() = *text;
+    return *text;
+}
+
+} // namespace
+
+std::optional<CommandResult> readInput(CommandCall &call)
+{
+    if (!call.command->readsInput)
+        return std::nullopt;
+    const QString password = QStringLiteral("password");
+    QStringList &values = call.arguments.positional;
+    QHash<QString, QString> &options = call.arguments.options;
+    if (options.contains(password) && options.value(password) != u"-")
+        return CommandResult::wrongUsage(
+            QStringLiteral("A password is never given on the command line; use --password - and standard input"));
+    const bool inOption = options.contains(password);
+    if (!inOption && (values.isEmpty() || values.constLast() != u"-"))
+        return std::nullopt;
+    const auto text = standardInput();
+    if (!text)
+        return text.error();
+    (inOption ? options[password] : values.last()) = *text;
     return std::nullopt;
 }
 
 QStringList argumentsOf(const CommandCall &call)
 {
-    return QString::fromLatin1(call.command->name).split(u' ') + QStringList(QStringLiteral("--")) +
-           call.arguments.positional;
+    QStringList arguments = QString::fromLatin1(call.command->name).split(u' ');
+    const QStringList flags = QString::fromLatin1(call.command->flags).split(u' ');
+    for (auto option = call.arguments.options.cbegin(); option != call.arguments.options.cend(); ++option)
+        arguments += flags.contains(option.key()) ? QStringLiteral("--") + option.key()
+                                                  : QStringLiteral("--%1=%2").arg(option.key(), option.value());
+    return arguments + QStringList(QStringLiteral("--")) + call.arguments.positional;
 }
 
 } // namespace orvelle

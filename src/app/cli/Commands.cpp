@@ -6,6 +6,7 @@
 #include "app/cli/LinkCommands.h"
 #include "app/cli/MergeCommand.h"
 #include "app/cli/ShellCommands.h"
+#include "app/cli/SyncCommands.h"
 
 namespace orvelle {
 
@@ -44,12 +45,24 @@ constexpr Command table[] = {
      runSnapshotsRestore},
     {"export", "FILE", "Write the links and settings to a document; - prints it.", 1, 1, "", "", CommandPlace::Anywhere,
      runExport},
-    {"import", "FILE --mode replace|merge|sync [--json]", "Take in a document; sync only tells what it would change.",
-     1, 1, "json", "mode", CommandPlace::Anywhere, runImport, true},
+    {"import", "FILE --mode replace|merge|sync [--apply] [--json]",
+     "Take in a document; sync only tells what it would change, unless it is to apply that.", 1, 1, "json apply",
+     "mode", CommandPlace::Anywhere, runImport, true},
     {"verify", "FILE", "Compare a document's checksum with its links.", 1, 1, "", "", CommandPlace::Anywhere,
      runVerify},
     {"merge", "LOCAL REMOTE -o OUT", "Merge two documents as a synchronisation does; an OUT of - prints the result.", 2,
      2, "", "o", CommandPlace::Anywhere, runMerge},
+    {"sync status", "[--json]", "Tell where the links are kept in step with other machines, and how that goes.", 0, 0,
+     "json", "", CommandPlace::Anywhere, runSyncStatus},
+    {"sync now", "[--json]", "Read, merge and write the shared document now.", 0, 0, "json", "", CommandPlace::Anywhere,
+     runSyncNow},
+    {"sync configure",
+     "--folder PATH | --webdav URL --user NAME [--password -] [--use-existing | --create-new] [--json]",
+     "Choose the place of the shared document and begin; the password is read from standard input.", 0, 0,
+     "use-existing create-new json", "folder webdav user password", CommandPlace::Anywhere, runSyncConfigure, true,
+     true},
+    {"sync disable", "[--json]", "Stop synchronising; the shared document stays where it is.", 0, 0, "json", "",
+     CommandPlace::Anywhere, runSyncDisable},
     {"import-bookmarks", "FILE [--json]", "Add the bookmarks of a browser (an HTML file) to the end of the links.", 1,
      1, "json", "", CommandPlace::Anywhere, runImportBookmarks, true},
     {"export-bookmarks", "FILE", "Write the links as a bookmark file for browsers.", 1, 1, "", "",

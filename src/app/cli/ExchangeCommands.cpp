@@ -8,6 +8,7 @@
 #include "links/LinkExchange.h"
 #include "links/LinkStore.h"
 #include "platform/Clock.h"
+#include "sync/SyncEdit.h"
 
 #include <QDir>
 
@@ -95,11 +96,48 @@ QByteArray analysisJson(const ExchangeAnalysis &analysis)
     return writer.take() + '\n';
 }
 
+QByteArray appliedText(const SyncResult &result)
+{
+    return u"Updated: %1\nAdded: %2\nRemoved: %3\nDuplicates resolved: %4\n"_s.arg(result.updatedCount)
+        .arg(result.addedCount)
+        .arg(result.removedCount)
+        .arg(result.duplicatesResolved)
+        .toUtf8();
+}
+
+QByteArray appliedJson(const SyncResult &result)
+{
+    const std::pair<const char *, qint64> figures[] = {{"updatedCount", result.updatedCount},
+                                                       {"addedCount", result.addedCount},
+                                                       {"removedCount", result.removedCount},
+                                                       {"duplicatesResolved", result.duplicatesResolved}};
+    JsonWriter writer;
+    writer.beginObject();
+    for (const auto &[key, figure] : figures) {
+        writer.key(key);
+        writer.number(figure);
+    }
+    writer.endObject();
+    return writer.take() + '\n';
+}
+
 CommandResult analyse(const PreparedImport &prepared, bool json, const CommandContext &context)
 {
     const ExchangeAnalysis analysis = analyseExchange(context.links.links(), prepared.items);
     CommandResult result = CommandResult::done(json ? analysisJson(analysis) : analysisText(analysis));
-    result.err = remarks(prepared) + "orvelle: Nothing was changed; applying a synchronisation is not available yet.\n";
+    result.err = remarks(prepared) + "orvelle: Nothing was changed; add --apply to synchronise.\n";
+    return result;
+}
+
+CommandResult synchronise(const PreparedImport &prepared, bool json, const CommandContext &context)
+{
+    const SyncAnalysis analysis =
+        analyzeSyncChanges(context.links.links(), prepared.items, prepared.document->exportDate);
+    const auto applied = applySync(context.links, prepared.items, analysis, context.clock.now());
+    if (!applied || context.links.hasUnsavedChanges())
+        return CommandResult::refused(u"The change could not be saved."_s);
+    CommandResult result = CommandResult::done(json ? appliedJson(*applied) : appliedText(*applied));
+    result.err = remarks(prepared);
     return result;
 }
 
@@ -120,6 +158,9 @@ CommandResult runImport(const CommandArguments &arguments, CommandContext &conte
     const auto mode = importMode(arguments.options.value(u"mode"_s));
     if (!mode)
         return CommandResult::wrongUsage(u"import needs --mode replace, --mode merge or --mode sync"_s);
+    const bool apply = arguments.has(u"apply"_s);
+    if (apply && *mode != ImportMode::Sync)
+        return CommandResult::wrongUsage(u"--apply belongs to --mode sync; the others always do it"_s);
     const auto document = readExchangeFile(filePath(arguments, context));
     if (!document)
         return CommandResult::refused(u"The document could not be read: "_s + document.error().sentence);
@@ -129,7 +170,7 @@ CommandResult runImport(const CommandArguments &arguments, CommandContext &conte
         return CommandResult::refused(importErrorText(prepared.error()));
     const bool json = arguments.has(u"json"_s);
     if (*mode == ImportMode::Sync)
-        return analyse(*prepared, json, context);
+        return apply ? synchronise(*prepared, json, context) : analyse(*prepared, json, context);
     const auto imported = context.exchange.importPrepared(*prepared, *mode);
     if (!imported)
         return CommandResult::refused(importErrorText(imported.error()));

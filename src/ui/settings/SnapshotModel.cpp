@@ -42,7 +42,7 @@ QString SnapshotModel::display(const SnapshotInfo &snapshot, int column) const
     case DateColumn:
         return momentText(snapshot.takenAt, m_now);
     case ReasonColumn:
-        return snapshotReasonText(snapshot.reason);
+        return snapshotReasonText(snapshot);
     case CountColumn:
         return QLocale().toString(snapshot.itemCount);
     default:

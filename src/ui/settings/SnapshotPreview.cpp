@@ -121,7 +121,7 @@ QWidget *SnapshotPreview::makeHead(const SnapshotInfo &info, Timestamp now)
     column->setContentsMargins({});
     column->setSpacing(4);
     column->addWidget(pageTitle(momentText(info.takenAt, now), head));
-    column->addWidget(sectionSubtitle(text("snapshot.takenBefore %@"_text, snapshotReasonText(info.reason)) +
+    column->addWidget(sectionSubtitle(text("snapshot.takenBefore %@"_text, snapshotReasonText(info)) +
                                           QStringLiteral(" · ") + itemCountText(info.itemCount),
                                       head));
     column->addSpacing(6);

@@ -37,6 +37,13 @@ QString snapshotReasonText(const QString &reason)
     return text("snapshot.reason.other"_text);
 }
 
+QString snapshotReasonText(const SnapshotInfo &snapshot)
+{
+    const QString reason = snapshotReasonText(snapshot.reason);
+    const QString machine = snapshot.machine.simplified();
+    return machine.isEmpty() ? reason : reason + QStringLiteral(" · ") + machine;
+}
+
 QString momentText(Timestamp moment, Timestamp now)
 {
     const QDateTime local = moment.toDateTime().toLocalTime();

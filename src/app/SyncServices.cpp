@@ -1,0 +1,272 @@
+#include "app/SyncServices.h"
+
+#include "base/Notifications.h"
+#include "base/Text.h"
+#include "links/LinkExchange.h"
+#include "links/LinkStore.h"
+#include "platform/Clock.h"
+#include "platform/SecretStore.h"
+#include "platform/UserDefaults.h"
+#include "platform/freedesktop/FolderContainer.h"
+#include "platform/freedesktop/WebDavContainer.h"
+#include "services/DebugModeManager.h"
+
+#include <QLoggingCategory>
+#include <QPointer>
+
+namespace orvelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcSyncServices, "SyncServices", QtInfoMsg)
+
+using namespace std::chrono_literals;
+
+QString passwordKey()
+{
+    return QStringLiteral("webdav");
+}
+
+WebDavSettings webDavSettings(const SyncPlace &place)
+{
+    WebDavSettings settings;
+    settings.folderUrl = place.server;
+    settings.user = place.user;
+    return settings;
+}
+
+QString noKeyringText(const SecretError &error)
+{
+    return cloudErrorText({CloudError::Kind::NoSecretStore, error.detail});
+}
+
+} // namespace
+
+/// The one password that was typed and is only tried.
+class SyncServices::TypedSecret : public SecretStore
+{
+public:
+    TypedSecret(Clock &clock, const QString &password) : m_clock(clock), m_password(password.toUtf8()) {}
+
+    void lookup(const QString &, const QString &,
+                std::function<void(const Result<std::optional<QByteArray>, SecretError> &)> done) override
+    {
+        m_clock.after(0ms, &m_owner, [done, password = m_password] { done(std::optional(password)); });
+    }
+    void store(const QString &, const QString &, const QString &, const QByteArray &,
+               std::function<void(const Result<Nothing, SecretError> &)> done) override
+    {
+        refuse(done);
+    }
+    void remove(const QString &, const QString &,
+                std::function<void(const Result<Nothing, SecretError> &)> done) override
+    {
+        refuse(done);
+    }
+
+private:
+    void refuse(const std::function<void(const Result<Nothing, SecretError> &)> &done)
+    {
+        m_clock.after(0ms, &m_owner, [done] { done(SecretError{SecretError::Kind::Unavailable}); });
+    }
+
+    Clock &m_clock;
+    QByteArray m_password;
+    QObject m_owner; ///< what is under way ends with this
+};
+
+/// A place that is being tried. The container goes before what it uses.
+struct SyncServices::Trial {
+    std::unique_ptr<SecretStore> secrets;
+    std::unique_ptr<CloudContainer> container;
+};
+
+SyncServices::SyncServices(const Services &services, QObject *parent)
+    : QObject(parent),
+      m_services(services),
+      m_settings(services.engine.defaults, services.engine.debugMode),
+      m_engine(services.engine)
+{
+    connect(&services.engine.notifications, &Notifications::debugModeChanged, this, &SyncServices::changeMode);
+    connect(&services.engine.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
+        if (m_isOpen && m_settings.concerns(keys))
+            remake();
+    });
+}
+
+SyncServices::~SyncServices()
+{
+    m_engine.setContainer(nullptr);
+}
+
+std::unique_ptr<CloudContainer> SyncServices::makeContainer(const SyncPlace &place, SecretStore &secrets) const
+{
+    Clock &clock = m_services.engine.clock;
+    switch (place.kind) {
+    case SyncPlace::Kind::None:
+        return nullptr;
+    case SyncPlace::Kind::Folder:
+        return std::make_unique<FolderContainer>(place.folder, m_services.machineName, clock);
+    case SyncPlace::Kind::WebDav:
+        return std::make_unique<WebDavContainer>(webDavSettings(place), m_services.http, secrets, clock,
+                                                 m_services.cacheFolder);
+    }
+    Q_UNREACHABLE();
+}
+
+void SyncServices::open()
+{
+    if (!m_isOpen)
+        remake();
+}
+
+void SyncServices::remake()
+{
+    m_isOpen = true;
+    const SyncPlace where = place();
+    std::unique_ptr<CloudContainer> next = makeContainer(where, m_services.engine.secrets);
+    qCInfo(lcSyncServices, "The shared document's place is of the kind %s", qPrintable(rawValue(where.kind)));
+    m_engine.setContainer(next.get());
+    m_container = std::move(next);
+}
+
+void SyncServices::changeMode()
+{
+    if (m_isOpen)
+        remake();
+    m_engine.reloadForModeChange();
+}
+
+QString SyncServices::documentPath() const
+{
+    if (m_container)
+        return m_engine.resolvedSyncFilePath();
+    const SyncPlace where = place();
+    return where.kind == SyncPlace::Kind::None
+               ? QString()
+               : makeContainer(where, m_services.engine.secrets)->displayPath(m_engine.syncFileName());
+}
+
+void SyncServices::testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer)
+{
+    const auto valid = validatedSyncPlace(place);
+    if (!valid || valid->kind == SyncPlace::Kind::None) {
+        const SyncPlaceRefusal why = valid ? SyncPlaceRefusal::NoFolder : valid.error();
+        m_services.engine.clock.after(0ms, this, [answer, why] { answer(syncPlaceRefusalText(why)); });
+        return;
+    }
+    m_trial = std::make_unique<Trial>();
+    if (password)
+        m_trial->secrets = std::make_unique<TypedSecret>(m_services.engine.clock, *password);
+    m_trial->container = makeContainer(*valid, password ? *m_trial->secrets : m_services.engine.secrets);
+    m_trial->container->test([this, answer](const Result<QString, CloudError> &result) {
+        // Not from inside what calls.
+        m_services.engine.clock.after(0ms, this, [this] { m_trial.reset(); });
+        if (result)
+            qCInfo(lcSyncServices).noquote() << "The place works:" << *result;
+        else
+            qCInfo(lcSyncServices).noquote() << "The place does not work:" << result.error().detail;
+        answer(result ? std::nullopt : std::optional(cloudErrorText(result.error())));
+    });
+}
+
+void SyncServices::setPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer)
+{
+    const auto valid = validatedSyncPlace(place);
+    if (!valid) {
+        m_services.engine.clock.after(0ms, this, [answer, why = valid.error()] { answer(syncPlaceRefusalText(why)); });
+        return;
+    }
+    if (!password || valid->kind != SyncPlace::Kind::WebDav) {
+        m_services.engine.clock.after(0ms, this, [this, place = *valid, answer] { takePlace(place, answer); });
+        return;
+    }
+    m_services.engine.secrets.store(passwordKey(), WebDavContainer::secretAccount(webDavSettings(*valid)),
+                                    text("cloudSync.keyringLabel"_text), password->toUtf8(),
+                                    [self = QPointer<SyncServices>(this), place = *valid,
+                                     answer](const Result<SecretStore::Nothing, SecretError> &stored) {
+                                        if (!self)
+                                            return;
+                                        if (stored)
+                                            self->takePlace(place, answer);
+                                        else
+                                            answer(noKeyringText(stored.error()));
+                                    });
+}
+
+void SyncServices::takePlace(const SyncPlace &place, const Answer &answer)
+{
+    // What was noted of one document says nothing about another.
+    if (place != m_settings.place()) {
+        m_engine.disableCloudSync();
+        if (!m_settings.setPlace(place))
+            return answer(text("cloudSync.placeNotStored"_text));
+    }
+    remake();
+    answer(std::nullopt);
+}
+
+void SyncServices::setAutoSyncEnabled(bool enabled)
+{
+    open();
+    m_engine.setAutoSyncEnabled(enabled);
+}
+
+void SyncServices::syncNow(const CloudSync::Done &done)
+{
+    open();
+    m_engine.saveToCloud(done);
+}
+
+void SyncServices::loadFromCloud(const CloudSync::Done &done)
+{
+    open();
+    m_engine.loadFromCloud(done);
+}
+
+void SyncServices::readExisting(const CloudSync::Found &found)
+{
+    open();
+    m_engine.readForConfigure(found);
+}
+
+std::optional<QString> SyncServices::useExisting(const PreparedImport &existing)
+{
+    const auto imported = m_services.engine.exchange.importPrepared(existing, ImportMode::Replace);
+    return imported ? std::nullopt : std::optional(importErrorText(imported.error()));
+}
+
+void SyncServices::createNew(const CloudSync::Done &done)
+{
+    open();
+    // By way of a merge, so that a document is never overwritten unread: what
+    // it held is in the snapshots then.
+    LinkStore &links = m_services.engine.links;
+    m_engine.saveToCloud([this, &links, here = links.links(), done](const Result<SyncResult, CloudSyncError> &merged) {
+        if (m_engine.heldBack()) {
+            m_engine.rejectHeldBack();
+            return done(SyncResult());
+        }
+        if (!merged || links.links() == here)
+            return done(merged);
+        links.edit(LinkStore::Step::Destructive, QStringLiteral("sync"), [here](LinkList &tree) {
+            tree = here;
+            return true;
+        });
+        m_engine.saveToCloud(done);
+    });
+}
+
+void SyncServices::setPassphrase(const QString &passphrase, const CloudSync::Done &done)
+{
+    open();
+    m_engine.setPassphrase(passphrase, done);
+}
+
+void SyncServices::removeEncryption(const CloudSync::Done &done)
+{
+    open();
+    m_engine.removeEncryption(done);
+}
+
+} // namespace orvelle
