@@ -30,8 +30,8 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
       m_shortcut({*m_core.defaults, m_core.notifications, m_hotKeys}),
       m_widgets(widgetSurroundings()),
-      m_services({*m_core.defaults, m_core.clock, m_core.http, surroundings.alerts, m_workspace,
-                  &Windows::bringToFront}),
+      m_services(
+          {*m_core.defaults, m_core.clock, m_core.http, surroundings.alerts, m_workspace, &Windows::bringToFront}),
       m_sync(syncServicesOf(m_core)),
       m_weather({*m_core.defaults, m_core.debugMode, m_core.notifications, m_powerEvents, m_core.clock, m_core.http,
                  m_workspace, [this] { m_presenter.close(); }}),
@@ -49,6 +49,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
     m_core.jobs.attach(&m_sync.engine());
     m_services.addTo(m_widgets.jobs);
     m_weather.addTo(m_widgets.jobs, m_widgets.sections);
+    m_presenter.setOverlayShell(&m_layerShell);
     m_presenter.setWidgetRowFactory(
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
 }

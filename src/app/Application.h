@@ -18,6 +18,7 @@
 #include "platform/freedesktop/JournalLog.h"
 #include "platform/freedesktop/LogindPowerEvents.h"
 #include "platform/freedesktop/XcbHotKeys.h"
+#include "platform/freedesktop/wayland/LayerShell.h"
 #include "ui/common/MessageAlerts.h"
 #include "ui/common/QtFolderChooser.h"
 #include "ui/common/Theme.h"
@@ -84,6 +85,7 @@ private:
     UserServices m_services;
     SyncServices m_sync;
     WeatherServices m_weather;
+    LayerShell m_layerShell;
     MenuPopup m_presenter;
     ExchangeController m_importer;
     Windows m_windows;

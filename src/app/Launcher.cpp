@@ -8,6 +8,7 @@
 #include "app/cli/CommandLine.h"
 #include "base/Text.h"
 #include "base/Translations.h"
+#include "platform/freedesktop/wayland/LayerShell.h"
 #include "ui/common/Icons.h"
 
 #include <QApplication>
@@ -219,6 +220,7 @@ int Launcher::runApplication(const FirstRequest &request)
 {
     if (!displayReachable())
         return handOverWithoutDisplay(request);
+    LayerShell::allowRolelessWindows();
     GuiApplication app(m_argc, m_argv);
     installTranslations(app, QLocale::system());
     QApplication::setWindowIcon(symbolIcon(QStringLiteral("link")));

@@ -4,6 +4,7 @@
 #include "base/Notifications.h"
 #include "links/RtfReader.h"
 #include "platform/Workspace.h"
+#include "platform/freedesktop/DesktopPasteboard.h"
 #include "ui/menu/rows/CalendarRowView.h"
 #include "ui/menu/rows/ClipboardRowView.h"
 #include "ui/menu/rows/NetworkRowView.h"
@@ -40,7 +41,7 @@ QStringList ownMailAddresses()
 WidgetServices::WidgetServices(const Surroundings &surroundings)
     : m_surroundings(surroundings),
       m_messages(surroundings.sessionBus),
-      m_pasteboard(surroundings.clock),
+      m_pasteboard(desktopPasteboard(surroundings.clock)),
       m_clipboardCache(temporaryFolders()),
       m_serverCalendars(ownMailAddresses()),
       m_fileCalendars({}, ownMailAddresses()),
@@ -52,7 +53,7 @@ WidgetServices::WidgetServices(const Surroundings &surroundings)
       timer({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock,
              surroundings.alerts, m_sounds, m_messages, surroundings.activateApp}),
       clipboard({surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.powerEvents,
-                 surroundings.clock, m_pasteboard, m_clipboardCache, &richPreview}),
+                 surroundings.clock, *m_pasteboard, m_clipboardCache, &richPreview}),
       quickLaunch({surroundings.defaults, surroundings.debugMode, surroundings.notifications, m_applications}),
       calendar(
           {surroundings.defaults, surroundings.debugMode, surroundings.notifications, surroundings.clock, m_calendars}),

@@ -12,7 +12,6 @@
 #include "platform/freedesktop/NetlinkCounters.h"
 #include "platform/freedesktop/ProcHostStatistics.h"
 #include "platform/freedesktop/ThreadSampler.h"
-#include "platform/freedesktop/XcbPasteboard.h"
 #include "ui/settings/WidgetSection.h"
 #include "widgets/calendar/CalendarManager.h"
 #include "widgets/calendar/CombinedCalendars.h"
@@ -20,6 +19,8 @@
 #include "widgets/network/NetworkManager.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
 #include "widgets/timer/TimerManager.h"
+
+#include <memory>
 
 namespace orvelle {
 
@@ -70,7 +71,7 @@ private:
     ThreadSampler m_sampler; ///< uses the two above
     CanberraSounds m_sounds;
     BusNotifications m_messages;
-    XcbPasteboard m_pasteboard;
+    std::unique_ptr<Pasteboard> m_pasteboard;
     ClipboardCache m_clipboardCache;
     GioApplications m_applications;
     EvolutionCalendars m_serverCalendars;

@@ -73,7 +73,8 @@ class CloudContainer : public QObject
 public:
     template<typename T>
     using Done = std::function<void(const Result<T, CloudError> &)>;
-    struct Nothing {};
+    struct Nothing {
+    };
 
     static constexpr qint64 maxFileBytes = qint64(64) << 20;
 

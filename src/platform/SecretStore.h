@@ -31,7 +31,8 @@ struct SecretError {
 class SecretStore
 {
 public:
-    struct Nothing {};
+    struct Nothing {
+    };
 
     virtual ~SecretStore() = default;
 

@@ -111,8 +111,8 @@ QString forZsh(const std::vector<Completed> &all)
         if (command.name.size() == 1)
             descriptions += u"        %1\n"_s.arg(quoted(name + u':' + summary));
         cases += u"    (%1|%1\\ *) compadd -- %2%3 ;;\n"_s.arg(QString(name).replace(u" "_s, u"\\ "_s),
-                                                                   command.options().join(u' '),
-                                                                   command.takesFiles ? u"; _files"_s : QString());
+                                                               command.options().join(u' '),
+                                                               command.takesFiles ? u"; _files"_s : QString());
     }
     const auto first = firstWords(all);
     QString next;

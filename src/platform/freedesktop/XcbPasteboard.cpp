@@ -1,6 +1,7 @@
 #include "platform/freedesktop/XcbPasteboard.h"
 
 #include "platform/Clock.h"
+#include "platform/freedesktop/PasteboardText.h"
 
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
@@ -10,7 +11,6 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace orvelle {
@@ -23,18 +23,6 @@ Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
 constexpr auto longestTurn = std::chrono::milliseconds(8);
 constexpr auto longestHandOver = std::chrono::seconds(1);
-
-/// The forms of text that can be read, the best first.
-const std::array textTargets{"UTF8_STRING"_L1, "text/plain;charset=utf-8"_L1, "text/plain;charset=UTF-8"_L1,
-                             "text/plain"_L1, "STRING"_L1};
-
-QByteArray asUtf8(const QByteArray &bytes, const QString &target)
-{
-    QByteArray text = target == "STRING"_L1 ? QString::fromLatin1(bytes).toUtf8() : bytes;
-    while (text.endsWith('\0')) // some owners count the end of a C string
-        text.chop(1);
-    return text;
-}
 
 } // namespace
 
@@ -229,9 +217,7 @@ void XcbPasteboard::types(QObject *context, TypesHandler handler)
                 }
                 m_offered = typeNames(*atoms);
                 QStringList names = m_offered;
-                const bool hasText =
-                    std::ranges::any_of(textTargets, [&](QLatin1StringView each) { return names.contains(each); });
-                if (hasText && !names.contains(textType()))
+                if (bestTextForm(names) && !names.contains(textType()))
                     names += textType();
                 handler(names);
             });
@@ -250,12 +236,10 @@ void XcbPasteboard::data(const QString &type, qint64 maxBytes, QObject *context,
         convert(targetFor(type), maxBytes, context, std::move(handler));
         return;
     }
-    const auto best =
-        std::ranges::find_if(textTargets, [this](QLatin1StringView each) { return m_offered.contains(each); });
-    const QString target = best == textTargets.end() ? QString(textTargets.front()) : QString(*best);
+    const QString target = bestTextForm(m_offered).value_or(pasteboardTextForms.front());
     convert(targetFor(target), maxBytes, context,
             [target, handler = std::move(handler)](const Result<QByteArray, PasteboardError> &bytes) {
-                handler(bytes ? Result<QByteArray, PasteboardError>(asUtf8(*bytes, target)) : bytes);
+                handler(bytes ? Result<QByteArray, PasteboardError>(textFromForm(*bytes, target)) : bytes);
             });
 }
 
