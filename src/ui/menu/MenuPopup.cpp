@@ -58,6 +58,8 @@ MenuPopup::~MenuPopup()
 {
     for (const PanelPointer &each : m_panels)
         each->removeEventFilter(this);
+    m_panels.clear();
+    closeStage();
 }
 
 QPoint MenuPopup::pointerPosition() const

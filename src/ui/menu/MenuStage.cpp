@@ -3,6 +3,7 @@
 #include "platform/OverlayShell.h"
 
 #include <QEnterEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
 #include <QWindow>
@@ -53,6 +54,8 @@ bool MenuStage::event(QEvent *event)
 {
     if (event->type() == QEvent::Enter)
         found(static_cast<QEnterEvent *>(event)->globalPosition().toPoint());
+    else if (event->type() == QEvent::MouseMove)
+        found(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
     return QWidget::event(event);
 }
 
