@@ -36,8 +36,7 @@ void MenuPopup::PanelDeleter::operator()(MenuPanel *panel) const
 
 void MenuPopup::StageDeleter::operator()(MenuStage *stage) const
 {
-    stage->withdraw();
-    stage->deleteLater();
+    stage->retire();
 }
 
 MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
@@ -60,6 +59,8 @@ MenuPopup::~MenuPopup()
         each->removeEventFilter(this);
     m_panels.clear();
     closeStage();
+    for (const QPointer<MenuStage> &stage : m_leaving)
+        delete stage.data(); // the shell may go next
 }
 
 QPoint MenuPopup::pointerPosition() const
@@ -120,8 +121,11 @@ bool MenuPopup::openStage(const MenuPlacement &placement)
 
 void MenuPopup::closeStage()
 {
-    if (m_stage)
-        m_stage->removeEventFilter(this);
+    if (!m_stage)
+        return;
+    m_stage->removeEventFilter(this);
+    m_leaving.removeIf([](const QPointer<MenuStage> &stage) { return stage.isNull(); });
+    m_leaving += m_stage.get();
     m_stage.reset();
 }
 

@@ -6,6 +6,7 @@
 #include "ui/menu/TypeAhead.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -117,6 +118,7 @@ private:
     ChildEntries m_childEntries;
     OverlayShell *m_shell = nullptr;
     std::unique_ptr<MenuStage, StageDeleter> m_stage;
+    QList<QPointer<MenuStage>> m_leaving;
     WidgetRowFactory m_factory;
     std::vector<PanelPointer> m_panels;
     std::function<void(MenuAction)> m_closed;

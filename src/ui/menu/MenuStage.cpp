@@ -12,7 +12,9 @@ namespace orvelle {
 
 namespace {
 
-constexpr int longestSearch = 200; ///< milliseconds
+// In milliseconds.
+constexpr int longestSearch = 200;
+constexpr int longestFrame = 150;
 
 } // namespace
 
@@ -28,6 +30,17 @@ MenuStage::MenuStage(OverlayShell &shell)
 MenuStage::~MenuStage()
 {
     withdraw();
+}
+
+void MenuStage::retire()
+{
+    if (m_isCovering)
+        m_shell.letGo(*windowHandle());
+    update();
+    QTimer::singleShot(longestFrame, this, [this] {
+        withdraw();
+        deleteLater();
+    });
 }
 
 void MenuStage::withdraw()

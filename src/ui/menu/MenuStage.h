@@ -19,6 +19,10 @@ public:
 
     /// False when the desktop refuses.
     bool open();
+    /// Out of sight and in nobody's way; the window itself goes a moment later,
+    /// because the toolkit (6.4) may crash when one goes whose last frame the
+    /// compositor has not shown yet.
+    void retire();
     void withdraw();
 
 signals:

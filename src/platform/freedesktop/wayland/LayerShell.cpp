@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <QRegion>
 #include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
 
@@ -135,6 +136,14 @@ bool LayerShell::cover(QWindow &window)
     }
     window.resize(state->width, state->height);
     return true;
+}
+
+void LayerShell::letGo(QWindow &window)
+{
+    if (wl_proxy *layer = m_surfaces.value(&window)) {
+        request(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::NoKeyboard);
+        window.setMask(QRegion(-1, -1, 1, 1));
+    }
 }
 
 void LayerShell::uncover(QWindow &window)

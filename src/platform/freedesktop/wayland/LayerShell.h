@@ -26,6 +26,7 @@ public:
 
     bool isAvailable() const override { return m_shell != nullptr; }
     bool cover(QWindow &window) override;
+    void letGo(QWindow &window) override;
     void uncover(QWindow &window) override;
 
 private:

@@ -23,7 +23,7 @@ struct LayerShellRequest {
         Destroy = 7
     };
     enum Layer : std::uint32_t { Overlay = 3 };
-    enum Keyboard : std::uint32_t { Exclusive = 1 };
+    enum Keyboard : std::uint32_t { NoKeyboard = 0, Exclusive = 1 };
     static constexpr std::uint32_t allEdges = 15;
     /// Not moved aside by panels.
     static constexpr std::int32_t overPanels = -1;
