@@ -1,5 +1,7 @@
 #include "wayland/VirtualPointer.h"
 
+#include "platform/freedesktop/wayland/WaylandRequest.h"
+
 #include <linux/input-event-codes.h>
 
 namespace orvelle::test {
@@ -23,12 +25,6 @@ const wl_interface pointerInterface{"zwlr_virtual_pointer_v1", 1, 9, pointerRequ
 
 enum Request : std::uint32_t { MotionAbsolute = 1, Button = 2, Frame = 4 };
 
-template<typename... Arguments>
-void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments)
-{
-    wl_proxy_marshal_flags(proxy, opcode, nullptr, 1, 0, arguments...);
-}
-
 } // namespace
 
 VirtualPointer::VirtualPointer(const QSize &screen) : m_screen(screen), m_connection(WaylandConnection::open())
@@ -49,21 +45,21 @@ VirtualPointer::~VirtualPointer()
 
 void VirtualPointer::moveTo(const QPoint &place)
 {
-    request(m_pointer, MotionAbsolute, ++m_time, static_cast<std::uint32_t>(place.x()),
-            static_cast<std::uint32_t>(place.y()), static_cast<std::uint32_t>(m_screen.width()),
-            static_cast<std::uint32_t>(m_screen.height()));
+    sendRequest(m_pointer, MotionAbsolute, ++m_time, static_cast<std::uint32_t>(place.x()),
+                static_cast<std::uint32_t>(place.y()), static_cast<std::uint32_t>(m_screen.width()),
+                static_cast<std::uint32_t>(m_screen.height()));
     send();
 }
 
 void VirtualPointer::button(bool down)
 {
-    request(m_pointer, Button, ++m_time, static_cast<std::uint32_t>(BTN_LEFT), static_cast<std::uint32_t>(down));
+    sendRequest(m_pointer, Button, ++m_time, static_cast<std::uint32_t>(BTN_LEFT), static_cast<std::uint32_t>(down));
     send();
 }
 
 void VirtualPointer::send()
 {
-    request(m_pointer, Frame);
+    sendRequest(m_pointer, Frame);
     m_connection->settle(std::chrono::seconds(5));
 }
 

@@ -12,6 +12,7 @@
 
 #include <QDir>
 
+#include <initializer_list>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +72,18 @@ QByteArray resultJson(const ImportResult &result)
     return writer.take() + '\n';
 }
 
+QByteArray figuresJson(std::initializer_list<std::pair<const char *, qint64>> figures)
+{
+    JsonWriter writer;
+    writer.beginObject();
+    for (const auto &[key, figure] : figures) {
+        writer.key(key);
+        writer.number(figure);
+    }
+    writer.endObject();
+    return writer.take() + '\n';
+}
+
 QByteArray analysisText(const ExchangeAnalysis &analysis)
 {
     return u"New: %1\nChanged: %2\nEqual: %3\nOnly here: %4\n"_s.arg(analysis.added)
@@ -82,18 +95,10 @@ QByteArray analysisText(const ExchangeAnalysis &analysis)
 
 QByteArray analysisJson(const ExchangeAnalysis &analysis)
 {
-    const std::pair<const char *, qint64> figures[] = {{"new", analysis.added},
-                                                       {"changed", analysis.changed},
-                                                       {"equal", analysis.equal},
-                                                       {"onlyHere", analysis.onlyHere}};
-    JsonWriter writer;
-    writer.beginObject();
-    for (const auto &[key, figure] : figures) {
-        writer.key(key);
-        writer.number(figure);
-    }
-    writer.endObject();
-    return writer.take() + '\n';
+    return figuresJson({{"new", analysis.added},
+                        {"changed", analysis.changed},
+                        {"equal", analysis.equal},
+                        {"onlyHere", analysis.onlyHere}});
 }
 
 QByteArray appliedText(const SyncResult &result)
@@ -107,18 +112,10 @@ QByteArray appliedText(const SyncResult &result)
 
 QByteArray appliedJson(const SyncResult &result)
 {
-    const std::pair<const char *, qint64> figures[] = {{"updatedCount", result.updatedCount},
-                                                       {"addedCount", result.addedCount},
-                                                       {"removedCount", result.removedCount},
-                                                       {"duplicatesResolved", result.duplicatesResolved}};
-    JsonWriter writer;
-    writer.beginObject();
-    for (const auto &[key, figure] : figures) {
-        writer.key(key);
-        writer.number(figure);
-    }
-    writer.endObject();
-    return writer.take() + '\n';
+    return figuresJson({{"updatedCount", result.updatedCount},
+                        {"addedCount", result.addedCount},
+                        {"removedCount", result.removedCount},
+                        {"duplicatesResolved", result.duplicatesResolved}});
 }
 
 CommandResult analyse(const PreparedImport &prepared, bool json, const CommandContext &context)

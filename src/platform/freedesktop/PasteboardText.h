@@ -14,6 +14,9 @@ inline constexpr std::array pasteboardTextForms{
     QLatin1StringView("UTF8_STRING"), QLatin1StringView("text/plain;charset=utf-8"),
     QLatin1StringView("text/plain;charset=UTF-8"), QLatin1StringView("text/plain"), QLatin1StringView("STRING")};
 
+/// What programs of different ages ask for when they want text.
+inline constexpr std::array textRequests{"UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "STRING", "TEXT"};
+
 /// The best form of text among what is offered.
 inline std::optional<QString> bestTextForm(const QStringList &offered)
 {

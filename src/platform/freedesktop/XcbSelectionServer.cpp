@@ -1,6 +1,7 @@
 #include "platform/freedesktop/XcbSelectionServer.h"
 
 #include "platform/Clock.h"
+#include "platform/freedesktop/PasteboardText.h"
 
 #include <algorithm>
 #include <array>
@@ -16,9 +17,6 @@ constexpr qsizetype pieceBytes = 200 * 1024;
 constexpr auto patience = 10s;
 /// More transfers at once than that are no pasting.
 constexpr std::size_t mostTransfers = 64;
-
-/// What programs of different ages ask for when they want text.
-const std::array textTargets{"UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "STRING", "TEXT"};
 
 bool isLatin1(QByteArrayView target)
 {
@@ -52,7 +50,7 @@ std::vector<quint32> XcbSelectionServer::targets() const
             list.push_back(m_x.atom(form.type.toUtf8()));
             continue;
         }
-        for (const char *target : textTargets)
+        for (const char *target : textRequests)
             list.push_back(m_x.atom(target));
     }
     return list;
@@ -110,15 +108,15 @@ bool XcbSelectionServer::answerMultiple(xcb_window_t requestor, xcb_atom_t prope
 
 bool XcbSelectionServer::answerContent(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
-    const auto isText = std::ranges::find_if(textTargets, [&](const char *name) { return m_x.atom(name) == target; });
+    const auto isText = std::ranges::find_if(textRequests, [&](const char *name) { return m_x.atom(name) == target; });
     const auto form = std::ranges::find_if(m_forms, [&](const PasteboardItem &each) {
-        return isText != textTargets.end() ? each.type == Pasteboard::textType()
-                                           : m_x.atom(each.type.toUtf8()) == target;
+        return isText != textRequests.end() ? each.type == Pasteboard::textType()
+                                            : m_x.atom(each.type.toUtf8()) == target;
     });
     if (form == m_forms.end())
         return false;
     Transfer transfer{requestor, property, target, form->data};
-    if (isText != textTargets.end() && isLatin1(*isText))
+    if (isText != textRequests.end() && isLatin1(*isText))
         transfer.data = QString::fromUtf8(form->data).toLatin1();
     else if (target == m_x.atom("TEXT")) // the owner chooses the encoding
         transfer.type = m_x.atom("UTF8_STRING");

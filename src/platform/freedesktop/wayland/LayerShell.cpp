@@ -1,5 +1,7 @@
 #include "platform/freedesktop/wayland/LayerShell.h"
 
+#include "platform/freedesktop/wayland/WaylandRequest.h"
+
 #include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -20,12 +22,6 @@ Q_LOGGING_CATEGORY(lcLayerShell, "LayerShell", QtInfoMsg)
 
 /// A compositor that takes longer is not waited for.
 constexpr std::chrono::milliseconds patience{1000};
-
-template<typename... Arguments>
-void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments)
-{
-    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
-}
 
 } // namespace
 
@@ -115,7 +111,7 @@ bool LayerShell::cover(QWindow &window)
     using Configure = void(void *, wl_proxy *, std::uint32_t, std::uint32_t, std::uint32_t);
     static constexpr Configure *configure = [](void *self, wl_proxy *proxy, std::uint32_t serial, std::uint32_t width,
                                                std::uint32_t height) {
-        request(proxy, LayerShellRequest::AckConfigure, serial);
+        sendRequest(proxy, LayerShellRequest::AckConfigure, serial);
         *static_cast<LayerShell *>(self)->m_configured.value(proxy) = {true, static_cast<int>(width),
                                                                        static_cast<int>(height)};
     };
@@ -124,10 +120,10 @@ bool LayerShell::cover(QWindow &window)
     static void (*functions[])() = {reinterpret_cast<void (*)()>(configure), reinterpret_cast<void (*)()>(closed)};
     wl_proxy_set_queue(layer, m_queue);
     wl_proxy_add_listener(layer, functions, this);
-    request(layer, LayerShellRequest::SetSize, 0U, 0U);
-    request(layer, LayerShellRequest::SetAnchor, LayerShellRequest::allEdges);
-    request(layer, LayerShellRequest::SetExclusiveZone, LayerShellRequest::overPanels);
-    request(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::Exclusive);
+    sendRequest(layer, LayerShellRequest::SetSize, 0U, 0U);
+    sendRequest(layer, LayerShellRequest::SetAnchor, LayerShellRequest::allEdges);
+    sendRequest(layer, LayerShellRequest::SetExclusiveZone, LayerShellRequest::overPanels);
+    sendRequest(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::Exclusive);
     wl_surface_commit(surface);
     if (!waitFor(state->done)) {
         qCWarning(lcLayerShell, "The compositor did not lay out the menu's surface");
@@ -141,7 +137,7 @@ bool LayerShell::cover(QWindow &window)
 void LayerShell::letGo(QWindow &window)
 {
     if (wl_proxy *layer = m_surfaces.value(&window)) {
-        request(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::NoKeyboard);
+        sendRequest(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::NoKeyboard);
         window.setMask(QRegion(-1, -1, 1, 1));
     }
 }
@@ -152,8 +148,7 @@ void LayerShell::uncover(QWindow &window)
     if (!layer)
         return;
     m_configured.remove(layer);
-    wl_proxy_marshal_flags(layer, LayerShellRequest::Destroy, nullptr, wl_proxy_get_version(layer),
-                           WL_MARSHAL_FLAG_DESTROY);
+    sendDestroy(layer, LayerShellRequest::Destroy);
     wl_display_flush(m_display);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/freedesktop/PasteboardText.h"
+#include "platform/freedesktop/wayland/WaylandRequest.h"
 
 #include <QLoggingCategory>
 #include <QPointer>
@@ -17,25 +18,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
-/// Types by which programs ask for text that was written as text/plain.
-constexpr std::array textTypes{"text/plain;charset=utf-8", "UTF8_STRING", "text/plain", "STRING", "TEXT"};
-
 bool isText(QByteArrayView type)
 {
-    return std::ranges::any_of(textTypes, [type](const char *each) { return type == each; });
-}
-
-/// A request that makes no object.
-template<typename... Arguments>
-void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments)
-{
-    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
-}
-
-/// The request that ends an object.
-void destroy(wl_proxy *proxy, std::uint32_t opcode)
-{
-    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+    return std::ranges::any_of(textRequests, [type](const char *each) { return type == each; });
 }
 
 void listen(wl_proxy *proxy, void (*const functions[])(), void *self)
@@ -142,7 +127,7 @@ void WaylandPasteboard::deviceFinished(void *self, wl_proxy *)
 {
     auto &pasteboard = *static_cast<WaylandPasteboard *>(self);
     pasteboard.setSelection(nullptr);
-    destroy(std::exchange(pasteboard.m_device, nullptr), DataControlRequest::DestroyDevice);
+    sendDestroy(std::exchange(pasteboard.m_device, nullptr), DataControlRequest::DestroyDevice);
     qCWarning(lcPasteboard, "The compositor no longer lets the clipboard be read");
 }
 
@@ -159,7 +144,7 @@ void WaylandPasteboard::setSelection(wl_proxy *offer)
 void WaylandPasteboard::dropOffer(wl_proxy *offer)
 {
     m_offers.remove_if([offer](const Offer &each) { return each.proxy == offer; });
-    destroy(offer, DataControlRequest::DestroyOffer);
+    sendDestroy(offer, DataControlRequest::DestroyOffer);
 }
 
 void WaylandPasteboard::types(QObject *context, TypesHandler handler)
@@ -201,7 +186,7 @@ void WaylandPasteboard::receive(const QString &type, qint64 maxBytes, QObject *c
         answerLater(context, std::move(handler), Result<QByteArray, PasteboardError>(PasteboardError{kind, 0}));
         return;
     }
-    request(m_selection, DataControlRequest::Receive, type.toUtf8().constData(), ends[1]);
+    sendRequest(m_selection, DataControlRequest::Receive, type.toUtf8().constData(), ends[1]);
     m_connection->flush();
     close(ends[1]);
     const auto place = m_readers.emplace(m_readers.end());
@@ -220,7 +205,7 @@ void WaylandPasteboard::write(const QList<PasteboardItem> &forms)
     if (!m_device)
         return;
     if (forms.isEmpty()) {
-        request(m_device, DataControlRequest::SetSelection, static_cast<wl_proxy *>(nullptr));
+        sendRequest(m_device, DataControlRequest::SetSelection, static_cast<wl_proxy *>(nullptr));
         m_connection->flush();
         return;
     }
@@ -231,13 +216,13 @@ void WaylandPasteboard::write(const QList<PasteboardItem> &forms)
     listen(proxy, functions, &m_sources.back());
     for (const PasteboardItem &form : forms) {
         if (form.type != textType()) {
-            request(proxy, DataControlRequest::AddType, form.type.toUtf8().constData());
+            sendRequest(proxy, DataControlRequest::AddType, form.type.toUtf8().constData());
             continue;
         }
-        for (const char *type : textTypes)
-            request(proxy, DataControlRequest::AddType, type);
+        for (const char *type : textRequests)
+            sendRequest(proxy, DataControlRequest::AddType, type);
     }
-    request(m_device, DataControlRequest::SetSelection, proxy);
+    sendRequest(m_device, DataControlRequest::SetSelection, proxy);
     m_connection->flush();
 }
 
@@ -270,7 +255,7 @@ void WaylandPasteboard::sourceCancelled(void *source, wl_proxy *)
 
 void WaylandPasteboard::dropSource(const Source *source)
 {
-    destroy(source->proxy, DataControlRequest::DestroySource);
+    sendDestroy(source->proxy, DataControlRequest::DestroySource);
     m_sources.remove_if([source](const Source &each) { return &each == source; });
 }
 
