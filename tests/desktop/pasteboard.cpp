@@ -321,6 +321,22 @@ private:
     QByteArray m_said;
 };
 
+// Each gets the window number of the one before it, often in the same
+// millisecond of the server's.
+TEST_F(PasteboardTest, CountsProgramsThatFollowOneAnotherAtOnce)
+{
+    for (int i = 0; i < 100; ++i) {
+        const qint64 before = pasteboard.changeCount();
+        const auto x = XcbConnection::open({"CLIPBOARD"});
+        const xcb_window_t window = xcb_generate_id(x->raw());
+        xcb_create_window(x->raw(), XCB_COPY_FROM_PARENT, window, x->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_set_selection_owner(x->raw(), window, x->atom("CLIPBOARD"), XCB_CURRENT_TIME);
+        xcb_flush(x->raw());
+        ASSERT_TRUE(changes(before)) << i;
+    }
+}
+
 TEST_F(PasteboardTest, HandsOverToTheClipboardManagerAtItsEnd)
 {
     const QByteArray picture = manyBytes(megabyte);

@@ -79,9 +79,10 @@ bool XcbPasteboard::watchOwner()
     if (!version)
         return false;
     m_firstFixesEvent = fixes->first_event;
-    // Not the owner's end: what was copied is gone then, and nothing was copied.
-    xcb_xfixes_select_selection_input(m_x->raw(), m_window, m_x->atom("CLIPBOARD"),
-                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    const quint32 mask = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
+    xcb_xfixes_select_selection_input(m_x->raw(), m_window, m_x->atom("CLIPBOARD"), mask);
     return true;
 }
 
@@ -147,6 +148,12 @@ void XcbPasteboard::handle(const xcb_generic_event_t &event)
 void XcbPasteboard::ownerChanged(const xcb_generic_event_t &event)
 {
     const auto &notice = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+    // With the owner's end nothing was copied. The server gives its window's
+    // number to the next program, which may copy in the same millisecond.
+    if (notice.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
+        m_lastOwner = {};
+        return;
+    }
     // Some programs take the selection twice for one copy.
     const auto owner = std::pair(notice.owner, notice.selection_timestamp);
     if (std::exchange(m_lastOwner, owner) != owner)
