@@ -35,6 +35,12 @@ WebDavSettings webDavSettings(const SyncPlace &place)
     return settings;
 }
 
+/// Under which the keyring has the password; empty for a place without one.
+QString accountOf(const SyncPlace &place)
+{
+    return place.kind == SyncPlace::Kind::WebDav ? WebDavContainer::secretAccount(webDavSettings(place)) : QString();
+}
+
 QString noKeyringText(const SecretError &error)
 {
     return cloudErrorText({CloudError::Kind::NoSecretStore, error.detail});
@@ -181,8 +187,9 @@ void SyncServices::setPlace(const SyncPlace &place, const std::optional<QString>
         m_services.engine.clock.after(0ms, this, [this, place = *valid, answer] { takePlace(place, answer); });
         return;
     }
-    m_services.engine.secrets.store(passwordKey(), WebDavContainer::secretAccount(webDavSettings(*valid)),
-                                    text("cloudSync.keyringLabel"_text), password->toUtf8(),
+    notePassword(*valid);
+    m_services.engine.secrets.store(passwordKey(), accountOf(*valid), text("cloudSync.keyringLabel"_text),
+                                    password->toUtf8(),
                                     [self = QPointer<SyncServices>(this), place = *valid,
                                      answer](const Result<SecretStore::Nothing, SecretError> &stored) {
                                         if (!self)
@@ -198,12 +205,51 @@ void SyncServices::takePlace(const SyncPlace &place, const Answer &answer)
 {
     // What was noted of one document says nothing about another.
     if (place != m_settings.place()) {
+        notePassword(m_settings.place());
         m_engine.disableCloudSync();
         if (!m_settings.setPlace(place))
             return answer(text("cloudSync.placeNotStored"_text));
     }
     remake();
     answer(std::nullopt);
+}
+
+void SyncServices::notePassword(const SyncPlace &place)
+{
+    m_passwords += accountOf(place);
+}
+
+void SyncServices::placeIsSettled(const std::function<void()> &done)
+{
+    m_passwords.removeAll(accountOf(place()));
+    m_passwords.removeDuplicates();
+    removeUnneeded(std::exchange(m_passwords, {}), done);
+}
+
+void SyncServices::disable(const std::function<void()> &done)
+{
+    m_engine.disableCloudSync();
+    if (m_isOpen)
+        remake(); // what was open knows the password
+    removeUnneeded({accountOf(place())}, done);
+}
+
+/// One after the other; the last one tells.
+void SyncServices::removeUnneeded(QStringList accounts, const std::function<void()> &done)
+{
+    accounts.removeAll(accountOf(m_settings.placeOfOtherMode()));
+    accounts.removeAll(QString());
+    if (accounts.isEmpty())
+        return m_services.engine.clock.after(0ms, this, done);
+    using Removed = Result<SecretStore::Nothing, SecretError>;
+    m_services.engine.secrets.remove(passwordKey(), accounts.takeFirst(),
+                                     [self = QPointer<SyncServices>(this), accounts, done](const Removed &removed) {
+                                         if (!removed)
+                                             qCWarning(lcSyncServices).noquote()
+                                                 << "A password stays in the keyring:" << removed.error().detail;
+                                         if (self)
+                                             self->removeUnneeded(accounts, done);
+                                     });
 }
 
 void SyncServices::setAutoSyncEnabled(bool enabled)
@@ -239,22 +285,7 @@ std::optional<QString> SyncServices::useExisting(const PreparedImport &existing)
 void SyncServices::createNew(const CloudSync::Done &done)
 {
     open();
-    // By way of a merge, so that a document is never overwritten unread: what
-    // it held is in the snapshots then.
-    LinkStore &links = m_services.engine.links;
-    m_engine.saveToCloud([this, &links, here = links.links(), done](const Result<SyncResult, CloudSyncError> &merged) {
-        if (m_engine.heldBack()) {
-            m_engine.rejectHeldBack();
-            return done(SyncResult());
-        }
-        if (!merged || links.links() == here)
-            return done(merged);
-        links.edit(LinkStore::Step::Destructive, QStringLiteral("sync"), [here](LinkList &tree) {
-            tree = here;
-            return true;
-        });
-        m_engine.saveToCloud(done);
-    });
+    m_engine.beginAnew(done);
 }
 
 void SyncServices::setPassphrase(const QString &passphrase, const CloudSync::Done &done)

@@ -40,12 +40,14 @@ public:
     void testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) override;
     void setPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) override;
 
+    void placeIsSettled(const std::function<void()> &done) override;
+
     SyncStatus status() const override { return m_engine.status(); }
     bool autoSyncEnabled() const override { return m_engine.autoSyncEnabled(); }
     void setAutoSyncEnabled(bool enabled) override;
     void syncNow(const CloudSync::Done &done) override;
     void loadFromCloud(const CloudSync::Done &done) override;
-    void disable() override { m_engine.disableCloudSync(); }
+    void disable(const std::function<void()> &done) override;
 
     void readExisting(const CloudSync::Found &found) override;
     std::optional<QString> useExisting(const PreparedImport &existing) override;
@@ -69,12 +71,15 @@ private:
     void remake();
     void changeMode();
     void takePlace(const SyncPlace &place, const Answer &answer);
+    void notePassword(const SyncPlace &place);
+    void removeUnneeded(QStringList accounts, const std::function<void()> &done);
 
     Services m_services;
     ContainerSettings m_settings;
     CloudSync m_engine;
     std::unique_ptr<CloudContainer> m_container;
     std::unique_ptr<Trial> m_trial;
+    QStringList m_passwords; ///< accounts whose passwords may be needed no more
     bool m_isOpen = false;
 };
 

@@ -159,8 +159,7 @@ void CloudSync::setContainer(CloudContainer *container)
     m_d->container = container;
     m_d->release();
     m_d->seen.reset();
-    m_d->cipher.reset();
-    m_d->previousCipher.reset();
+    m_d->forgetCiphers();
     m_d->lastImportedHash.clear();
     m_d->setProblem(std::nullopt);
     startSyncFileMonitoring();
@@ -236,8 +235,7 @@ void CloudSync::reloadForModeChange()
     d.stop();
     d.release();
     d.seen.reset();
-    d.cipher.reset();
-    d.previousCipher.reset();
+    d.forgetCiphers();
     d.lastImportedHash.clear();
     d.lastSyncedFromDevice.reset();
     d.setProblem(std::nullopt);

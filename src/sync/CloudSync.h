@@ -127,6 +127,8 @@ public:
     static QString encryptedBaseKey() { return QStringLiteral("orvelle_syncEncrypted"); }
     static QString guardEnabledKey() { return QStringLiteral("SyncGuardEnabled"); }
     static QString passphraseSecret() { return QStringLiteral("sync-passphrase"); }
+    /// Beside the other one while a change of it is not known to be written.
+    static QString nextPassphraseSecret() { return QStringLiteral("sync-passphrase-next"); }
 
     explicit CloudSync(const Services &services, QObject *parent = nullptr);
     ~CloudSync() override;
@@ -161,6 +163,11 @@ public:
     using Done = std::function<void(const Result<SyncResult, CloudSyncError> &)>;
     /// The manual upload: reads, merges, writes.
     void saveToCloud(Done completion);
+    /// Makes what is here the document. One that is there is read, kept as a
+    /// snapshot and replaced; one that cannot be read stays. To other machines
+    /// the new document has grown from it: what is missing was deleted, and
+    /// what they have newer comes back.
+    void beginAnew(Done completion);
     /// Whether a file is there already, and its content if so: for the choice
     /// between using it and beginning with what is here.
     using Found = std::function<void(const Result<std::optional<PreparedImport>, CloudSyncError> &)>;
@@ -186,7 +193,8 @@ public:
     bool isEncrypted() const;
     /// Stores the passphrase in the keyring and writes the file anew. Also how
     /// a machine is told the passphrase of a file that is encrypted already;
-    /// a wrong one is refused and nothing is stored.
+    /// a wrong one is refused and nothing is stored. At every moment the
+    /// keyring has the passphrase of the file that is there, old or new.
     void setPassphrase(const QString &passphrase, Done completion);
     /// Writes the file in plain again.
     void removeEncryption(Done completion);

@@ -66,35 +66,6 @@ void CloudSync::Private::checkRead(const Result<CloudFile, CloudError> &result, 
     decode(*result, [this, polled](const ReadResult &read) { checked(read, polled); });
 }
 
-void CloudSync::Private::decode(const CloudFile &file, const Then<ReadResult> &then)
-{
-    const auto read = [this, file, then] {
-        using Read = Result<DocumentPtr, SyncDocumentError>;
-        onWorker<Read>(
-            [file, cipher = cipher, old = previousCipher, &bookmarks = s.bookmarks, home = s.links.homeDirectory()] {
-                auto document = readSyncDocument(file, cipher.get(), bookmarks, home);
-                const bool refused = !document && document.error().kind == SyncDocumentError::Kind::WrongPassphrase;
-                return refused && old ? readSyncDocument(file, old.get(), bookmarks, home) : document;
-            },
-            [then](Read document) {
-                if (document)
-                    then(ReadResult(*document));
-                else
-                    then(ReadResult(problemOf(document.error())));
-            });
-    };
-    if (!isEncryptedSyncFile(file.bytes) || cipher) {
-        read();
-        return;
-    }
-    withCipher([read, then](const std::optional<SyncProblem> &why) {
-        if (why)
-            then(ReadResult(*why));
-        else
-            read();
-    });
-}
-
 void CloudSync::Private::checked(const ReadResult &result, bool polled)
 {
     if (!result) {

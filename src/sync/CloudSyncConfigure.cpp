@@ -11,28 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
-void CloudSync::Private::readForUser(const Then<ReadResult> &then)
-{
-    if (!available()) {
-        s.clock.after(std::chrono::milliseconds(0), q,
-                      guarded([then] { then(ReadResult(problemOf(CloudError{CloudError::Kind::Unavailable}))); }));
-        return;
-    }
-    const auto read = [this, then](bool) {
-        container->read(fileName(), guarded([this, then](const Result<CloudFile, CloudError> &result) {
-                            if (result)
-                                decode(*result, then);
-                            else
-                                then(ReadResult(problemOf(result.error())));
-                        }));
-    };
-    const DownloadStatus status = container->downloadStatus(fileName());
-    if (status == DownloadStatus::Placeholder || status == DownloadStatus::Outdated)
-        waitForDownload(downloadTimeout, read);
-    else
-        read(true); // what is not visible may be there all the same
-}
-
 void CloudSync::readForConfigure(Found completion)
 {
     Private &d = *m_d;

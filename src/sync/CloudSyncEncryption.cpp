@@ -11,6 +11,15 @@ namespace orvelle {
 // also when a plain one takes its place: whoever can write to the place must
 // not be able to make us send the next one in plain.
 
+namespace {
+
+CloudSyncError noKeyring()
+{
+    return {CloudSyncError::Kind::WriteFailed, cloudErrorText({CloudError::Kind::NoSecretStore, {}, {}})};
+}
+
+} // namespace
+
 struct CloudSync::Private::PassphraseChange {
     std::shared_ptr<SyncCipher> cipher;
     QByteArray passphrase;
@@ -78,43 +87,135 @@ void CloudSync::Private::passphraseRead(const ChangePtr &change, const Result<Cl
         return;
     }
     if (!result || !isEncryptedSyncFile(result->bytes)) {
-        storePassphrase(change);
+        adoptPassphrase(change);
         return;
     }
-    onWorker<std::optional<CipherError>>(
-        [bytes = result->bytes, fresh = change->cipher, old = cipher]() -> std::optional<CipherError> {
-            const auto opened = fresh->decrypt(bytes);
-            if (opened || (old && old->decrypt(bytes)))
-                return std::nullopt;
-            return opened.error();
+    withCipher([this, change, bytes = result->bytes](const Asked &) {
+        withNextCipher([this, change, bytes] { tryPassphrase(change, bytes); });
+    });
+}
+
+void CloudSync::Private::tryPassphrase(const ChangePtr &change, const QByteArray &encrypted)
+{
+    struct Opened {
+        bool byFresh = false;
+        bool byKnown = false;
+        CipherError::Kind why = {};
+    };
+    onWorker<Opened>(
+        [encrypted, fresh = change->cipher, old = cipher, other = next ? next->cipher : nullptr]() -> Opened {
+            const auto opened = fresh->decrypt(encrypted);
+            if (opened)
+                return {.byFresh = true};
+            return {false, (old && old->decrypt(encrypted)) || (other && other->decrypt(encrypted)),
+                    opened.error().kind};
         },
-        [this, change](const std::optional<CipherError> &refused) {
-            if (!refused) {
-                storePassphrase(change);
-                return;
-            }
-            const auto kind = refused->kind == CipherError::Kind::WrongPassphrase
+        [this, change](const Opened &opened) {
+            if (opened.byFresh)
+                return adoptPassphrase(change);
+            if (opened.byKnown)
+                return changePassphrase(change);
+            const auto kind = opened.why == CipherError::Kind::WrongPassphrase
                                   ? SyncDocumentError::Kind::WrongPassphrase
                                   : SyncDocumentError::Kind::Undecodable;
             change->done(CloudSyncError{CloudSyncError::Kind::ReadFailed, syncDocumentErrorText({kind, {}})});
         });
 }
 
-void CloudSync::Private::storePassphrase(const ChangePtr &change)
+void CloudSync::Private::keepSecret(const QString &secret, const QByteArray &passphrase, const Then<bool> &then)
 {
     using Stored = Result<SecretStore::Nothing, SecretError>;
-    s.secrets.store(passphraseSecret(), fileName(), text("cloudSync.passphraseLabel"_text), change->passphrase,
-                    guarded([this, change](const Stored &stored) {
-                        if (!stored) {
-                            const CloudError error{CloudError::Kind::NoSecretStore, {}, {}};
-                            change->done(CloudSyncError{CloudSyncError::Kind::WriteFailed, cloudErrorText(error)});
-                            return;
-                        }
-                        store(encryptedBaseKey(), true);
-                        previousCipher = std::exchange(cipher, change->cipher);
-                        seen.reset();
-                        writeAnew(change->done);
+    s.secrets.store(secret, fileName(), text("cloudSync.passphraseLabel"_text), passphrase,
+                    guarded([then](const Stored &stored) {
+                        if (!stored)
+                            qCWarning(lcCloudSync).noquote() << "A passphrase was not stored:" << stored.error().detail;
+                        then(stored.hasValue());
                     }));
+}
+
+void CloudSync::Private::adoptPassphrase(const ChangePtr &change)
+{
+    keepSecret(passphraseSecret(), change->passphrase, [this, change](bool stored) {
+        if (!stored)
+            return change->done(noKeyring());
+        store(encryptedBaseKey(), true);
+        cipher = change->cipher;
+        dropNext();
+        seen.reset();
+        writeAnew(nullptr, change->done);
+    });
+}
+
+/// The file is to be readable also when this ends half-way, with an answer
+/// that never comes or with the program: the keyring has both passphrases
+/// until it is known which one the file has.
+void CloudSync::Private::changePassphrase(const ChangePtr &change)
+{
+    keepSecret(nextPassphraseSecret(), change->passphrase, [this, change](bool stored) {
+        if (!stored)
+            return change->done(noKeyring());
+        store(encryptedBaseKey(), true);
+        next = NextCipher{change->cipher, change->passphrase};
+        nextLookedUp = true;
+        seen.reset();
+        writeAnew(change->cipher, [this, change](const Result<SyncResult, CloudSyncError> &result) {
+            if (!result)
+                return change->done(result);
+            promoteNext([change, result] { change->done(result); });
+        });
+    });
+}
+
+void CloudSync::Private::withNextCipher(const std::function<void()> &then)
+{
+    if (nextLookedUp) {
+        then();
+        return;
+    }
+    using Found = Result<std::optional<QByteArray>, SecretError>;
+    s.secrets.lookup(nextPassphraseSecret(), fileName(), guarded([this, then](const Found &found) {
+                         nextLookedUp = found.hasValue();
+                         if (found && *found)
+                             next = NextCipher{std::make_shared<SyncCipher>(**found), **found};
+                         then();
+                     }));
+}
+
+/// The file turned out to have the new passphrase.
+void CloudSync::Private::promoteNext(const std::function<void()> &then)
+{
+    if (!next) {
+        then();
+        return;
+    }
+    cipher = next->cipher;
+    keepSecret(passphraseSecret(), next->passphrase, [this, then](bool stored) {
+        if (stored) // else the next start finds it where it is
+            dropNext();
+        then();
+    });
+}
+
+/// After a write that was none of a change.
+void CloudSync::Private::settleNext()
+{
+    if (next && next->cipher == cipher)
+        promoteNext([] {});
+    else if (next)
+        dropNext();
+}
+
+void CloudSync::Private::dropNext()
+{
+    next.reset();
+    s.secrets.remove(nextPassphraseSecret(), fileName(), [](const auto &) {});
+}
+
+void CloudSync::Private::forgetCiphers()
+{
+    cipher.reset();
+    next.reset();
+    nextLookedUp = false;
 }
 
 void CloudSync::removeEncryption(Done completion)
@@ -124,7 +225,7 @@ void CloudSync::removeEncryption(Done completion)
     // forgotten only after it was written in plain.
     d.store(encryptedBaseKey(), false);
     d.seen.reset();
-    d.writeAnew([&d, completion](const Result<SyncResult, CloudSyncError> &result) {
+    d.writeAnew(nullptr, [&d, completion](const Result<SyncResult, CloudSyncError> &result) {
         if (!result) {
             d.store(encryptedBaseKey(), true);
             completion(result);
@@ -136,6 +237,7 @@ void CloudSync::removeEncryption(Done completion)
                                if (!removed)
                                    qCWarning(lcCloudSync).noquote()
                                        << "The passphrase stays in the keyring:" << removed.error().detail;
+                               d.dropNext();
                                d.cipher.reset();
                                completion(result);
                            }));
@@ -143,19 +245,13 @@ void CloudSync::removeEncryption(Done completion)
 }
 
 /// Writes the file although nothing in it changes.
-void CloudSync::Private::writeAnew(Done done)
+void CloudSync::Private::writeAnew(const std::shared_ptr<SyncCipher> &with, const Done &done)
 {
-    if (upload || isCheckingSyncFile || isMerging) {
-        constexpr std::chrono::milliseconds pause{100};
-        s.clock.after(pause, q, [this, done] { writeAnew(done); });
-        return;
-    }
     const auto anew = std::make_shared<Upload>();
-    anew->source = SyncSource::ManualSave;
     anew->forced = true;
+    anew->cipher = with;
     anew->done = done;
-    cancelPending();
-    beginUpload(anew);
+    saveByHand(anew);
 }
 
 } // namespace orvelle

@@ -71,6 +71,15 @@ SyncProblem problemOf(const SyncDocumentError &error)
     return problem;
 }
 
+SyncProblem noSnapshotProblem(const QString &detail)
+{
+    SyncProblem problem;
+    problem.sentence = text("cloudSync.failure.noSnapshot"_text);
+    problem.detail = u"no snapshot could be kept: "_s + detail;
+    problem.needsUser = true;
+    return problem;
+}
+
 QString logLabel(SyncSource source)
 {
     static constexpr const char *labels[] = {"background check", "autosync silencieux", "saveToCloud manuel",

@@ -124,10 +124,7 @@ std::optional<SyncProblem> CloudSync::Private::commitTree(const DocumentPtr &doc
     const auto kept =
         s.snapshots.takePacked(merged.snapshot, countAll(input.local), u"sync"_s, machine, s.debugMode.isDebugMode());
     if (!kept || merged.snapshot.isEmpty())
-        return SyncProblem{text("cloudSync.failure.noSnapshot"_text),
-                           u"no snapshot could be kept: "_s + (kept ? QString() : kept.error().detail),
-                           {},
-                           true};
+        return noSnapshotProblem(kept ? QString() : kept.error().detail);
     for (const QString &line : merged.outcome.removals)
         qCInfo(lcCloudSync).noquote() << line;
     s.links.setAutoSyncingFromFile(true);

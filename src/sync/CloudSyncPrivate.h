@@ -32,6 +32,7 @@ struct SyncProblem {
 };
 SyncProblem problemOf(const CloudError &error);
 SyncProblem problemOf(const SyncDocumentError &error);
+SyncProblem noSnapshotProblem(const QString &detail);
 
 /// Where a document that is handed in was read.
 enum class SyncSource { BackgroundCheck, SilentSave, ManualSave, ConflictCopy };
@@ -62,12 +63,15 @@ struct CloudSync::Private {
         SyncSource source = SyncSource::SilentSave;
         Done done;
         int attempt = 0;
-        bool forced = false; ///< writes also what was written before
+        bool forced = false;                     ///< writes also what was written before
+        bool replaces = false;                   ///< what is there gives way, and is kept as a snapshot
+        std::shared_ptr<SyncCipher> cipher = {}; ///< when it is not to be that of all others
         SyncResult result;
         DocumentPtr remote; ///< what is replaced; null when there is no file
         Taken taken;
         // What the bytes were made of.
         LinkList links;
+        QStringList history;
         std::optional<Timestamp> settings;
         Timestamp exportedAt;
     };
@@ -134,9 +138,12 @@ struct CloudSync::Private {
     void saySeldom(const QString &line);
     void initialSyncDone();
 
-    // CloudSyncRead.cpp
     bool isAsSeen(const CloudFile &file) const;
+
+    // CloudSyncRead.cpp
     void decode(const CloudFile &file, const Then<ReadResult> &then);
+    void decodeWithCipher(const CloudFile &file, const Then<ReadResult> &then);
+    void readForUser(const Then<ReadResult> &then);
 
     // CloudSyncMerge.cpp
     void take(const DocumentPtr &document, SyncSource source, bool quietly, const Then<Taken> &then);
@@ -167,15 +174,22 @@ struct CloudSync::Private {
     void touchSettingsModifiedAt();
     void applySyncSettings(const SyncDocument &document);
 
-    // CloudSyncUpload.cpp
+    // CloudSyncSchedule.cpp
     void schedule(std::chrono::milliseconds delay);
     void cancelPending();
     void uploadDue();
     void saveSilently();
+    void retryLater(const SyncProblem &why);
+
+    // CloudSyncUpload.cpp
+    void saveByHand(const UploadPtr &wanted);
     void beginUpload(const UploadPtr &begun);
     void attempt(const UploadPtr &begun);
     void forceDownload(const std::function<void()> &then);
     void uploadRead(const UploadPtr &begun, const ReadResult &result);
+    void uploadTaken(const UploadPtr &begun, const Taken &taken);
+    void keepReplaced(const UploadPtr &begun);
+    QStringList historyFor(const Upload &begun);
     void exportFor(const UploadPtr &begun, const std::function<void()> &then);
     void exported(const UploadPtr &begun);
     bool needsWrite(const Upload &begun) const;
@@ -184,7 +198,6 @@ struct CloudSync::Private {
     void succeed(const UploadPtr &begun);
     void fail(const UploadPtr &begun, CloudSyncError::Kind kind, const SyncProblem &why);
     void finish(const UploadPtr &ended, const Result<SyncResult, CloudSyncError> &result);
-    void retryLater(const SyncProblem &why);
 
     // CloudSyncGuard.cpp
     bool guardEnabled() const;
@@ -195,8 +208,6 @@ struct CloudSync::Private {
     // CloudSyncConfigure.cpp
     using Loaded = Result<SyncResult, CloudSyncError>;
     Loaded replaceBy(const DocumentPtr &document);
-    /// Reads the file for a command of the user's.
-    void readForUser(const Then<ReadResult> &then);
     void migrateFromBookmarkIfNeeded();
     void copyBookmarked(const QString &path);
     void clearBookmark(const char *line);
@@ -209,8 +220,16 @@ struct CloudSync::Private {
     struct PassphraseChange;
     using ChangePtr = std::shared_ptr<PassphraseChange>;
     void passphraseRead(const ChangePtr &change, const Result<CloudFile, CloudError> &result);
-    void storePassphrase(const ChangePtr &change);
-    void writeAnew(Done done);
+    void tryPassphrase(const ChangePtr &change, const QByteArray &encrypted);
+    void adoptPassphrase(const ChangePtr &change);
+    void changePassphrase(const ChangePtr &change);
+    void withNextCipher(const std::function<void()> &then);
+    void promoteNext(const std::function<void()> &then);
+    void settleNext();
+    void dropNext();
+    void keepSecret(const QString &secret, const QByteArray &passphrase, const Then<bool> &then);
+    void writeAnew(const std::shared_ptr<SyncCipher> &with, const Done &done);
+    void forgetCiphers();
 
     CloudSync *q;
     Services s;
@@ -267,7 +286,13 @@ struct CloudSync::Private {
     QString rejected;       ///< the version that may remove nothing
 
     std::shared_ptr<SyncCipher> cipher;
-    std::shared_ptr<SyncCipher> previousCipher; ///< until the file is written with the new passphrase
+    /// The passphrase of a change that may have been written or not.
+    struct NextCipher {
+        std::shared_ptr<SyncCipher> cipher;
+        QByteArray passphrase;
+    };
+    std::optional<NextCipher> next;
+    bool nextLookedUp = false;
     SyncStatus told;
 };
 

@@ -1,5 +1,6 @@
 #include "links/ExchangeDocument.h"
 #include "links/ExchangeSettings.h"
+#include "links/LinkEditing.h"
 #include "platform/UserDefaults.h"
 #include "sync/CloudSyncPrivate.h"
 
@@ -50,7 +51,7 @@ void CloudSync::Private::touchSettingsModifiedAt()
     if (isApplyingRemoteSettings)
         return;
     settingsTouched = true;
-    setLocalSettingsModifiedAt(s.clock.now());
+    setLocalSettingsModifiedAt(editDate(localSettingsModifiedAt(), s.clock.now()));
 }
 
 void CloudSync::syncableSettingsDidChange()

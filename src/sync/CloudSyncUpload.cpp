@@ -1,6 +1,7 @@
 #include "base/Text.h"
 #include "links/ExchangeDocument.h"
 #include "links/LinkStore.h"
+#include "links/SnapshotStore.h"
 #include "sync/CloudSyncPrivate.h"
 #include "sync/LinkMerge.h"
 
@@ -8,92 +9,41 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
-void CloudSync::scheduleAutoSync()
-{
-    Private &d = *m_d;
-    if (!d.active() || d.s.links.isAutoSyncingFromFile() || d.isApplyingRemoteSettings)
-        return;
-    d.echoes = 0;
-    if (d.held) {
-        d.deferred = true;
-        return;
-    }
-    d.schedule(uploadDelay);
-    d.announce();
-}
-
-void CloudSync::Private::schedule(std::chrono::milliseconds delay)
-{
-    const Timestamp now = s.clock.now();
-    Timestamp due = now + std::chrono::duration<double>(delay).count();
-    if (failures > 0 && retryAt)
-        due = std::max(due, *retryAt);
-    if (notBefore)
-        due = std::max(due, *notBefore);
-    if (!waitingSince || *waitingSince > now)
-        waitingSince = now;
-    const auto wait = std::chrono::milliseconds(qRound64((due - now) * 1000));
-    uploadTimer = s.clock.singleShot(wait, [this] {
-        uploadTimer.reset();
-        uploadDue();
-    });
-}
-
-void CloudSync::Private::cancelPending()
-{
-    uploadTimer.reset();
-}
-
-void CloudSync::Private::uploadDue()
-{
-    if (!active())
-        return;
-    if (!isInitialSyncComplete) {
-        qCInfo(lcCloudSync).noquote() << "AutoSync reporté — check initial pas encore terminé";
-        deferred = true;
-    } else if (isCheckingSyncFile || isMerging) {
-        schedule(uploadDelay);
-    } else {
-        saveSilently();
-    }
-    announce();
-}
-
-void CloudSync::Private::saveSilently()
-{
-    if (upload) {
-        qCInfo(lcCloudSync).noquote() << "Autosync silencieux déjà en cours — re-planification dans 5s";
-        q->scheduleAutoSync();
-        return;
-    }
-    if (held) {
-        deferred = true;
-        return;
-    }
-    beginUpload(std::make_shared<Upload>());
-}
-
 void CloudSync::saveToCloud(Done completion)
 {
-    Private &d = *m_d;
-    if (d.upload || d.isCheckingSyncFile || d.isMerging) {
+    const auto wanted = std::make_shared<Private::Upload>();
+    wanted->done = completion;
+    m_d->saveByHand(wanted);
+}
+
+void CloudSync::beginAnew(Done completion)
+{
+    const auto wanted = std::make_shared<Private::Upload>();
+    wanted->done = completion;
+    wanted->replaces = true;
+    m_d->saveByHand(wanted);
+}
+
+void CloudSync::Private::saveByHand(const UploadPtr &wanted)
+{
+    if (upload || isCheckingSyncFile || isMerging) {
         constexpr std::chrono::milliseconds pause{100};
-        d.s.clock.after(pause, this, [this, completion] { saveToCloud(completion); });
+        s.clock.after(pause, q, [this, wanted] { saveByHand(wanted); });
         return;
     }
-    const auto upload = std::make_shared<Private::Upload>();
-    upload->source = SyncSource::ManualSave;
-    upload->done = completion;
-    if (!d.available() || d.held) {
+    if (wanted->replaces)
+        release(); // what was held back is in the document that gives way
+    if (!available() || held) {
         const QString why =
-            d.held ? text("cloudSync.failure.heldBack"_text) : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});
-        d.s.clock.after(std::chrono::milliseconds(0), this, [completion, why] {
-            completion(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
+            held ? text("cloudSync.failure.heldBack"_text) : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});
+        s.clock.after(std::chrono::milliseconds(0), q, [done = wanted->done, why] {
+            done(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
         });
         return;
     }
-    d.cancelPending();
-    d.beginUpload(upload);
+    wanted->source = SyncSource::ManualSave;
+    cancelPending();
+    beginUpload(wanted);
 }
 
 void CloudSync::Private::beginUpload(const UploadPtr &begun)
@@ -160,24 +110,60 @@ void CloudSync::Private::uploadRead(const UploadPtr &begun, const ReadResult &re
         return;
     }
     begun->remote = *result;
-    take(*result, begun->source, false, [this, begun](const Taken &taken) {
-        begun->taken = taken;
-        if (taken.problem) {
-            fail(begun, CloudSyncError::Kind::ReadFailed, *taken.problem);
-        } else if (taken.heldBack) {
-            deferred = true;
-            finish(begun, CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
-        } else {
-            exportFor(begun, [this, begun] { exported(begun); });
-        }
-    });
+    if (begun->replaces)
+        keepReplaced(begun);
+    else
+        take(*result, begun->source, false, [this, begun](const Taken &taken) { uploadTaken(begun, taken); });
+}
+
+void CloudSync::Private::uploadTaken(const UploadPtr &begun, const Taken &taken)
+{
+    begun->taken = taken;
+    if (taken.problem) {
+        fail(begun, CloudSyncError::Kind::ReadFailed, *taken.problem);
+    } else if (taken.heldBack) {
+        deferred = true;
+        finish(begun, CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
+    } else {
+        exportFor(begun, [this, begun] { exported(begun); });
+    }
+}
+
+/// What others wrote may be nowhere else.
+void CloudSync::Private::keepReplaced(const UploadPtr &begun)
+{
+    const DocumentPtr document = begun->remote;
+    onWorker<QByteArray>(
+        [document] {
+            const auto packed = packSnapshot(document->content.items);
+            return packed ? *packed : QByteArray();
+        },
+        [this, begun, document](const QByteArray &packed) {
+            const QString machine = document->content.document->lastModifiedBy.value_or(QString());
+            const auto kept = s.snapshots.takePacked(packed, document->items.size(), u"replace"_s, machine,
+                                                     s.debugMode.isDebugMode());
+            if (!kept || packed.isEmpty())
+                return fail(begun, CloudSyncError::Kind::ExportFailed,
+                            noSnapshotProblem(kept ? QString() : kept.error().detail));
+            uploadTaken(begun, {.differs = true});
+        });
+}
+
+/// The versions that what is written has grown from.
+QStringList CloudSync::Private::historyFor(const Upload &begun)
+{
+    const auto known = base();
+    const QStringList ours = known ? joinedHistory({known->version}, known->history) : QStringList();
+    if (!begun.replaces || !begun.remote)
+        return ours;
+    return joinedHistory(joinedHistory({begun.remote->versionId}, begun.remote->history.value_or(QStringList())), ours);
 }
 
 void CloudSync::Private::exportFor(const UploadPtr &begun, const std::function<void()> &then)
 {
     ExportData document = s.exchange.gatherDocument();
-    const auto known = base();
-    document.syncHistory = known ? known->documentHistory() : QString();
+    begun->history = historyFor(*begun);
+    document.syncHistory = begun->history.join(QString());
     begun->settings = document.settingsModifiedAt;
     begun->links = s.links.links();
     begun->exportedAt = s.clock.now();
@@ -220,7 +206,8 @@ void CloudSync::Private::exported(const UploadPtr &begun)
             return;
         }
         using Encrypted = Result<QByteArray, CipherError>;
-        onWorker<Encrypted>([cipher = cipher, plain = begun->exported.bytes] { return cipher->encrypt(plain); },
+        onWorker<Encrypted>([cipher = begun->cipher ? begun->cipher : cipher,
+                             plain = begun->exported.bytes] { return cipher->encrypt(plain); },
                             [this, begun](Encrypted bytes) {
                                 if (bytes)
                                     write(begun, *bytes);
@@ -237,16 +224,14 @@ void CloudSync::Private::write(const UploadPtr &begun, const QByteArray &bytes)
         fail(begun, CloudSyncError::Kind::ExportFailed, problemOf(CloudError{CloudError::Kind::TooLarge}));
         return;
     }
-    const auto known = base();
-    SyncBase next;
-    next.place = container->displayPath(fileName());
-    next.version = begun->versionId;
-    if (known)
-        next.history = joinedHistory({known->version}, known->history);
-    next.items = begun->items;
-    next.since = begun->exportedAt;
-    beingWritten = next.version;
-    baseOfBeingWritten = next;
+    SyncBase grown;
+    grown.place = container->displayPath(fileName());
+    grown.version = begun->versionId;
+    grown.history = begun->history;
+    grown.items = begun->items;
+    grown.since = begun->exportedAt;
+    beingWritten = grown.version;
+    baseOfBeingWritten = grown;
     const QByteArray expected = begun->remote ? begun->remote->version : QByteArray();
     container->write(fileName(), bytes, expected,
                      guarded([this, begun](const Result<CloudFile, CloudError> &result) { written(begun, result); }));
@@ -263,7 +248,8 @@ void CloudSync::Private::written(const UploadPtr &begun, const Result<CloudFile,
         return;
     }
     beingWritten.clear();
-    previousCipher.reset();
+    if (!begun->cipher)
+        settleNext();
     setBase(*baseOfBeingWritten);
     setLastWritten(begun->exported);
     lastKnownSyncFileModDate = result->modifiedAt;
@@ -296,21 +282,6 @@ void CloudSync::Private::fail(const UploadPtr &begun, CloudSyncError::Kind kind,
     finish(begun, CloudSyncError{kind, why.sentence});
     if (kind != CloudSyncError::Kind::ReadFailed)
         emit s.notifications.syncUploadFailed();
-}
-
-void CloudSync::Private::retryLater(const SyncProblem &why)
-{
-    setProblem(why);
-    mustWrite = true;
-    if (!active())
-        return;
-    constexpr int mostDoublings = 6;
-    const auto delay = std::min(uploadDelay * (1 << std::min(failures, mostDoublings)), longestRetryDelay);
-    ++failures;
-    retryAt = s.clock.now() + std::chrono::duration<double>(delay).count();
-    if (notBefore)
-        retryAt = std::max(*retryAt, *notBefore);
-    schedule(uploadDelay);
 }
 
 void CloudSync::Private::finish(const UploadPtr &ended, const Result<SyncResult, CloudSyncError> &result)

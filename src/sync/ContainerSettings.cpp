@@ -112,19 +112,28 @@ QUrl serverFromText(const QString &typed)
     return QUrl(QStringLiteral("https://") + address, QUrl::StrictMode);
 }
 
-QString ContainerSettings::text(const QString &baseKey) const
-{
-    return m_defaults.get<QString>(m_debugMode.key(baseKey)).value_or(QString());
-}
-
 SyncPlace ContainerSettings::place() const
 {
-    const QString stored = text(kindBaseKey());
-    const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const auto &each) { return each.second == stored; });
+    return placeUnder([this](const QString &baseKey) { return m_debugMode.key(baseKey); });
+}
+
+SyncPlace ContainerSettings::placeOfOtherMode() const
+{
+    const QString prefix = m_debugMode.isDebugMode() ? QString() : DebugModeManager::debugPrefix();
+    return placeUnder([&prefix](const QString &baseKey) { return prefix + baseKey; });
+}
+
+SyncPlace ContainerSettings::placeUnder(const std::function<QString(const QString &)> &key) const
+{
+    const auto stored = [&](const QString &baseKey) {
+        return m_defaults.get<QString>(key(baseKey)).value_or(QString());
+    };
+    const QString name = stored(kindBaseKey());
+    const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const auto &each) { return each.second == name; });
     if (kind == kinds.end())
         return {};
     const auto valid = validatedAsWritten(
-        {kind->first, text(folderBaseKey()), QUrl(text(serverBaseKey()), QUrl::StrictMode), text(userBaseKey())});
+        {kind->first, stored(folderBaseKey()), QUrl(stored(serverBaseKey()), QUrl::StrictMode), stored(userBaseKey())});
     return valid ? *valid : SyncPlace();
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace orvelle {
@@ -67,6 +68,8 @@ public:
     /// What is stored, none when it is no place that could be taken. Does not
     /// look at the disk: a folder that is not mounted now stays the choice.
     SyncPlace place() const;
+    /// The same of the mode that is not on now.
+    SyncPlace placeOfOtherMode() const;
     /// False when it could not be stored; then nothing, or a place that cannot
     /// be used, is.
     bool setPlace(const SyncPlace &place);
@@ -74,7 +77,7 @@ public:
     bool concerns(const QStringList &keys) const;
 
 private:
-    QString text(const QString &baseKey) const;
+    SyncPlace placeUnder(const std::function<QString(const QString &)> &key) const;
 
     UserDefaults &m_defaults;
     const DebugModeManager &m_debugMode;

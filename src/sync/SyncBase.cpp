@@ -20,11 +20,6 @@ QString syncVersionId(const QByteArray &document)
     return sha256Hex(document).left(idLength);
 }
 
-QString SyncBase::documentHistory() const
-{
-    return joinedHistory({version}, history).join(QString());
-}
-
 QByteArray SyncBase::toBytes() const
 {
     QByteArray bytes;

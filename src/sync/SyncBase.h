@@ -32,8 +32,6 @@ struct SyncBase {
     static constexpr qsizetype maxHistory = 128;
 
     bool contains(const QString &versionId) const { return version == versionId || history.contains(versionId); }
-    /// What a document that is written now says of its past.
-    QString documentHistory() const;
     /// What is stored between runs, and back; absent when it is no such thing.
     QByteArray toBytes() const;
     static std::optional<SyncBase> fromBytes(const QByteArray &bytes);

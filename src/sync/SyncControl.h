@@ -32,6 +32,10 @@ public:
     /// failure the place is the one it was.
     virtual void setPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) = 0;
 
+    /// The choice is made: passwords of places that were tried or left, and
+    /// that no place needs any more, go from the keyring.
+    virtual void placeIsSettled(const std::function<void()> &done) = 0;
+
     virtual SyncStatus status() const = 0;
     virtual bool autoSyncEnabled() const = 0;
     virtual void setAutoSyncEnabled(bool enabled) = 0;
@@ -40,8 +44,9 @@ public:
     /// Replaces what is here by the document; a snapshot is kept.
     virtual void loadFromCloud(const CloudSync::Done &done) = 0;
     /// Off, and everything forgotten that was noted of the document, which
-    /// stays where it is, as does the choice of the place.
-    virtual void disable() = 0;
+    /// stays where it is, as does the choice of the place; but its password
+    /// goes from the keyring.
+    virtual void disable(const std::function<void()> &done) = 0;
 
     /// The document that is there already, absent when there is none.
     virtual void readExisting(const CloudSync::Found &found) = 0;

@@ -13,7 +13,7 @@ class Setup : public std::enable_shared_from_this<Setup>
 {
 public:
     Setup(SyncControl &sync, const AskAboutExisting &ask, const Configured &completion)
-        : m_sync(sync), m_ask(ask), m_completion(completion), m_before(sync.place()), m_wasOn(sync.autoSyncEnabled())
+        : m_sync(sync), m_ask(ask), m_told(completion), m_before(sync.place()), m_wasOn(sync.autoSyncEnabled())
     {
     }
 
@@ -25,7 +25,7 @@ public:
             if (failure)
                 self->restore(*failure);
             else if (place.kind == SyncPlace::Kind::None)
-                self->m_completion(ConfigureCloudSyncResult::CreatedNew);
+                self->complete(ConfigureCloudSyncResult::CreatedNew);
             else
                 self->look();
         });
@@ -38,7 +38,7 @@ private:
     {
         m_sync.readExisting([self = shared_from_this()](const Result<Existing, CloudSyncError> &found) {
             if (!found)
-                self->m_completion(found.error().description);
+                self->complete(found.error().description);
             else if (found->has_value())
                 self->m_ask(
                     [self, existing = **found](ConfigureCloudSyncResult choice) { self->go(choice, existing); });
@@ -54,7 +54,7 @@ private:
         if (choice == ConfigureCloudSyncResult::CreatedNew)
             return create();
         if (const auto failure = m_sync.useExisting(existing))
-            return m_completion(*failure);
+            return complete(*failure);
         finish(ConfigureCloudSyncResult::ImportedExisting);
     }
 
@@ -64,23 +64,23 @@ private:
             if (result)
                 self->finish(ConfigureCloudSyncResult::CreatedNew);
             else
-                self->m_completion(result.error().description);
+                self->complete(result.error().description);
         });
     }
 
     void finish(ConfigureCloudSyncResult result)
     {
         m_sync.setAutoSyncEnabled(true);
-        m_completion(result);
+        complete(result);
     }
 
     void goBack()
     {
         m_sync.setPlace(m_before, std::nullopt, [self = shared_from_this()](const std::optional<QString> &failure) {
             if (failure)
-                return self->m_completion(*failure);
+                return self->complete(*failure);
             self->m_sync.setAutoSyncEnabled(self->m_wasOn);
-            self->m_completion(ConfigureCloudSyncResult::Cancelled);
+            self->complete(ConfigureCloudSyncResult::Cancelled);
         });
     }
 
@@ -88,12 +88,17 @@ private:
     void restore(const QString &failure)
     {
         m_sync.setAutoSyncEnabled(m_wasOn);
-        m_completion(failure);
+        complete(failure);
+    }
+
+    void complete(const Result<ConfigureCloudSyncResult, QString> &result)
+    {
+        m_sync.placeIsSettled([self = shared_from_this(), result] { self->m_told(result); });
     }
 
     SyncControl &m_sync;
     AskAboutExisting m_ask;
-    Configured m_completion;
+    Configured m_told;
     SyncPlace m_before;
     bool m_wasOn;
 };

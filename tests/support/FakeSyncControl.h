@@ -60,6 +60,7 @@ public:
             answer(failure);
         };
     }
+    void placeIsSettled(const std::function<void()> &done) override { done(); }
     SyncStatus status() const override { return current; }
     bool autoSyncEnabled() const override { return on; }
     void setAutoSyncEnabled(bool enabled) override
@@ -69,7 +70,11 @@ public:
     }
     void syncNow(const CloudSync::Done &done) override { later("now", done); }
     void loadFromCloud(const CloudSync::Done &done) override { later("load", done); }
-    void disable() override { asked += QStringLiteral("disable"); }
+    void disable(const std::function<void()> &done) override
+    {
+        asked += QStringLiteral("disable");
+        done();
+    }
     void readExisting(const CloudSync::Found &found) override
     {
         asked += QStringLiteral("look");

@@ -64,6 +64,7 @@ public:
 
     QMap<QString, QByteArray> secrets; ///< by key and account
     std::optional<SecretError> failure;
+    std::chrono::milliseconds latency{0};
 
     static QString place(const QString &key, const QString &account) { return key + u'/' + account; }
 
@@ -99,7 +100,7 @@ public:
     }
 
 private:
-    void later(std::function<void()> what) { m_clock.after(std::chrono::milliseconds(0), &m_alive, std::move(what)); }
+    void later(std::function<void()> what) { m_clock.after(latency, &m_alive, std::move(what)); }
 
     FakeClock &m_clock;
     QObject m_alive;

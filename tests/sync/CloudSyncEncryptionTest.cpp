@@ -106,6 +106,64 @@ TEST_F(CloudSyncEncryptionTest, thePassphraseIsChangedAndTakenAway)
     EXPECT_FALSE(a.sync().isEncrypted());
 }
 
+TEST_F(CloudSyncEncryptionTest, aChangeOfThePassphraseThatIsCutOffAnywhereLeavesTheFileReadable)
+{
+    place.latency = 10ms;
+    struct Case {
+        const char *what;
+        std::optional<CloudError> writing;
+        bool writtenAllTheSame;
+    };
+    for (const Case &c : {Case{"the program ends", {}, false},
+                          Case{"the file cannot be written", CloudError{CloudError::Kind::NoSpace}, false},
+                          Case{"the answer is lost", CloudError{CloudError::Kind::TimedOut}, true}}) {
+        bool over = false;
+        for (auto cut = 5ms; !over; cut += 10ms) {
+            SCOPED_TRACE(std::string(c.what) + " after ms " + std::to_string(cut.count()));
+            place.otherMachineRemoves(file);
+            SyncMachine a(clock, place, u"A"_s);
+            a.secrets.latency = 10ms;
+            clock.advance(20s);
+            add(a, u"one"_s);
+            settle();
+            ASSERT_TRUE(*setPassphrase(a, u"old"_s));
+            a.container.failWrites(c.writing, c.writtenAllTheSame);
+            bool succeeded = false;
+            a.sync().setPassphrase(u"new"_s, [&](const auto &result) {
+                over = true;
+                succeeded = result.hasValue();
+            });
+            clock.advance(cut);
+            EXPECT_EQ(over && succeeded, over && !c.writing) << "nobody is told a lie";
+            a.restart();
+            a.container.failWrites({});
+            settle();
+            EXPECT_EQ(a.sync().status().state, State::Current);
+            EXPECT_TRUE(SyncCipher(stored(a)).decrypt(place.bytes(file))) << "the next start can read it";
+            EXPECT_EQ(here(a), u"one"_s);
+            add(a, u"two"_s);
+            settle();
+            EXPECT_TRUE(SyncCipher(stored(a)).decrypt(place.bytes(file)));
+        }
+    }
+}
+
+TEST_F(CloudSyncEncryptionTest, thePassphraseIsChangedAlsoWhileNothingWasReadYet)
+{
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(16s);
+    add(a, u"one"_s);
+    settle();
+    ASSERT_TRUE(*setPassphrase(a, u"old"_s));
+    a.sync().setAutoSyncEnabled(false);
+    a.restart();
+    const auto changed = setPassphrase(a, u"new"_s);
+    ASSERT_TRUE(changed);
+    EXPECT_TRUE(*changed);
+    EXPECT_TRUE(SyncCipher("new").decrypt(place.bytes(file)));
+    EXPECT_EQ(a.secrets.secrets.values(), QList<QByteArray>{"new"}) << "the old one is forgotten";
+}
+
 TEST_F(CloudSyncEncryptionTest, withoutAKeyringNothingIsEncrypted)
 {
     SyncMachine a(clock, place, u"A"_s);

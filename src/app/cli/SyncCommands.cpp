@@ -228,7 +228,10 @@ CommandResult runSyncConfigure(const CommandArguments &arguments, CommandContext
 CommandResult runSyncDisable(const CommandArguments &arguments, CommandContext &context)
 {
     SyncControl &sync = context.sync();
-    sync.disable();
+    const auto over = outcomeOf<bool>(
+        context, [&sync](const std::function<void(const bool &)> &done) { sync.disable([done] { done(true); }); });
+    if (!over)
+        return takesTooLong();
     return statusAfter(arguments, sync, context, "Synchronisation is off. The shared document stays where it is.");
 }
 
