@@ -8,7 +8,7 @@ namespace orvelle {
 
 namespace {
 
-bool hasBookmark(const LinkItem &item)
+bool isOnDisk(const LinkItem &item)
 {
     return item.type == LinkType::File || item.type == LinkType::Folder;
 }
@@ -34,7 +34,7 @@ enum class OnFailure { KeepOld, Drop };
 bool rebuildBookmarks(LinkList &links, const FileBookmarks &bookmarks, OnFailure onFailure)
 {
     return changeItems(links, [&](const LinkItem &old) -> std::optional<LinkItem> {
-        if (!hasBookmark(old))
+        if (!isOnDisk(old))
             return std::nullopt;
         LinkItem item = old;
         if (const auto bookmark = bookmarks.create(item.path))
@@ -59,7 +59,7 @@ BookmarkRefresh refreshBookmarks(LinkList &links, FileBookmarks &bookmarks)
 {
     BookmarkRefresh result;
     result.renewed = changeItems(links, [&](const LinkItem &old) -> std::optional<LinkItem> {
-        if (!hasBookmark(old))
+        if (!isOnDisk(old))
             return std::nullopt;
         const auto bookmark = old.bookmarkData ? reopened(*old.bookmarkData, bookmarks) : std::nullopt;
         if (!bookmark)
@@ -87,7 +87,7 @@ QStringList collectAllPaths(const LinkList &links)
 {
     QStringList paths;
     walk(links, [&paths](const LinkItem &item) {
-        if (hasBookmark(item))
+        if (isOnDisk(item))
             paths += item.path;
     });
     return paths;

@@ -1,5 +1,7 @@
 #include "links/ExchangeAnalysis.h"
 
+#include "links/LinkContent.h"
+
 #include <QHash>
 
 namespace orvelle {
@@ -16,15 +18,7 @@ using PlacedById = QHash<QString, Placed>;
 void place(const LinkList &links, const QString &parent, PlacedById &placed)
 {
     for (const LinkItem &item : links) {
-        LinkItem content = item;
-        content.id = {};
-        content.children.reset();
-        content.bookmarkData.reset();
-        content.faviconData.reset();
-        content.createdAt.reset();
-        content.modifiedAt.reset();
-        content.contentModifiedAt.reset();
-        placed.insert(item.stableId, {content, parent});
+        placed.insert(item.stableId, {contentOf(item), parent});
         if (item.children)
             place(*item.children, item.stableId, placed);
     }

@@ -1,11 +1,11 @@
 #include "links/ExchangeImport.h"
 
-#include "base/Uuid.h"
 #include "links/LinkTree.h"
+#include "links/TakenIdentities.h"
 
 #include <QSet>
 
-#include <tuple>
+#include <algorithm>
 
 namespace orvelle {
 
@@ -33,84 +33,27 @@ void cutTooDeep(LinkList &items, int depth, qint64 &dropped)
 }
 
 /// What makes two items the same for a merge.
-struct Content {
+struct MergeKey {
     LinkType type;
     QString path;
     QString name;
-    friend bool operator==(const Content &, const Content &) = default;
+    friend bool operator==(const MergeKey &, const MergeKey &) = default;
 };
 
-Content contentOf(const LinkItem &item)
+MergeKey mergeKeyOf(const LinkItem &item)
 {
     return {item.type, item.path, item.name};
 }
 
-size_t qHash(const Content &content, size_t seed = 0)
+size_t qHash(const MergeKey &key, size_t seed = 0)
 {
-    return qHashMulti(seed, static_cast<int>(content.type), content.path, content.name);
+    return qHashMulti(seed, static_cast<int>(key.type), key.path, key.name);
 }
-
-/// The identities that are taken.
-class Identities
-{
-public:
-    explicit Identities(qsizetype expected)
-    {
-        m_ids.reserve(expected);
-        m_stableIds.reserve(expected);
-    }
-
-    void addAll(const LinkList &links)
-    {
-        walk(links, [this](const LinkItem &item) {
-            claim(item.id, m_ids);
-            claimStableId(item.stableId);
-        });
-    }
-
-    /// Gives the item other identities for those that are taken; absent when
-    /// it can keep both.
-    std::optional<LinkItem> claimed(const LinkItem &item)
-    {
-        const bool freeId = claim(item.id, m_ids);
-        const bool freeStableId = claimStableId(item.stableId);
-        if (freeId && freeStableId)
-            return std::nullopt;
-        LinkItem unique = item;
-        while (!freeId && !claim(unique.id = QUuid::createUuid(), m_ids)) {
-        }
-        while (!freeStableId && !claimStableId(unique.stableId = newUuidText())) {
-        }
-        return unique;
-    }
-
-private:
-    template<typename T>
-    static bool claim(const T &value, QSet<T> &taken)
-    {
-        const qsizetype before = taken.size();
-        taken.insert(value);
-        return taken.size() > before;
-    }
-
-    /// Stable ids are compared without regard to case.
-    bool claimStableId(const QString &text)
-    {
-        if (text.isEmpty())
-            return false;
-        const auto uuid = parseUuid(text);
-        return uuid ? claim(*uuid, m_stableIds) : claim(text.toUpper(), m_oddStableIds);
-    }
-
-    QSet<QUuid> m_ids;
-    QSet<QUuid> m_stableIds;
-    QSet<QString> m_oddStableIds; ///< those of other makers
-};
 
 AppliedImport replaceTree(LinkList &tree, const LinkList &items)
 {
     const qint64 count = countAllLinks(items);
-    Identities taken(count);
+    TakenIdentities taken(count);
     tree = items;
     changeItems(tree, [&taken](const LinkItem &item) { return taken.claimed(item); });
     return {count, 0};
@@ -120,7 +63,7 @@ AppliedImport mergeIntoTree(LinkList &tree, const LinkList &items)
 {
     LinkList fresh = filterNewLinks(items, tree);
     const qint64 count = countAllLinks(fresh);
-    Identities taken(countAllLinks(tree) + count);
+    TakenIdentities taken(countAllLinks(tree) + count);
     taken.addAll(tree);
     changeItems(fresh, [&taken](const LinkItem &item) { return taken.claimed(item); });
     tree += fresh;
@@ -169,20 +112,20 @@ qint64 countAllLinks(const LinkList &links)
 
 bool existsInList(const LinkItem &item, const LinkList &list)
 {
-    const Content content = contentOf(item);
+    const MergeKey key = mergeKeyOf(item);
     return std::any_of(list.begin(), list.end(),
-                       [&content](const LinkItem &existing) { return contentOf(existing) == content; });
+                       [&key](const LinkItem &existing) { return mergeKeyOf(existing) == key; });
 }
 
 LinkList filterNewLinks(const LinkList &imported, const LinkList &existing)
 {
     // As existsInList() for each, but not in quadratic time.
-    QSet<Content> known;
+    QSet<MergeKey> known;
     for (const LinkItem &item : existing)
-        known.insert(contentOf(item));
+        known.insert(mergeKeyOf(item));
     LinkList fresh;
     for (const LinkItem &item : imported) {
-        if (!known.contains(contentOf(item)))
+        if (!known.contains(mergeKeyOf(item)))
             fresh += item;
     }
     return fresh;

@@ -1,6 +1,6 @@
 #include "links/LinkEditing.h"
 
-#include "base/Uuid.h"
+#include "links/TakenIdentities.h"
 
 #include <QCollator>
 
@@ -277,23 +277,10 @@ std::optional<EditRefusal> reorderTopLevel(LinkList &links, const QList<QUuid> &
 
 LinkItem withFreeIdentities(const LinkList &links, const LinkItem &item)
 {
-    QSet<QUuid> ids;
-    QSet<QString> stableIds;
-    walk(links, [&](const LinkItem &other) {
-        ids += other.id;
-        stableIds += other.stableId;
-    });
+    TakenIdentities taken;
+    taken.addAll(links);
     LinkList fresh = {item};
-    changeItems(fresh, [&](const LinkItem &entering) -> std::optional<LinkItem> {
-        LinkItem changed = entering;
-        if (ids.contains(changed.id))
-            changed.id = QUuid::createUuid();
-        if (changed.stableId.isEmpty() || stableIds.contains(changed.stableId))
-            changed.stableId = newUuidText();
-        ids += changed.id;
-        stableIds += changed.stableId;
-        return changed;
-    });
+    changeItems(fresh, [&taken](const LinkItem &entering) { return taken.claimed(entering); });
     return fresh.first();
 }
 
