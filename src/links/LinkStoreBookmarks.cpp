@@ -21,21 +21,26 @@ bool LinkStore::refreshStaleBookmarks()
 }
 
 /// Takes over the bookmarks of a copy of the tree. Upkeep, not a step that the
-/// user could undo.
+/// user could undo. What another process has meanwhile made to lead elsewhere
+/// keeps its own bookmark.
 void LinkStore::setBookmarks(const LinkList &renewed)
 {
-    QHash<QUuid, QByteArray> bookmarks;
+    struct Renewed {
+        QString path;
+        std::optional<QByteArray> bookmark;
+    };
+    QHash<QUuid, Renewed> bookmarks;
     walk(renewed, [&bookmarks](const LinkItem &item) {
         if (item.bookmarkData)
-            bookmarks.insert(item.id, *item.bookmarkData);
+            bookmarks.insert(item.id, {item.path, item.bookmarkData});
     });
     const Edit change = [bookmarks](LinkList &tree) {
         return changeItems(tree, [&bookmarks](const LinkItem &old) -> std::optional<LinkItem> {
-            const auto bookmark = bookmarks.constFind(old.id);
-            if (bookmark == bookmarks.cend() || old.bookmarkData == *bookmark)
+            const auto fresh = bookmarks.constFind(old.id);
+            if (fresh == bookmarks.cend() || old.path != fresh->path || old.bookmarkData == fresh->bookmark)
                 return std::nullopt;
             LinkItem item = old;
-            item.bookmarkData = *bookmark;
+            item.bookmarkData = fresh->bookmark;
             return item;
         });
     };

@@ -7,6 +7,27 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
+namespace {
+
+/// What an editor has made of an item, to be done again on a copy of it that
+/// another process has changed meanwhile: a field that the editor left alone
+/// keeps that process's value.
+LinkItem withChanges(LinkItem current, const LinkItem &before, const LinkItem &edited)
+{
+    const auto take = [&](auto field) {
+        if (edited.*field != before.*field)
+            current.*field = edited.*field;
+    };
+    const auto takeAll = [&take](auto... fields) { (take(fields), ...); };
+    takeAll(&LinkItem::name, &LinkItem::path, &LinkItem::type, &LinkItem::children, &LinkItem::bookmarkData,
+            &LinkItem::customIconName, &LinkItem::customIconColor, &LinkItem::stableId, &LinkItem::createdAt,
+            &LinkItem::modifiedAt, &LinkItem::noteContent, &LinkItem::noteRTFData, &LinkItem::noteColoredInMenu,
+            &LinkItem::contentModifiedAt);
+    return current;
+}
+
+} // namespace
+
 /// Makes an edit and tells why it was refused. The reason is that of its last
 /// run, as it may run again on another process's tree.
 std::optional<EditRefusal> LinkStore::attempt(Step step, const QString &reason, const Attempt &change)
@@ -60,17 +81,19 @@ std::optional<EditRefusal> LinkStore::removeLinks(const QList<QUuid> &ids)
 
 bool LinkStore::updateLink(const LinkItem &item, bool touchModifiedAt)
 {
+    const auto before = find(item.id);
+    if (!before)
+        return false;
     const Timestamp now = m_services.clock.now();
-    return edit(Step::Ordinary, u"update"_s, [item, touchModifiedAt, now](LinkList &links) {
+    return edit(Step::Ordinary, u"update"_s, [before = *before, item, touchModifiedAt, now](LinkList &links) {
         const LinkItem *old = findItem(links, item.id);
         if (!old)
             return false;
-        LinkItem fresh = item;
+        LinkItem fresh = withChanges(*old, before, item);
         if (touchModifiedAt)
             fresh.modifiedAt = editDate(old->modifiedAt, now);
         // A copy that was taken before the picture came does not take it away.
-        if (!fresh.faviconData && fresh.path == old->path)
-            fresh.faviconData = old->faviconData;
+        fresh.faviconData = item.faviconData || fresh.path != old->path ? item.faviconData : old->faviconData;
         return replaceItem(links, fresh);
     });
 }

@@ -82,6 +82,28 @@ TEST_F(StoreTest, SavingWithoutTriggerNeverAsksForAnUpload)
     EXPECT_EQ(hooks.calls, QStringList(u"scheduleAutoSync"_s));
 }
 
+TEST_F(StoreTest, ALinkThatEntersHasIdentitiesOfItsOwn)
+{
+    put(u"a"_s);
+    start();
+    LinkItem same = store->links().first();
+    store->addLink(same);
+    same.id = QUuid::createUuid();
+    same.stableId = same.stableId.toLower();
+    store->addLink(same);
+    same.stableId.clear();
+    store->addLink(same);
+    QSet<QUuid> ids;
+    QSet<QString> stableIds;
+    for (const LinkItem &item : store->links()) {
+        ids += item.id;
+        stableIds += item.stableId.toUpper();
+    }
+    EXPECT_EQ(ids.size(), 4);
+    EXPECT_EQ(stableIds.size(), 4);
+    EXPECT_FALSE(stableIds.contains(QString()));
+}
+
 TEST_F(StoreTest, FindsByEitherIdentity)
 {
     put(u"f[a]"_s);
@@ -195,6 +217,54 @@ TEST_F(StoreTest, EditsAreMadeAgainOnAnotherProcesssTree)
         EXPECT_EQ(changes, 1) << c.situation;
         EXPECT_FALSE(store->hasUnsavedChanges()) << c.situation;
     }
+}
+
+/// The tree of another process, where the item is changed so.
+void changeElsewhere(FakeUserDefaults &defaults, LinkList tree, const QString &name,
+                     const std::function<void(LinkItem &)> &change)
+{
+    ASSERT_FALSE(changeEach(tree, {idOf(name)}, change, {5}));
+    defaults.otherProcessWrites(LinkStore::linksBaseKey(), encodeLinks(tree));
+}
+
+TEST_F(StoreTest, AnUpdateKeepsWhatAnotherProcessMadeOfTheSameItem)
+{
+    put(u"f[a]"_s);
+    start();
+    LinkItem note = *store->find(idOf(u"a"_s));
+    note.type = LinkType::Note;
+    note.noteContent = u"old"_s;
+    ASSERT_TRUE(store->updateLink(note));
+    changeElsewhere(defaults, store->links(), u"a"_s, [](LinkItem &item) { item.noteContent = u"theirs"_s; });
+    note.name = u"ours"_s;
+    ASSERT_TRUE(store->updateLink(note));
+    EXPECT_EQ(store->find(note.id)->name, u"ours");
+    EXPECT_EQ(store->find(note.id)->noteContent, u"theirs");
+
+    LinkItem group = *store->find(idOf(u"f"_s));
+    otherProcessPuts(u"f[a x]"_s);
+    group.name = u"F"_s;
+    ASSERT_TRUE(store->updateLink(group));
+    EXPECT_EQ(store->find(group.id)->name, u"F");
+    EXPECT_TRUE(store->find(idOf(u"x"_s))) << "added to the group meanwhile";
+}
+
+TEST_F(StoreTest, ARenewedBookmarkIsNotGivenToALinkThatLeadsElsewhereNow)
+{
+    put(u"a"_s);
+    start();
+    LinkItem file = *store->find(idOf(u"a"_s));
+    file.type = LinkType::File;
+    file.path = u"/old"_s;
+    file.bookmarkData = FakeFileBookmarks::bookmarkOf(u"/old"_s);
+    ASSERT_TRUE(store->updateLink(file));
+    changeElsewhere(defaults, store->links(), u"a"_s, [](LinkItem &item) {
+        item.path = u"/chosen"_s;
+        item.bookmarkData = FakeFileBookmarks::bookmarkOf(item.path);
+    });
+    bookmarks.renamed = {{u"/old"_s, u"/new"_s}};
+    store->refreshStaleBookmarks();
+    EXPECT_EQ(store->securePath(store->links().first()), u"/chosen");
 }
 
 TEST_F(StoreTest, UnsavedEditsSurviveAnOutsideChange)
