@@ -58,19 +58,27 @@ QString snapshotName(int number, const SnapshotInfo &info)
            encodedMachine(info.machine) + suffix;
 }
 
-bool writeAll(QFile &file, const QByteArray &bytes)
+std::optional<SnapshotError> writeAll(QFile &file, const QByteArray &bytes)
 {
-    return file.write(bytes) == bytes.size() && file.flush() && ::fsync(file.handle()) == 0;
+    if (file.write(bytes) != bytes.size() || !file.flush())
+        return SnapshotError{file.errorString()};
+    if (::fsync(file.handle()) != 0)
+        return systemError(file.fileName());
+    return std::nullopt;
 }
 
-bool syncFolder(const QString &folder)
+std::optional<SnapshotError> syncFolder(const QString &folder)
 {
     const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0)
-        return false;
-    const bool synced = ::fsync(fd) == 0;
+        return systemError(folder);
+    std::optional<SnapshotError> error;
+    // Some file systems of networks and virtual machines cannot do it; nothing
+    // could be removed there if that were a failure.
+    if (::fsync(fd) != 0 && errno != EINVAL && errno != ENOTSUP && errno != ENOSYS)
+        error = systemError(folder);
     ::close(fd);
-    return synced;
+    return error;
 }
 
 std::optional<SnapshotError> prepareFolder(const QString &folder)
@@ -163,8 +171,10 @@ Result<QString, SnapshotError> SnapshotStore::takePacked(const QByteArray &packe
     if (auto error = prepareFolder(folder))
         return *error;
     QTemporaryFile file(folder + u"/XXXXXX"_s + temporarySuffix);
-    if (!file.open() || !writeAll(file, packed))
+    if (!file.open())
         return SnapshotError{folder + u": "_s + file.errorString()};
+    if (auto error = writeAll(file, packed))
+        return *error;
 
     const QStringList names = snapshotNames(folder);
     const int last = names.isEmpty() ? 0 : sequenceNumber(names.first());
@@ -178,8 +188,8 @@ Result<QString, SnapshotError> SnapshotStore::takePacked(const QByteArray &packe
         return error;
     }
     file.setAutoRemove(false);
-    if (!syncFolder(folder))
-        return systemError(folder);
+    if (auto error = syncFolder(folder))
+        return *error;
     prune(debugMode);
     return *name;
 }
@@ -218,11 +228,12 @@ void SnapshotStore::prune(bool debugMode)
         if (!(recent && lastOfItsDay) && !QFile::remove(folder.filePath(all[i].name)))
             qCWarning(lcLinkStore).noquote() << "Could not remove the old snapshot" << all[i].name;
     }
-    // What a process that was killed left behind.
+    // What a process that was killed left behind: half a copy, a reserved name.
     const QDateTime yesterday = m_clock.now().toDateTime().addDays(-1);
-    for (const QFileInfo &part : folder.entryInfoList({u'*' + temporarySuffix}, QDir::Files)) {
-        if (part.lastModified() < yesterday)
-            QFile::remove(part.filePath());
+    for (const QFileInfo &file : folder.entryInfoList({u'*' + temporarySuffix, u'*' + suffix}, QDir::Files)) {
+        const bool isLeftover = file.size() == 0 || file.fileName().endsWith(temporarySuffix);
+        if (isLeftover && file.lastModified() < yesterday)
+            QFile::remove(file.filePath());
     }
 }
 

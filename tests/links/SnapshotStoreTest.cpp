@@ -9,9 +9,30 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 #include <zstd.h>
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+/// What writing a folder's entries to the disk fails with; 0 for not at all.
+int folderSyncError = 0;
+} // namespace
+
+/// In place of the C library's, as no file system for tests refuses it.
+extern "C" int fsync(int file)
+{
+    struct stat info = {};
+    if (folderSyncError != 0 && ::fstat(file, &info) == 0 && S_ISDIR(info.st_mode)) {
+        errno = folderSyncError;
+        return -1;
+    }
+    return static_cast<int>(::syscall(SYS_fsync, file));
+}
 
 namespace orvelle::test {
 namespace {
@@ -49,6 +70,31 @@ TEST_F(SnapshotTest, ComesBackAsItWasAndStaysPrivate)
     EXPECT_EQ(QFile::permissions(path) & everyone, QFile::Permissions());
     EXPECT_EQ(QFile::permissions(path + u'/' + name) & everyone, QFile::Permissions());
     EXPECT_EQ(QDir(path).entryList(QDir::Files).size(), 1) << "no stray files";
+}
+
+TEST_F(SnapshotTest, AFolderThatCannotBeSyncedIsNoFailureButABrokenDiskIs)
+{
+    for (const int error : {EINVAL, ENOTSUP, EIO}) {
+        folderSyncError = error;
+        EXPECT_EQ(snapshots.take(treeFrom(u"a"_s), u"remove"_s, false).hasValue(), error != EIO) << error;
+    }
+    folderSyncError = 0;
+}
+
+TEST_F(SnapshotTest, WhatAKilledProcessLeftIsRemovedAfterADay)
+{
+    take(u"a"_s);
+    const QString reserved = u"00000009_20010101T000000000Z_remove_1.json.zst"_s;
+    for (const QString &name : {reserved, u"abcdef.part"_s}) {
+        QFile leftover(path + u'/' + name);
+        ASSERT_TRUE(leftover.open(QFile::WriteOnly));
+    }
+    clock.setNow(Timestamp::fromDateTime(QDateTime::currentDateTimeUtc().addSecs(23 * 3600)));
+    take(u"b"_s);
+    EXPECT_EQ(QDir(path).entryList(QDir::Files).size(), 4) << "it may still be writing";
+    clock.setNow(clock.now() + 2 * 3600.0);
+    take(u"c"_s);
+    EXPECT_EQ(QDir(path).entryList(QDir::Files).size(), 3);
 }
 
 TEST_F(SnapshotTest, NewestFirstEvenWhenTheClockGoesBack)
