@@ -16,7 +16,7 @@ constexpr std::array siteSchemes = {"http"_L1, "https"_L1, "ftp"_L1, "ftps"_L1};
 /// companies use without having been given them.
 constexpr std::array privateSuffixes = {".local"_L1, ".localhost"_L1, ".localdomain"_L1, ".internal"_L1, ".intranet"_L1,
                                         ".lan"_L1,   ".home.arpa"_L1, ".home"_L1,        ".corp"_L1,     ".private"_L1,
-                                        ".onion"_L1, ".i2p"_L1,       ".alt"_L1};
+                                        ".onion"_L1, ".i2p"_L1,       ".alt"_L1,         ".test"_L1,     ".invalid"_L1};
 
 struct Range {
     quint32 network;

@@ -58,6 +58,8 @@ TEST(FaviconHosts, NothingPrivateIsTold)
              "https://router/",
              "https://intranet./",
              "https://printer.local/",
+             "https://shop.test/",
+             "https://nowhere.invalid/",
              "https://printer.LOCAL./",
              "https://a.b.internal/",
              "https://nas.lan/",

@@ -280,6 +280,21 @@ TEST_F(FaviconStoreTest, SwitchingOffCancelsAndKeepsWhatIsThere)
     EXPECT_EQ(http.outstanding(), 2);
 }
 
+TEST_F(FaviconStoreTest, ARemovedPictureIsGoneFromMemoryAndDisk)
+{
+    http.answers(u"*red*"_s, 200, red);
+    launch();
+    const LinkItem link = add("https://red.example");
+    clock.advance(2s);
+    networkAnswers();
+    ASSERT_EQ(pictureOf(link.id), red);
+    ASSERT_TRUE(QFile::exists(fileOf(link.id)));
+    favicons->removeFavicon(*store->find(link.id));
+    favicons->waitForDisk();
+    EXPECT_EQ(pictureOf(link.id), QByteArray());
+    EXPECT_FALSE(QFile::exists(fileOf(link.id)));
+}
+
 TEST_F(FaviconStoreTest, ASilentServiceIsLeftAloneForAnHour)
 {
     launch(false);
