@@ -72,7 +72,10 @@ Result<JsonDocument, JsonError> JsonDocument::parse(QByteArrayView bytes)
 
 Result<JsonDocument, JsonError> JsonDocument::parseInPlace(const QByteArray &bytes)
 {
-    return parse(bytes, bytes.capacity() >= bytes.size() + padding);
+    // Not its capacity, part of which may lie before the text: where something
+    // was taken from its beginning. The copy shares the bytes.
+    QByteArray held = bytes;
+    return parse(bytes, held.data_ptr().freeSpaceAtEnd() >= padding);
 }
 
 Result<JsonDocument, JsonError> JsonDocument::parse(QByteArrayView bytes, bool padded)
