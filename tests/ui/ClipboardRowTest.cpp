@@ -103,6 +103,21 @@ TEST_F(ClipboardRowTest, KeysGoThroughTheLinesAndOn)
     EXPECT_EQ(pasteboard.content(u"text/plain"_s), "two");
 }
 
+/// What goes wrong here is seen by the sanitizers.
+TEST_F(ClipboardRowTest, GoesWithTheFocusInIt)
+{
+    copy(u"one"_s);
+    QWidget window;
+    auto *row = new ClipboardRowView(
+        manager, world.notifications, [] {}, &window);
+    window.show();
+    window.activateWindow();
+    row->setFocus(Qt::OtherFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([row] { return row->hasFocus(); }));
+    delete row;
+    EXPECT_FALSE(QApplication::focusWidget());
+}
+
 TEST_F(ClipboardRowTest, ShiftPastesAsPlainText)
 {
     copy({{u"text/rtf"_s, "{}"}, {u"text/plain"_s, "plain"}});

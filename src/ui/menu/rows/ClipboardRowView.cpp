@@ -45,6 +45,13 @@ ClipboardRowView::ClipboardRowView(ClipboardManager &manager, const Notification
     refresh();
 }
 
+/// The base class still takes the focus away, when there is nothing left here
+/// that could follow it.
+ClipboardRowView::~ClipboardRowView()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void ClipboardRowView::refresh()
 {
     const bool paused = m_manager.isPaused();

@@ -19,6 +19,7 @@ public:
     /// `closeMenu` is called before an entry is restored.
     ClipboardRowView(ClipboardManager &manager, const Notifications &notifications, std::function<void()> closeMenu,
                      QWidget *parent);
+    ~ClipboardRowView() override;
 
     QSize sizeHint() const override;
 
