@@ -114,6 +114,37 @@ TEST_F(TimerTest, CountsDownAndTells)
     EXPECT_TRUE(world.desktop.shown.isEmpty());
 }
 
+TEST_F(TimerTest, TurningTheWidgetOffCancelsWhoeverDoesIt)
+{
+    TimerManager manager = make();
+    const struct {
+        const char *who;
+        std::function<void()> turnsOff;
+        bool running;
+    } cases[] = {
+        {"the user", [&] { manager.setEnabled(false); }, false},
+        {"another process",
+         [&] {
+             world.defaults.otherProcessWrites(u"TimerEnabled"_s, false);
+             world.defaults.announceOutsideChanges();
+         },
+         false},
+        {"another process changes something else",
+         [&] {
+             world.defaults.otherProcessWrites(u"TimerMenuBarOnly"_s, false);
+             world.defaults.announceOutsideChanges();
+         },
+         true},
+        {"nobody: debug mode has settings of its own", [&] { world.debugMode.toggle(); }, true},
+    };
+    for (const auto &each : cases) {
+        manager.setEnabled(true);
+        manager.start(90);
+        each.turnsOff();
+        EXPECT_EQ(manager.isRunning(), each.running) << each.who;
+    }
+}
+
 TEST_F(TimerTest, StartsAnewInPlaceOfTheOldAndCancels)
 {
     TimerManager manager = make();

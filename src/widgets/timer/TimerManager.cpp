@@ -53,15 +53,21 @@ bool arePresets(const QList<qint64> &list)
 TimerManager::TimerManager(Services services, QObject *parent) : QObject(parent), m_services(std::move(services))
 {
     load();
-    const auto reload = [this] {
+    // The countdown goes on: it is no part of either mode's data.
+    connect(&m_services.notifications, &Notifications::debugModeChanged, this, [this] {
         load();
         changed();
-    };
-    connect(&m_services.notifications, &Notifications::debugModeChanged, this, reload);
-    connect(&m_services.defaults, &UserDefaults::changedExternally, this, [this, reload](const QStringList &keys) {
+    });
+    connect(&m_services.defaults, &UserDefaults::changedExternally, this, [this](const QStringList &keys) {
         const std::array own{enabledKey(), menuBarOnlyKey(), presetsKey()};
-        if (std::ranges::any_of(own, [&](const QString &key) { return keys.contains(m_services.debugMode.key(key)); }))
-            reload();
+        const auto isChanged = [&](const QString &key) { return keys.contains(m_services.debugMode.key(key)); };
+        if (!std::ranges::any_of(own, isChanged))
+            return;
+        const bool wasEnabled = m_isEnabled;
+        load();
+        if (wasEnabled && !m_isEnabled)
+            stop();
+        changed();
     });
 }
 
