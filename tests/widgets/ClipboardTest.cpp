@@ -279,6 +279,9 @@ TEST_F(ClipboardTest, ImagesAreFilesWithAThumbnail)
     EXPECT_EQ(thumbnail.pixelColor(32, 32), QColor(0, 255, 0));
     EXPECT_EQ(thumbnail.pixelColor(32, 2).alpha(), 0) << "fitted, not stretched";
     EXPECT_TRUE(ClipboardImages::thumbnail(picture("PNG", 1, {8193, 4097})).isNull()) << "too many pixels";
+    const QByteArray drawing =
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><rect width="9" height="9"/></svg>)";
+    EXPECT_TRUE(ClipboardImages::thumbnail(drawing).isNull()) << "no bitmap";
 
     QFile::remove(first().payload.path);
     restore(0);

@@ -11,6 +11,9 @@
 #include <QImageReader>
 #include <QPainter>
 
+#include <algorithm>
+#include <array>
+
 namespace orvelle::ClipboardImages {
 
 using namespace Qt::StringLiterals;
@@ -19,12 +22,20 @@ namespace {
 
 constexpr int pixelsPerPoint = 2;
 
+/// Bitmaps only, whatever a program calls its picture. A drawing in SVG is small
+/// in bytes and pixels and can still take for ever to draw.
+constexpr std::array<const char *, 6> formats{"png", "tiff", "jpeg", "webp", "bmp", "gif"};
+
 QImage decoded(const QByteArray &bytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    if (std::ranges::none_of(formats, [&format](const char *each) { return format == each; }))
+        return {};
     const QSize size = reader.size();
     if (!size.isValid() || qint64(size.width()) * size.height() > maxPixels)
         return {};
