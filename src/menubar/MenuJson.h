@@ -14,6 +14,7 @@ namespace orvelle {
 /// | "title" | text, may be empty | always |
 /// | "enabled" | boolean | always |
 /// | "icon" | symbol name, empty for none | always |
+/// | "action" | "openSyncSettings" | the mark of the synchronisation |
 /// | "tint" | colour key, as in the stored tree | tinted rows |
 /// | "italic", "chevron", "interactive" | boolean | custom rows |
 /// | "widget" | raw value of the widget | widgets |

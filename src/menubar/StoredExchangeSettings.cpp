@@ -4,10 +4,12 @@
 #include "links/ExchangeDocument.h"
 #include "links/LinkColors.h"
 #include "menubar/MenuletIcons.h"
+#include "menubar/QuickLaunchManager.h"
 #include "menubar/WidgetOrderManager.h"
 #include "services/DebugModeManager.h"
-
-#include <QLocale>
+#include "widgets/network/NetworkSpeed.h"
+#include "widgets/systeminfo/SystemInfoData.h"
+#include "widgets/weather/WeatherManager.h"
 
 #include <limits>
 
@@ -17,36 +19,29 @@ namespace orvelle {
 
 namespace {
 
-constexpr qsizetype quickLaunchSlotCount = 4;
-
-bool isOneOf(const QString &text, std::initializer_list<QLatin1StringView> known)
-{
-    return std::find(known.begin(), known.end(), text) != known.end();
-}
-
 bool isAnyText(const QString &)
 {
     return true;
 }
 bool isLocationMode(const QString &text)
 {
-    return isOneOf(text, {"disabled"_L1, "automatic"_L1, "manual"_L1});
+    return weatherLocationModeFromRawValue(text).has_value();
 }
 bool isWeatherStyle(const QString &text)
 {
-    return isOneOf(text, {"aurora"_L1, "brume"_L1, "horizon"_L1, "cristal"_L1, "zephyr"_L1});
+    return weatherDisplayStyleFromRawValue(text).has_value();
 }
 bool isSystemInfoMode(const QString &text)
 {
-    return isOneOf(text, {"disabled"_L1, "terminal"_L1, "discreet"_L1});
+    return systemInfoDisplayModeFromRawValue(text).has_value();
 }
 bool isNetworkMode(const QString &text)
 {
-    return isOneOf(text, {"disabled"_L1, "graph"_L1, "discreet"_L1});
+    return networkDisplayModeFromRawValue(text).has_value();
 }
 bool isQuickLaunchStyle(const QString &text)
 {
-    return isOneOf(text, {"souffle"_L1, "dock"_L1, "neon"_L1, "encre"_L1});
+    return rawValue(quickLaunchDisplayStyle(text)) == text;
 }
 bool isColor(const QString &text)
 {
@@ -174,7 +169,7 @@ public:
     {
         const auto bytes = m_services.defaults.get<QByteArray>(keyOf(quickLaunchAppsKey));
         QuickLaunchSlots apps = (bytes ? decodeQuickLaunchSlots(*bytes) : std::nullopt).value_or(QuickLaunchSlots());
-        apps.resize(quickLaunchSlotCount);
+        apps.resize(QuickLaunchManager::maxSlots);
         return apps;
     }
 
@@ -198,7 +193,7 @@ public:
         if (!given)
             return false;
         QuickLaunchSlots apps = *given;
-        apps.resize(quickLaunchSlotCount);
+        apps.resize(QuickLaunchManager::maxSlots);
         return apps != quickLaunchApps() && store(keyOf(quickLaunchAppsKey), encodeQuickLaunchSlots(apps));
     }
 
@@ -262,7 +257,7 @@ void StoredExchangeSettings::gather(ExportData &document) const
     document.settingsModifiedAt =
         m_services.defaults.get<Timestamp>(m_services.debugMode.key(settingsModifiedAtBaseKey()));
 
-    const bool metric = QLocale().measurementSystem() == QLocale::MetricSystem;
+    const bool metric = WeatherManager::temperatureUnit() == WeatherTemperatureUnit::Celsius;
     document.weatherSettings = {stored.locationMode(), stored.get(weatherCity), metric ? u"celsius"_s : u"fahrenheit"_s,
                                 stored.get(weatherMenuBarOnly), stored.get(weatherStyle)};
     document.systemInfoSettings = {stored.get(systemInfoMode), stored.get(systemInfoMenuBarOnly)};

@@ -1,5 +1,6 @@
 #include "services/UpdateManager.h"
 
+#include "base/HostAddress.h"
 #include "base/Text.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
@@ -30,15 +31,10 @@ bool isThisMachine(const QString &host)
     return host == u"localhost" || host == u"127.0.0.1" || host == u"::1";
 }
 
-/// Scheme and host alone, or nothing.
-QUrl hostAddress(const QString &setting)
+QUrl safeHostAddress(const QString &setting)
 {
-    const QString trimmed = setting.trimmed();
-    const QUrl url(trimmed.contains(u"://"_s) ? trimmed : u"https://"_s + trimmed, QUrl::StrictMode);
-    const bool isSafe = url.scheme() == u"https" || (url.scheme() == u"http" && isThisMachine(url.host()));
-    const bool isHost = url.isValid() && !url.host().isEmpty() && url.userInfo().isEmpty() && !url.hasQuery() &&
-                        !url.hasFragment() && (url.path().isEmpty() || url.path() == u'/');
-    return isSafe && isHost ? url.adjusted(QUrl::RemovePath) : QUrl();
+    const QUrl url = hostAddress(setting);
+    return url.scheme() == u"https" || isThisMachine(url.host()) ? url : QUrl();
 }
 
 QString reasonFor(const HttpError &error)
@@ -100,9 +96,9 @@ std::optional<QString> UpdateManager::skippedVersion() const
 
 QUrl UpdateManager::manifestUrl() const
 {
-    QUrl url = hostAddress(m_services.defaults.get<QString>(hostKey).value_or(QString()));
+    QUrl url = safeHostAddress(m_services.defaults.get<QString>(hostKey).value_or(QString()));
     if (url.isEmpty())
-        url = hostAddress(m_installed.host);
+        url = safeHostAddress(m_installed.host);
     if (!url.isEmpty())
         url.setPath(manifestPath);
     return url;

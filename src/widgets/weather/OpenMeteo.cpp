@@ -1,5 +1,6 @@
 #include "widgets/weather/OpenMeteo.h"
 
+#include "base/HostAddress.h"
 #include "base/JsonReader.h"
 #include "widgets/weather/WeatherData.h"
 
@@ -45,16 +46,6 @@ std::optional<OpenMeteoResponse::Current> currentOf(const JsonValue &record)
     if (!degrees || !temperature(*degrees) || !code || !code->asInt() || !isDay || !isDay->asInt())
         return std::nullopt;
     return OpenMeteoResponse::Current{*temperature(*degrees), *code->asInt(), *isDay->asInt()};
-}
-
-QUrl addressOf(const QString &setting)
-{
-    const QString trimmed = setting.trimmed();
-    const QUrl url(trimmed.contains(u"://"_s) ? trimmed : u"https://"_s + trimmed, QUrl::StrictMode);
-    const bool isHost = url.isValid() && !url.host().isEmpty() && url.userInfo().isEmpty() && !url.hasQuery() &&
-                        !url.hasFragment() && (url.path().isEmpty() || url.path() == u'/') &&
-                        (url.scheme() == u"https"_s || url.scheme() == u"http"_s);
-    return isHost ? url.adjusted(QUrl::RemovePath) : QUrl();
 }
 
 } // namespace
@@ -109,8 +100,8 @@ QByteArray shortestText(double number)
 
 QUrl serviceAddress(const QString &setting, const QString &fallback)
 {
-    const QUrl chosen = addressOf(setting);
-    return chosen.isEmpty() ? addressOf(fallback) : chosen;
+    const QUrl chosen = hostAddress(setting);
+    return chosen.isEmpty() ? hostAddress(fallback) : chosen;
 }
 
 } // namespace orvelle
