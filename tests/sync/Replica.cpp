@@ -1,9 +1,11 @@
 #include "Replica.h"
 
+using namespace Qt::StringLiterals;
+
 namespace orvelle::test {
 
 Replica::Replica(FakeClock &world, FakeCloudPlace &place, const QString &folder, double offset)
-    : clock(world, offset), container(place), m_runner(world), m_snapshots(folder, clock)
+    : clock(world, offset), container(place), secrets(world), m_runner(world), m_snapshots(folder, clock)
 {
     std::ignore = defaults.write(CloudSync::autoSyncEnabledBaseKey(), true);
     std::ignore = defaults.write(DebugModeManager::debugPrefix() + CloudSync::autoSyncEnabledBaseKey(), true);
@@ -20,6 +22,7 @@ void Replica::stop()
     m_sync.reset();
     m_exchange.reset();
     m_store.reset();
+    m_settings.reset();
     m_debugMode.reset();
 }
 
@@ -29,10 +32,11 @@ void Replica::restart()
     m_debugMode = std::make_unique<DebugModeManager>(defaults, m_notifications);
     m_store = std::make_unique<LinkStore>(LinkStore::Services{defaults, *m_debugMode, m_notifications, clock,
                                                               m_bookmarks, m_volumes, m_power, m_snapshots, *this});
-    m_exchange = std::make_unique<LinkExchange>(*m_store, m_settings, m_bookmarks, clock);
-    m_sync = std::make_unique<CloudSync>(CloudSync::Services{*m_store, *m_exchange, m_settings, m_bookmarks, defaults,
-                                                             *m_debugMode, m_notifications, clock, m_snapshots,
-                                                             m_secrets, &m_runner});
+    m_settings = std::make_unique<FakeExchangeSettings>(defaults, *m_debugMode, m_notifications, u"machine"_s);
+    m_exchange = std::make_unique<LinkExchange>(*m_store, *m_settings, m_bookmarks, clock);
+    m_sync = std::make_unique<CloudSync>(CloudSync::Services{*m_store, *m_exchange, *m_settings, m_bookmarks, defaults,
+                                                             *m_debugMode, m_notifications, clock, m_snapshots, secrets,
+                                                             &m_runner});
     m_sync->setContainer(&container);
     m_sync->startSyncFileMonitoring();
     QObject::connect(&m_notifications, &Notifications::debugModeChanged, m_sync.get(),
@@ -55,6 +59,12 @@ void Replica::systemDidWake()
 {
     if (m_sync)
         m_sync->handleSystemDidWake();
+}
+
+void Replica::syncableSettingsDidChange()
+{
+    if (m_sync)
+        m_sync->syncableSettingsDidChange();
 }
 
 } // namespace orvelle::test

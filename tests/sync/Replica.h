@@ -11,6 +11,7 @@
 #include "support/FakeCloudContainer.h"
 #include "support/FakeUserDefaults.h"
 #include "support/Fakes.h"
+#include "support/SyncMachine.h"
 #include "sync/CloudSync.h"
 #include "sync/SyncRunner.h"
 
@@ -50,34 +51,6 @@ private:
     FakeClock &m_world;
 };
 
-/// No settings travel here: the model is about the tree.
-class NoExchangeSettings : public ExchangeSettings
-{
-public:
-    void gather(ExportData &) const override {}
-    bool apply(const ExportData &) override { return false; }
-};
-
-class EmptySecretStore : public SecretStore
-{
-public:
-    void lookup(const QString &, const QString &,
-                std::function<void(const Result<std::optional<QByteArray>, SecretError> &)> done) override
-    {
-        done(std::optional<QByteArray>());
-    }
-    void store(const QString &, const QString &, const QString &, const QByteArray &,
-               std::function<void(const Result<Nothing, SecretError> &)> done) override
-    {
-        done(Nothing{});
-    }
-    void remove(const QString &, const QString &,
-                std::function<void(const Result<Nothing, SecretError> &)> done) override
-    {
-        done(Nothing{});
-    }
-};
-
 /// Work takes some of the world's time.
 class ClockedRunner : public SyncRunner
 {
@@ -107,6 +80,7 @@ public:
     void stop();
     LinkStore &store() { return *m_store; }
     CloudSync &sync() { return *m_sync; }
+    FakeExchangeSettings &settings() { return *m_settings; }
     const LinkList &links() const { return m_store->links(); }
     bool isInDebugMode() const { return m_debugMode->isDebugMode(); }
     void toggleDebugMode() { m_debugMode->toggle(); }
@@ -114,6 +88,7 @@ public:
     OwnClock clock;
     FakeUserDefaults defaults;
     FakeCloudContainer container;
+    FakeSecretStore secrets;
 
 private:
     void hydrateFavicons(LinkList &) override {}
@@ -121,16 +96,16 @@ private:
     void loadSyncState() override;
     void scheduleAutoSync() override;
     void systemDidWake() override;
+    void syncableSettingsDidChange() override;
 
     Notifications m_notifications;
-    NoExchangeSettings m_settings;
-    EmptySecretStore m_secrets;
     FakeFileBookmarks m_bookmarks;
     FakeVolumes m_volumes;
     FakePowerEvents m_power;
     ClockedRunner m_runner;
     SnapshotStore m_snapshots;
     std::unique_ptr<DebugModeManager> m_debugMode;
+    std::unique_ptr<FakeExchangeSettings> m_settings;
     std::unique_ptr<LinkStore> m_store;
     std::unique_ptr<LinkExchange> m_exchange;
     std::unique_ptr<CloudSync> m_sync;

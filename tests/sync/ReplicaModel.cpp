@@ -18,11 +18,14 @@ using Kind = ModelStep::Kind;
 using namespace std::chrono_literals;
 
 constexpr int machineCount = 5;
-constexpr const char *kindNames[] = {"add",  "rename",      "rewrite", "move",       "delete", "reorder",
-                                     "undo", "save",        "offline", "online",     "hold",   "deliver",
-                                     "tell", "old version", "restart", "debug mode", "wake",   "wait"};
+constexpr const char *kindNames[] = {
+    "add",     "rename", "rewrite", "move",    "delete",  "reorder",          "undo",    "save",
+    "offline", "online", "hold",    "deliver", "tell",    "old version",      "restart", "debug mode",
+    "wake",    "wait",   "set",     "encrypt", "decrypt", "forget passphrase"};
 // How often each happens, of 100.
-constexpr int shares[] = {16, 14, 6, 14, 7, 2, 3, 4, 4, 6, 2, 4, 3, 2, 4, 2, 2, 5};
+constexpr int shares[] = {14, 12, 6, 13, 7, 2, 3, 4, 4, 6, 2, 4, 2, 2, 4, 2, 2, 4, 4, 1, 1, 1};
+/// What one passphrase was and became; the user knows both.
+constexpr const char *passphrases[] = {"first", "second"};
 
 /// What all machines have of an item.
 struct Known {
@@ -60,7 +63,9 @@ class Model
 {
 public:
     explicit Model(quint32 seed)
-        : m_random(seed), m_place(m_world, seed % 2 ? FakeCloudPlace::Kind::SyncedFolder : FakeCloudPlace::Kind::Server)
+        : m_random(seed),
+          m_place(m_world, seed % 2 ? FakeCloudPlace::Kind::SyncedFolder : FakeCloudPlace::Kind::Server),
+          m_withEncryption(seed % 8 == 3 || seed % 8 == 4) // deriving keys takes its time
     {
         m_place.latency = std::chrono::milliseconds(m_random() % 400);
         for (int i = 0; i < machineCount; ++i) {
@@ -140,6 +145,7 @@ private:
         const KnownById before = knownOf(machine.links());
         edit(step.kind, machine);
         happen(step.kind, machine);
+        protect(step.kind, machine);
         if (step.kind <= Kind::Undo && !machine.isInDebugMode())
             note(before, knownOf(machine.links()), step.kind == Kind::Undo);
     }
@@ -242,6 +248,34 @@ private:
         }
     }
 
+    void protect(Kind kind, Replica &machine)
+    {
+        if (kind == Kind::Set)
+            return set(machine);
+        if (!m_withEncryption)
+            return;
+        if (kind == Kind::Encrypt) {
+            machine.sync().setPassphrase(QString::fromLatin1(passphrases[below(2)]), [](const auto &) {});
+        } else if (kind == Kind::Decrypt) {
+            machine.sync().removeEncryption([](const auto &) {});
+        } else if (kind == Kind::ForgetPassphrase) {
+            machine.secrets.secrets.clear();
+            machine.restart();
+        }
+    }
+
+    void set(Replica &machine)
+    {
+        machine.settings().setIcon(fresh(u"icon"_s));
+        if (!machine.isInDebugMode())
+            m_newestSetting = std::max(m_newestSetting, settingsDate(machine));
+    }
+
+    static double settingsDate(const Replica &machine)
+    {
+        return wholeSeconds(machine.defaults.get<Timestamp>(u"orvelle_settingsModifiedAt"_s));
+    }
+
     void oldVersion()
     {
         const QStringList names = m_place.names();
@@ -285,8 +319,13 @@ private:
             machine->container.setOnline(true);
             machine->container.catchUp();
         }
-        for (int round = 0; round < 40; ++round)
+        for (int round = 0; round < 40; ++round) {
             pass(30s);
+            for (const auto &machine : m_machines) {
+                if (machine->sync().status().state == SyncStatus::State::NeedsPassphrase)
+                    machine->sync().setPassphrase(QString::fromLatin1(passphrases[round % 2]), [](const auto &) {});
+            }
+        }
     }
 
     void judge()
@@ -296,7 +335,11 @@ private:
             const KnownById other = knownOf(m_machines[i]->links());
             if (other != first)
                 fail(u"machine %1 differs from machine 0: %2"_s.arg(i).arg(difference(first, other)));
+            if (m_machines[i]->settings().icon() != m_machines.front()->settings().icon())
+                fail(u"machine %1 has other settings than machine 0"_s.arg(i));
         }
+        if (settingsDate(*m_machines.front()) < m_newestSetting)
+            fail(u"the newest settings are lost"_s);
         for (auto it = m_newest.begin(); it != m_newest.end(); ++it) {
             if (m_deleted.contains(it.key()))
                 continue;
@@ -356,6 +399,7 @@ private:
     std::mt19937 m_random;
     FakeClock m_world;
     FakeCloudPlace m_place;
+    bool m_withEncryption;
     /// In memory where that can be had: each merge is kept as a snapshot, and
     /// waiting for a disk is not what is tested.
     QTemporaryDir m_folder{QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm/replicas-XXXXXX"_s
@@ -364,6 +408,7 @@ private:
     QSet<QString> m_deleted; ///< by somebody, at some time
     KnownById m_newest;      ///< the dates of the newest edit that was made anywhere
     QString m_fault;
+    double m_newestSetting = Known().changed; ///< when they were changed last anywhere
     int m_counter = 0;
     bool m_isSettling = false;
 };

@@ -28,6 +28,10 @@ struct ModelStep {
         DebugMode,
         Wake,
         Wait,
+        Set,
+        Encrypt,
+        Decrypt,
+        ForgetPassphrase,
     };
     Kind kind = Kind::Wait;
     int machine = 0;
