@@ -113,10 +113,13 @@ bool LinkStore::storeTree(bool triggerSync, Outcome &outcome)
 {
     constexpr int maxAttempts = 16;
     m_unsaved = true;
+    const StoredForm given = std::exchange(m_storedForm, {});
     for (int attempt = 0; attempt < maxAttempts; ++attempt) {
         if (!setAsideWhatIsStillThere())
             return false;
-        const auto written = m_services.defaults.compareAndSet(m_loadedKey, m_revision, encodeLinks(m_links));
+        const auto written = m_services.defaults.compareAndSet(
+            m_loadedKey, m_revision,
+            !given.bytes.isEmpty() && given.tree.isSharedWith(m_links) ? given.bytes : encodeLinks(m_links));
         if (written) {
             m_revision = *written;
             m_pending.clear();

@@ -133,6 +133,11 @@ public:
     /// The item whose run id or stable id is `text` (either case).
     std::optional<LinkItem> findByText(const QString &text) const;
 
+    /// The stored form of a tree (encodeLinks()), made on another thread: an
+    /// edit that makes this very list the tree need not make it. Forgotten at
+    /// the next edit.
+    void useStoredForm(const LinkList &tree, const QByteArray &bytes) { m_storedForm = {tree, bytes}; }
+
     /// Stores the tree as it is. False when the write failed.
     bool saveLinks(bool triggerSync = true);
     /// True when the tree in memory is not what is stored.
@@ -236,6 +241,10 @@ private:
     LinkList m_links;
     std::unique_ptr<History> m_history;
     QList<Pending> m_pending;
+    struct StoredForm {
+        LinkList tree;
+        QByteArray bytes;
+    } m_storedForm;
     /// Undecodable stored bytes that could not be copied yet; nothing is saved
     /// over them before.
     std::optional<DefaultsValue> m_notYetSetAside;

@@ -27,51 +27,6 @@ void CloudSync::readForConfigure(Found completion)
     });
 }
 
-void CloudSync::loadFromCloud(Done completion)
-{
-    Private &d = *m_d;
-    d.readForUser([&d, completion](const Private::ReadResult &read) {
-        if (!read) {
-            const QString why = read.error().missing ? text("cloudSync.failure.missing"_text) : read.error().sentence;
-            completion(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
-            return;
-        }
-        const LinkList &local = d.s.links.links();
-        const auto removal = massRemoval(local, (*read)->content.items);
-        if (removal && d.guardEnabled()) {
-            d.hold(*read, *removal,
-                   analyzeSyncChanges(local, (*read)->content.items, (*read)->content.document->exportDate), true);
-            completion(CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
-            return;
-        }
-        completion(d.replaceBy(*read));
-    });
-}
-
-CloudSync::Private::Loaded CloudSync::Private::replaceBy(const DocumentPtr &document)
-{
-    PreparedImport prepared = document->content;
-    completeDates(prepared.items, s.clock.now());
-    const LinkList before = s.links.links();
-    s.links.setAutoSyncingFromFile(true);
-    isApplyingRemoteSettings = true;
-    const auto imported = s.exchange.importPrepared(prepared, ImportMode::Replace);
-    isApplyingRemoteSettings = false;
-    s.links.setAutoSyncingFromFile(false);
-    if (!imported)
-        return CloudSyncError{CloudSyncError::Kind::ReadFailed, importErrorText(imported.error())};
-    setLocalSettingsModifiedAt(document->content.document->settingsModifiedAt);
-    settingsTouched = false;
-    cancelPending();
-    deferred = false;
-    mustWrite = false;
-    noteTaken(document, SyncSource::ManualSave);
-    noteSeen(*document, s.links.links());
-    setProblem(std::nullopt);
-    announce();
-    return countChanges(before, s.links.links());
-}
-
 void CloudSync::disableCloudSync()
 {
     Private &d = *m_d;

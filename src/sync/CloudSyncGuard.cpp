@@ -72,10 +72,15 @@ void CloudSync::acceptHeldBack()
     d.accepted = taken.document->versionId;
     if (!taken.change.isLoad) {
         d.check(false);
-    } else if (const auto loaded = d.replaceBy(taken.document); !loaded) {
-        SyncProblem why;
-        why.sentence = loaded.error().description;
-        d.setProblem(why);
+    } else {
+        d.load(taken.document, true, [&d](const Private::Loaded &loaded) {
+            if (loaded)
+                return;
+            SyncProblem why;
+            why.sentence = loaded.error().description;
+            d.setProblem(why);
+            d.announce();
+        });
     }
     d.announce();
 }

@@ -1,6 +1,7 @@
 #include "base/Text.h"
 #include "links/ExchangeDocument.h"
 #include "links/ExchangeImport.h"
+#include "links/LinkCodec.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
 #include "links/SnapshotStore.h"
@@ -67,13 +68,17 @@ void CloudSync::Private::merge(const DocumentPtr &document, SyncSource source, c
     const SyncMergeInput input{s.links.links(), document, base(), s.clock.now(), rejected == document->versionId};
     onWorker<Merged>(
         [input] {
-            Merged merged{mergeSyncDocument(input), {}, {}, {}};
+            Merged merged;
+            merged.outcome = mergeSyncDocument(input);
+            merged.fits =
+                treeLevels(merged.outcome.tree) <= maxImportDepth && countAll(merged.outcome.tree) <= maxExchangeItems;
             if (merged.outcome.massRemoval)
                 merged.analysis = analyzeSyncChanges(input.local, input.remote->content.items,
                                                      input.remote->content.document->exportDate);
             if (merged.outcome.changesTree) {
                 const auto packed = packSnapshot(input.local);
                 merged.snapshot = packed ? *packed : QByteArray();
+                merged.stored = encodeLinks(merged.outcome.tree);
             }
             merged.taken = {differsFromDocument(merged.outcome.tree, *input.remote),
                             isOrderedOtherwise(merged.outcome.tree, *input.remote)};
@@ -92,7 +97,7 @@ void CloudSync::Private::merge(const DocumentPtr &document, SyncSource source, c
 CloudSync::Private::Taken CloudSync::Private::commit(const DocumentPtr &document, SyncSource source,
                                                      const SyncMergeInput &input, const Merged &merged)
 {
-    if (treeLevels(merged.outcome.tree) > maxImportDepth || countAll(merged.outcome.tree) > maxExchangeItems)
+    if (!merged.fits)
         return {.problem =
                     problemOf(SyncDocumentError{SyncDocumentError::Kind::TooLarge, u"the result is too large"_s})};
     if (holdsBack(document, merged))
@@ -127,6 +132,7 @@ std::optional<SyncProblem> CloudSync::Private::commitTree(const DocumentPtr &doc
         return noSnapshotProblem(kept ? QString() : kept.error().detail);
     for (const QString &line : merged.outcome.removals)
         qCInfo(lcCloudSync).noquote() << line;
+    s.links.useStoredForm(merged.outcome.tree, merged.stored);
     s.links.setAutoSyncingFromFile(true);
     s.links.edit(
         LinkStore::Step::Ordinary, u"sync"_s,

@@ -154,6 +154,8 @@ struct CloudSync::Private {
     struct Merged {
         SyncMergeOutcome outcome;
         QByteArray snapshot;                  ///< of the tree before
+        QByteArray stored;                    ///< the tree after, as it is stored
+        bool fits = true;                     ///< it is not too large
         std::optional<SyncAnalysis> analysis; ///< of a change that might be held back
         Taken taken;
     };
@@ -205,9 +207,14 @@ struct CloudSync::Private {
     void hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis, bool isLoad);
     void release();
 
-    // CloudSyncConfigure.cpp
+    // CloudSyncLoad.cpp
     using Loaded = Result<SyncResult, CloudSyncError>;
-    Loaded replaceBy(const DocumentPtr &document);
+    struct Loading;
+    void load(const DocumentPtr &document, bool decided, const Done &done);
+    std::optional<SyncProblem> replaceTree(const Loading &loading);
+    Loaded replaceBy(const DocumentPtr &document, const Loading &loading);
+
+    // CloudSyncConfigure.cpp
     void migrateFromBookmarkIfNeeded();
     void copyBookmarked(const QString &path);
     void clearBookmark(const char *line);

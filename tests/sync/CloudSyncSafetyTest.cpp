@@ -226,6 +226,7 @@ TEST_F(CloudSyncSafetyTest, loadingReplacesAfterASnapshotAndTheGuardAsks)
     EXPECT_TRUE(b->sync().heldBack()->isLoad);
     EXPECT_EQ(here(*b), names.join(u' '));
     b->sync().acceptHeldBack();
+    clock.advance(1s);
     EXPECT_EQ(here(*b), u"n0 n1"_s);
 }
 
