@@ -39,10 +39,7 @@ bool play(const char *event)
 
 } // namespace
 
-CanberraSounds::CanberraSounds(std::function<void()> bell) : m_bell(std::move(bell))
-{
-    m_pool.setMaxThreadCount(1);
-}
+CanberraSounds::CanberraSounds(std::function<void()> bell) : m_bell(std::move(bell)) {}
 
 void CanberraSounds::ringXBell()
 {
@@ -54,12 +51,12 @@ void CanberraSounds::ringXBell()
 
 void CanberraSounds::playAlarm()
 {
-    m_pool.start([this] {
+    m_player.run([bell = m_bell] {
         // By the freedesktop sound naming specification; small themes have only the last.
         if (play("alarm-clock-elapsed") || play("complete") || play("bell"))
             return;
         qCInfo(lcSounds, "no sound could be played, ringing the bell");
-        m_bell();
+        bell();
     });
 }
 

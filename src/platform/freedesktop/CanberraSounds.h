@@ -1,10 +1,7 @@
 #pragma once
 
 #include "platform/Sounds.h"
-
-#include <QThreadPool>
-
-#include <functional>
+#include "platform/freedesktop/PatientThreads.h"
 
 namespace orvelle {
 
@@ -14,19 +11,20 @@ namespace orvelle {
 class CanberraSounds : public Sounds
 {
 public:
-    /// `bell` rings when no sound could be played; called on another thread.
+    /// `bell` rings when no sound could be played; called on another thread,
+    /// where a sound server hangs also after this is gone.
     explicit CanberraSounds(std::function<void()> bell = ringXBell);
 
     void playAlarm() override;
 
     /// Waits until every sound so far has been handed to the sound server.
-    void waitUntilHandedOver() { m_pool.waitForDone(); }
+    void waitUntilHandedOver() { m_player.waitForAll(); }
 
     static void ringXBell();
 
 private:
     std::function<void()> m_bell;
-    QThreadPool m_pool; ///< of one thread
+    PatientThreads m_player{1};
 };
 
 } // namespace orvelle

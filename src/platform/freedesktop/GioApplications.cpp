@@ -1,5 +1,6 @@
 #include "platform/freedesktop/GioApplications.h"
 
+#include "platform/freedesktop/GLibPointers.h"
 #include "platform/freedesktop/StartupNotice.h"
 
 #include <QCollator>
@@ -9,7 +10,6 @@
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
-#undef signals // a member's name in GIO's headers
 #include <gio/gdesktopappinfo.h>
 
 #include <algorithm>
@@ -22,13 +22,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcApplications, "Applications", QtInfoMsg)
 
-constexpr int lastLaunchesMs = 2000;
 constexpr int mostLaunchers = 4;
 
-struct Unref {
-    void operator()(void *object) const { g_object_unref(object); }
-};
-using AppInfo = std::unique_ptr<GDesktopAppInfo, Unref>;
+using AppInfo = ObjectPtr<GDesktopAppInfo>;
 
 QString textOf(const char *text)
 {
@@ -40,7 +36,7 @@ QString iconOf(GDesktopAppInfo *info)
     GIcon *icon = g_app_info_get_icon(G_APP_INFO(info));
     if (!icon)
         return {};
-    const std::unique_ptr<char, decltype(&g_free)> name(g_icon_to_string(icon), &g_free);
+    const GText name(g_icon_to_string(icon));
     if (G_IS_THEMED_ICON(icon)) {
         const char *const *names = g_themed_icon_get_names(G_THEMED_ICON(icon));
         return names && names[0] ? textOf(names[0]) : QString();
@@ -111,17 +107,7 @@ void launchNow(const QString &path, const QString &id)
 
 } // namespace
 
-GioApplications::GioApplications() : m_launchers(std::make_unique<QThreadPool>())
-{
-    m_launchers->setMaxThreadCount(mostLaunchers);
-}
-
-GioApplications::~GioApplications()
-{
-    // The pool would wait without end for a launcher that hangs.
-    if (!m_launchers->waitForDone(lastLaunchesMs))
-        static_cast<void>(m_launchers.release());
-}
+GioApplications::GioApplications() : m_launchers(mostLaunchers) {}
 
 QList<DesktopApplication> GioApplications::installed() const
 {
@@ -150,7 +136,7 @@ std::optional<DesktopApplication> GioApplications::find(const QString &path, con
 
 void GioApplications::launch(const QString &path, const QString &id)
 {
-    m_launchers->start([path, id] { launchNow(path, id); });
+    m_launchers.run([path, id] { launchNow(path, id); });
 }
 
 } // namespace orvelle

@@ -1,11 +1,7 @@
 #pragma once
 
 #include "platform/Applications.h"
-
-#include <QObject>
-#include <QThreadPool>
-
-#include <memory>
+#include "platform/freedesktop/PatientThreads.h"
 
 namespace orvelle {
 
@@ -15,15 +11,13 @@ class GioApplications : public Applications
 {
 public:
     GioApplications();
-    /// Waits up to two seconds for programs that are just being started.
-    ~GioApplications() override;
 
     QList<DesktopApplication> installed() const override;
     std::optional<DesktopApplication> find(const QString &path, const QString &id = {}) const override;
     void launch(const QString &path, const QString &id = {}) override;
 
 private:
-    std::unique_ptr<QThreadPool> m_launchers;
+    PatientThreads m_launchers; ///< programs that are just being started
 };
 
 } // namespace orvelle

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QThreadPool>
+#include "platform/freedesktop/PatientThreads.h"
 
 namespace orvelle {
 
@@ -9,16 +9,12 @@ namespace orvelle {
 class GioCalendarApplication
 {
 public:
-    GioCalendarApplication();
-    /// Waits up to two seconds for an application that is just being started.
-    ~GioCalendarApplication();
-
     /// Starts the application, or brings it to the front. Returns at once; that
     /// there is none is logged.
     void open();
 
 private:
-    QThreadPool m_launcher;
+    PatientThreads m_launcher{1};
 };
 
 } // namespace orvelle

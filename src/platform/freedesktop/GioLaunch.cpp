@@ -1,12 +1,9 @@
 #include "platform/freedesktop/GioLaunch.h"
 
+#include "platform/freedesktop/GLibPointers.h"
+
 #include <QFile>
 #include <QFileInfo>
-
-#include <memory>
-
-#undef signals // a member's name in GIO's headers
-#include <gio/gio.h>
 
 #include <algorithm>
 #include <array>
@@ -17,16 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Unref {
-    void operator()(void *object) const { g_object_unref(object); }
-};
-template<typename T>
-using ObjectPtr = std::unique_ptr<T, Unref>;
-
-struct FreeError {
-    void operator()(GError *error) const { g_error_free(error); }
-};
-
 /// Schemes of shares that file managers open, though few register for them.
 constexpr std::array shareSchemes{"smb", "sftp", "ftp", "ftps", "nfs", "afp", "dav", "davs"};
 
@@ -36,7 +23,7 @@ QString failureOf(Call call)
 {
     GError *raw = nullptr;
     const bool done = call(&raw);
-    const std::unique_ptr<GError, FreeError> error(raw);
+    const GErrorPtr error(raw);
     if (done)
         return {};
     return error ? QString::fromUtf8(error->message) : u"no reason was given"_s;
@@ -56,7 +43,7 @@ QString openInFileManager(const char *uri)
 QByteArray uriOf(const QString &path)
 {
     const ObjectPtr<GFile> file(g_file_new_for_path(QFile::encodeName(path).constData()));
-    const std::unique_ptr<char, decltype(&g_free)> uri(g_file_get_uri(file.get()), &g_free);
+    const GText uri(g_file_get_uri(file.get()));
     return uri.get();
 }
 

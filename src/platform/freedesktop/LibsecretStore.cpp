@@ -1,10 +1,11 @@
 #include "platform/freedesktop/LibsecretStore.h"
 
+#include "platform/freedesktop/GLibPointers.h"
+
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QThreadPool>
 
-#undef signals // a member's name in GIO's headers
 #include <libsecret/secret.h>
 
 namespace orvelle {
@@ -14,12 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 Q_LOGGING_CATEGORY(lcSecrets, "Secrets", QtInfoMsg)
-
-struct Unref {
-    void operator()(void *object) const { g_object_unref(object); }
-};
-template<typename T>
-using ObjectPtr = std::unique_ptr<T, Unref>;
 
 struct FreeValue {
     void operator()(SecretValue *value) const { secret_value_unref(value); }

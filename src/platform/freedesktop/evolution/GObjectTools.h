@@ -1,13 +1,14 @@
 #pragma once
 
+#include "platform/freedesktop/GLibPointers.h"
+
 #include <QByteArray>
 
 #include <functional>
-#include <memory>
 
-#undef signals // a member's name in GIO's headers
+// Words of Qt that are names in libecal's headers.
+#undef signals
 #undef slots
-#include <gio/gio.h>
 
 namespace orvelle {
 
@@ -21,22 +22,10 @@ GPointer<T> owned(T *object)
 {
     return object ? GPointer<T>(object, [](T *each) { g_object_unref(each); }) : GPointer<T>();
 }
-template<typename T>
-GPointer<T> shared(T *object)
-{
-    if (object)
-        g_object_ref(object);
-    return owned(object);
-}
 
 /// Calls `heard` with each emission, whatever the signal carries, until the
 /// object is gone.
 void listen(gpointer object, const char *signal, std::function<void()> heard);
-
-struct ReleaseMemory {
-    void operator()(void *memory) const { g_free(memory); }
-};
-using GText = std::unique_ptr<char, ReleaseMemory>;
 
 /// Takes the place of `GError **`; empty until something fails.
 class GFailure
