@@ -95,22 +95,39 @@ void EvolutionCalendar::close()
     m_connection.reset();
     m_view.reset();
     m_client.reset();
-    m_busy = false;
     m_lastIsNew = false;
+    m_busy = false;
+    putWaiting();
 }
 
-void EvolutionCalendar::ask(const EvolutionEvents &question, Answer answer)
+void EvolutionCalendar::ask(const EvolutionEvents &question, const Answer &answer)
 {
+    put({question, answer, g_get_monotonic_time()});
+}
+
+void EvolutionCalendar::put(const Question &asked)
+{
+    const auto &[question, answer, askedAt] = asked;
+    // What is under way may have been answered before the change that this one is about.
+    if (m_busy)
+        return m_waiting.push_back(asked);
     const bool isKnown = std::exchange(m_lastIsNew, false) && question.from >= m_lastFrom && question.to <= m_lastTo;
-    if (!m_client || m_busy || isKnown)
+    if (!m_client || isKnown)
         return answer(lastSaid(question.from, question.to));
     m_busy = true;
-    m_askedAt = g_get_monotonic_time();
+    m_askedAt = askedAt;
     // Watched before it is asked, so that no change is missed in between.
     if (m_view && question.from >= m_viewFrom && question.to <= m_viewTo)
         query(question, answer);
     else
         watch(question, answer);
+}
+
+/// The first of them goes to the server, the others wait on.
+void EvolutionCalendar::putWaiting()
+{
+    for (const Question &each : std::exchange(m_waiting, {}))
+        put(each);
 }
 
 void EvolutionCalendar::watch(const EvolutionEvents &question, const Answer &answer)
@@ -164,9 +181,12 @@ void EvolutionCalendar::query(const EvolutionEvents &question, const Answer &ans
             *found = host.occurrences(*events);
     };
     m_loop.beside(work, [self = shared_from_this(), begun = m_connection, about, answer, found] {
-        if (self->isPresent(begun))
+        const bool isPresent = self->isPresent(begun);
+        if (isPresent)
             self->answerCame(about, *found);
         answer(self->lastSaid(about.from, about.to - day));
+        if (isPresent)
+            self->putWaiting();
     });
 }
 

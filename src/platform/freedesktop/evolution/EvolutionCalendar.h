@@ -30,13 +30,20 @@ public:
     using Answer = std::function<void(const QList<CalendarEvent> &)>;
     /// How long an answer is waited for.
     static constexpr int patience = 5000; ///< milliseconds
-    /// Asks the server and watches those days from then on. After a late answer
-    /// that one is given.
-    void ask(const EvolutionEvents &question, Answer answer);
+    /// Asks the server, one question after the other, and watches those days
+    /// from then on. After a late answer that one is given.
+    void ask(const EvolutionEvents &question, const Answer &answer);
     /// What it said last of those days.
     QList<CalendarEvent> lastSaid(qint64 from, qint64 to) const;
 
 private:
+    struct Question {
+        EvolutionEvents events;
+        Answer answer;
+        gint64 askedAt; ///< microseconds of the monotonic clock
+    };
+    void put(const Question &asked);
+    void putWaiting();
     void clientCame(GPointer<ECalClient> client);
     void watch(const EvolutionEvents &question, const Answer &answer);
     void startView(const GPointer<ECalClientView> &view, const EvolutionEvents &question, const Answer &answer);
@@ -58,7 +65,8 @@ private:
     qint64 m_viewFrom = 0;
     qint64 m_viewTo = 0;
     bool m_busy = false;  ///< with a question
-    gint64 m_askedAt = 0; ///< microseconds of the monotonic clock
+    gint64 m_askedAt = 0; ///< that question, in microseconds of the monotonic clock
+    QList<Question> m_waiting;
     QList<CalendarEvent> m_last;
     bool m_lastIsNew = false; ///< came late and nothing has changed since
     qint64 m_lastFrom = 0;

@@ -137,10 +137,10 @@ void EvolutionSession::serviceListCame(GAsyncResult *result)
     if (g_cancellable_is_cancelled(m_life.get()))
         return;
     watchNames();
-    if (startable)
-        connectNow();
-    if (startable)
-        setPresent(true);
+    if (!startable)
+        return;
+    connectNow();
+    setPresent(true);
 }
 
 void EvolutionSession::watchNames()
