@@ -2,10 +2,9 @@
 
 #include "platform/Clock.h"
 #include "platform/freedesktop/HttpRedirect.h"
+#include "platform/freedesktop/SystemProxies.h"
 
-#include <QHostAddress>
 #include <QNetworkAccessManager>
-#include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
@@ -21,16 +20,14 @@ namespace {
 /// arrive and not after.
 constexpr qint64 readBufferBytes = 64 * 1024;
 
-class SystemProxies : public QNetworkProxyFactory
+class KnownProxies : public QNetworkProxyFactory
 {
 public:
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
-    {
-        const QString host = query.peerHostName();
-        if (host == "localhost"_L1 || QHostAddress(host).isLoopback())
-            return {QNetworkProxy(QNetworkProxy::NoProxy)};
-        return systemProxyForQuery(query);
-    }
+    explicit KnownProxies(SystemProxies &proxies) : m_proxies(proxies) {}
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override { return m_proxies.known(query.url()); }
+
+private:
+    SystemProxies &m_proxies;
 };
 
 QNetworkRequest toNetworkRequest(const HttpRequest &request, const QByteArray &userAgent)
@@ -70,9 +67,10 @@ HttpError::Kind kindOf(QNetworkReply::NetworkError error)
 class QtHttpCall : public QObject, public HttpCall
 {
 public:
-    QtHttpCall(QNetworkAccessManager &manager, Clock &clock, const QByteArray &userAgent, const HttpRequest &request,
-               HttpClient::Done done)
+    QtHttpCall(QNetworkAccessManager &manager, SystemProxies &proxies, Clock &clock, const QByteArray &userAgent,
+               const HttpRequest &request, HttpClient::Done done)
         : m_manager(&manager),
+          m_proxies(&proxies),
           m_clock(clock),
           m_userAgent(userAgent),
           m_request(request),
@@ -86,6 +84,7 @@ public:
 
 private:
     void begin();
+    void findProxies();
     void start();
     void take();
     void takeHeaders();
@@ -98,6 +97,7 @@ private:
     void conclude(const Result<HttpResponse, HttpError> &result);
 
     QPointer<QNetworkAccessManager> m_manager;
+    QPointer<SystemProxies> m_proxies;
     Clock &m_clock;
     QByteArray m_userAgent;
     HttpRequest m_request;
@@ -115,12 +115,18 @@ void QtHttpCall::begin()
         return fail(HttpError::Kind::Refused, u"no web address"_s);
     m_totalTimer =
         m_clock.singleShot(m_request.totalTimeout, [this] { fail(HttpError::Kind::TimedOut, u"in total"_s); });
-    start();
+    findProxies();
+}
+
+void QtHttpCall::findProxies()
+{
+    if (m_proxies)
+        m_proxies->find(m_request.url, this, [this] { start(); });
 }
 
 void QtHttpCall::start()
 {
-    if (!m_manager)
+    if (!m_manager || !m_done)
         return;
     m_answer = {};
     m_answer.url = m_request.url;
@@ -203,7 +209,8 @@ void QtHttpCall::follow()
     --m_redirectsLeft;
     m_request = *next;
     dropReply();
-    start();
+    m_idleTimer.reset();
+    findProxies();
 }
 
 void QtHttpCall::dropReply()
@@ -236,7 +243,15 @@ void QtHttpCall::conclude(const Result<HttpResponse, HttpError> &result)
 
 } // namespace
 
-QtHttpClient::QtHttpClient(Clock &clock, const QByteArray &userAgent) : m_clock(clock), m_userAgent(userAgent) {}
+QtHttpClient::QtHttpClient(Clock &clock, const QByteArray &userAgent)
+    : QtHttpClient(clock, userAgent, &SystemProxies::ofSystem)
+{
+}
+
+QtHttpClient::QtHttpClient(Clock &clock, const QByteArray &userAgent, const ProxyLookup &proxies)
+    : m_clock(clock), m_userAgent(userAgent), m_proxies(std::make_unique<SystemProxies>(proxies))
+{
+}
 
 QtHttpClient::~QtHttpClient() = default;
 
@@ -244,14 +259,14 @@ QNetworkAccessManager &QtHttpClient::manager()
 {
     if (!m_manager) {
         m_manager = std::make_unique<QNetworkAccessManager>();
-        m_manager->setProxyFactory(new SystemProxies);
+        m_manager->setProxyFactory(new KnownProxies(*m_proxies));
     }
     return *m_manager;
 }
 
 std::unique_ptr<HttpCall> QtHttpClient::send(const HttpRequest &request, Done done)
 {
-    return std::make_unique<QtHttpCall>(manager(), m_clock, m_userAgent, request, std::move(done));
+    return std::make_unique<QtHttpCall>(manager(), *m_proxies, m_clock, m_userAgent, request, std::move(done));
 }
 
 } // namespace orvelle

@@ -5,10 +5,13 @@
 #include "support/LoopbackServer.h"
 
 #include <QDeadlineTimer>
+#include <QNetworkProxy>
 #include <QProcess>
+#include <QSemaphore>
 #include <QSslKey>
 #include <QSslServer>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -116,6 +119,28 @@ TEST_F(QtHttpClientTest, SendsMethodHeadersAndBodyAndNothingItWasNotGiven)
         EXPECT_TRUE(server.requests[1].contains(expected)) << server.requests[1].toStdString();
     EXPECT_FALSE(server.requests[1].contains("Cookie"));
     EXPECT_FALSE(server.requests[1].contains("Authorization"));
+}
+
+TEST_F(QtHttpClientTest, LooksForProxiesWithoutHoldingUpTheProgram)
+{
+    // Other hosts are behind a proxy here, which says what it likes.
+    server.says("http://elsewhere.example/a", "HTTP/1.1 302 On\r\nLocation: http://there.example/b\r\n\r\n");
+    server.says("http://there.example/b", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nhi");
+    const auto mayGoOn = std::make_shared<QSemaphore>();
+    const auto asked = std::make_shared<QStringList>();
+    QtHttpClient behind(clock, "Orvelle", [mayGoOn, asked, port = quint16(server.url({}).port())](const QUrl &url) {
+        EXPECT_TRUE(mayGoOn->tryAcquire(1, 20'000)) << "the program waits for this instead of going on";
+        *asked += url.host();
+        return QList{QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, port)};
+    });
+    const auto sent =
+        behind.send({.url = QUrl(u"http://elsewhere.example/a"_s)}, [this](const Answer &a) { answer = a; });
+    for (int lookup = 0; lookup < 2; ++lookup)
+        QTimer::singleShot(100 * lookup, [mayGoOn] { mayGoOn->release(); });
+    ASSERT_TRUE(spinUntil([this] { return answer.has_value(); }));
+    ASSERT_EQ(said(*answer), "200");
+    EXPECT_EQ((*answer)->body, "hi");
+    EXPECT_EQ(*asked, (QStringList{u"elsewhere.example"_s, u"there.example"_s}));
 }
 
 TEST_F(QtHttpClientTest, RefusesWhatIsNoWebAddress)
