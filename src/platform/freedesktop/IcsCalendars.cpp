@@ -1,5 +1,6 @@
 #include "platform/freedesktop/IcsCalendars.h"
 
+#include "platform/freedesktop/FolderIo.h"
 #include "platform/freedesktop/IcsIndex.h"
 
 #include <QDir>
@@ -31,16 +32,12 @@ constexpr std::uint32_t changes =
 IcsCalendars::IcsCalendars(const QStringList &folders, const QStringList &own, QObject *parent)
     : CalendarStore(parent), m_folders(folders), m_own(own)
 {
-    m_reader.setMaxThreadCount(1);
-    m_reader.setObjectName(u"calendars"_s);
     beginAnew();
 }
 
 IcsCalendars::~IcsCalendars()
 {
-    endReading();
-    if (m_inotify >= 0)
-        ::close(m_inotify);
+    m_index->cancel();
 }
 
 QStringList IcsCalendars::usualFolders()
@@ -49,21 +46,14 @@ QStringList IcsCalendars::usualFolders()
     return {QDir::homePath() + u"/.calendars"_s, data + u"/calendars"_s};
 }
 
-void IcsCalendars::endReading()
+void IcsCalendars::beginAnew()
 {
     if (m_index)
         m_index->cancel();
-    m_reader.clear();
-    m_reader.waitForDone();
-}
-
-void IcsCalendars::beginAnew()
-{
-    endReading();
     waitForMissing();
     // Watched before it is listed, so that no change is missed in between.
     m_index = std::make_shared<IcsIndex>(m_folders, m_own, [inotify = m_inotify](const QString &folder) {
-        if (inotify >= 0 && inotify_add_watch(inotify, QFile::encodeName(folder).constData(), changes) < 0)
+        if (inotify && inotify_add_watch(inotify->get(), QFile::encodeName(folder).constData(), changes) < 0)
             qCWarning(lcCalendars, "A calendar folder cannot be watched (%d)", errno);
     });
 }
@@ -79,7 +69,7 @@ void IcsCalendars::waitForMissing()
 {
     m_present = presentFolders();
     m_arrivals.reset();
-    if (m_inotify < 0 || m_present.size() == m_folders.size())
+    if (!m_inotify || m_present.size() == m_folders.size())
         return;
     QStringList missing = m_folders;
     missing.removeIf([this](const QString &each) { return m_present.contains(each); });
@@ -120,29 +110,31 @@ void IcsCalendars::requestAccess(std::function<void(const AccessAnswer &)> done)
 
 void IcsCalendars::fetch(Timestamp from, Timestamp to, std::function<void(const QList<CalendarEvent> &)> done)
 {
-    const auto begin = static_cast<qint64>(std::floor(from.unixSeconds()));
-    const auto end = static_cast<qint64>(std::ceil(to.unixSeconds()));
-    if (m_inotify < 0)
+    if (!m_inotify)
         m_index->markChanged();
-    m_reader.start([this, begin, end, index = m_index, done = std::move(done)] {
-        QList<CalendarEvent> events = index->events(begin, end);
-        QMetaObject::invokeMethod(
-            this, [events = std::move(events), done] { done(events); }, Qt::QueuedConnection);
+    m_reader.run([this, from, to, index = m_index, done = std::move(done)]() mutable {
+        const auto begin = static_cast<qint64>(std::floor(from.unixSeconds()));
+        const auto end = static_cast<qint64>(std::ceil(to.unixSeconds()));
+        return [this, from, to, index, events = index->events(begin, end), done = std::move(done)] {
+            // What was cancelled is not whole.
+            if (index == m_index)
+                done(events);
+            else
+                fetch(from, to, done);
+        };
     });
 }
 
 void IcsCalendars::setWatching(bool watching)
 {
-    if (watching == (m_inotify >= 0))
+    if (watching == (m_inotify != nullptr))
         return;
     m_notices.reset();
-    endReading();
-    if (m_inotify >= 0)
-        ::close(std::exchange(m_inotify, -1));
-    if (watching)
-        m_inotify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-    if (m_inotify >= 0) {
-        m_notices = std::make_unique<QSocketNotifier>(m_inotify, QSocketNotifier::Read);
+    m_inotify.reset();
+    Descriptor inotify(watching ? inotify_init1(IN_CLOEXEC | IN_NONBLOCK) : -1);
+    if (inotify) {
+        m_inotify = std::make_shared<Descriptor>(std::move(inotify));
+        m_notices = std::make_unique<QSocketNotifier>(m_inotify->get(), QSocketNotifier::Read);
         connect(m_notices.get(), &QSocketNotifier::activated, this, &IcsCalendars::readNotices);
     }
     beginAnew();
@@ -153,7 +145,7 @@ void IcsCalendars::readNotices()
     // Which file it was is found out by looking at them all.
     std::array<char, 16 * 1024> buffer{};
     bool any = false;
-    while (::read(m_inotify, buffer.data(), buffer.size()) > 0)
+    while (::read(m_inotify->get(), buffer.data(), buffer.size()) > 0)
         any = true;
     if (!any)
         return;

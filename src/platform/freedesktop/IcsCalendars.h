@@ -2,13 +2,11 @@
 
 #include "platform/CalendarStore.h"
 #include "platform/freedesktop/FolderArrivals.h"
-
-#include <QThreadPool>
-
-#include <memory>
+#include "platform/freedesktop/SerialWorker.h"
 
 namespace orvelle {
 
+class Descriptor;
 class IcsIndex;
 
 /// The calendars in folders of `.ics` files (RFC 5545), also one file for each
@@ -22,7 +20,7 @@ public:
     /// `own` are the user's mail addresses in lower case, by which invitations
     /// name the user; may be empty.
     explicit IcsCalendars(const QStringList &folders, const QStringList &own = {}, QObject *parent = nullptr);
-    /// Waits for a reading that is under way, which is told to end.
+    /// Waits a while for a reading that is under way, which is told to end.
     ~IcsCalendars() override;
 
     /// Where calendars usually are when nobody said, whether that exists or not.
@@ -40,7 +38,6 @@ public:
 
 private:
     void beginAnew();
-    void endReading();
     void waitForMissing();
     void beginAgain();
     void readNotices();
@@ -48,12 +45,12 @@ private:
 
     QStringList m_folders;
     QStringList m_own;
-    QStringList m_present; ///< those of the folders that were there when reading began
-    int m_inotify = -1;    ///< -1 while nobody watches
+    QStringList m_present;                 ///< those of the folders that were there when reading began
+    std::shared_ptr<Descriptor> m_inotify; ///< null while nobody watches; a reading adds to it
     std::unique_ptr<QSocketNotifier> m_notices;
     std::unique_ptr<FolderArrivals> m_arrivals; ///< while somebody watches
     std::shared_ptr<IcsIndex> m_index;          ///< belongs to the reader while it runs
-    QThreadPool m_reader;
+    SerialWorker m_reader{this};
 };
 
 } // namespace orvelle

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/IcsSeries.h"
 
 #include <QMap>
+#include <QSet>
 
 #include <libical/ical.h>
 
@@ -96,15 +97,43 @@ void bringUntilHome(icalrecurrencetype &rule, const IcsMoment &start)
 /// Occurrences by the moment at which they begin.
 using Occurrences = QMap<qint64, IcsMoment>;
 
+/// Occurrences as a file names them: by their moment, or by the day alone.
+class NamedOccurrences
+{
+public:
+    void add(const IcsMoment &named)
+    {
+        (named.isDate ? m_days : m_daysOfMoments) += named.wall / day;
+        if (!named.isDate)
+            m_moments += named.utc();
+    }
+    bool contains(const IcsMoment &occurrence) const
+    {
+        const WallSeconds on = occurrence.wall / day;
+        if (m_days.contains(on))
+            return true;
+        return occurrence.isDate ? m_daysOfMoments.contains(on)
+                                 : !m_moments.isEmpty() && m_moments.contains(occurrence.utc());
+    }
+
+private:
+    QSet<WallSeconds> m_days;
+    QSet<WallSeconds> m_daysOfMoments;
+    QSet<qint64> m_moments;
+};
+
 class Expansion
 {
 public:
     Expansion(const IcsSeries &series, qint64 from, qint64 to, Deadline deadline, QList<CalendarEvent> &events)
         : m_series(series), m_master(series.master), m_from(from), m_to(to), m_deadline(deadline), m_events(events)
     {
+        for (const IcsMoment &each : m_master.excluded)
+            m_excluded.add(each);
         for (const IcsEvent &each : series.changes) {
+            m_changed.add(*each.original);
             if (each.following)
-                m_shift = std::max(m_shift, std::abs(each.start.utc() - each.original->utc()));
+                follows(each);
             m_longest = std::max(m_longest, each.span.days * day + each.span.seconds);
         }
         m_longest = std::max(m_longest, m_master.span.days * day + m_master.span.seconds) + day;
@@ -118,11 +147,11 @@ public:
         for (const IcsMoment &date : m_master.dates)
             add(date);
         for (auto each = m_found.cbegin(); each != m_found.cend(); ++each) {
-            if (!isExcluded(*each) && !changeOf(*each))
+            if (!m_excluded.contains(*each) && !m_changed.contains(*each))
                 emitOccurrence(*each);
         }
         for (const IcsEvent &change : m_series.changes) {
-            if (!isExcluded(*change.original))
+            if (!m_excluded.contains(*change.original))
                 emitEvent(change, change.start);
         }
         return m_complete;
@@ -169,42 +198,26 @@ private:
         }
     }
 
-    static bool isSame(const IcsMoment &occurrence, const IcsMoment &named)
+    /// A change of one occurrence and all after it.
+    void follows(const IcsEvent &change)
     {
-        if (named.isDate || occurrence.isDate)
-            return occurrence.wall / day == named.wall / day;
-        return occurrence.utc() == named.utc();
-    }
-    bool isExcluded(const IcsMoment &occurrence) const
-    {
-        return std::ranges::any_of(m_master.excluded, [&](const IcsMoment &each) { return isSame(occurrence, each); });
-    }
-    const IcsEvent *changeOf(const IcsMoment &occurrence) const
-    {
-        const auto change = std::ranges::find_if(
-            m_series.changes, [&](const IcsEvent &each) { return isSame(occurrence, *each.original); });
-        return change == m_series.changes.end() ? nullptr : &*change;
+        const qint64 original = change.original->utc();
+        m_shift = std::max(m_shift, std::abs(change.start.utc() - original));
+        if (!m_following.contains(original))
+            m_following.insert(original, &change);
     }
 
     /// By the last change to this and following ones that came before.
     void emitOccurrence(const IcsMoment &occurrence)
     {
-        const IcsEvent *as = &m_master;
-        const qint64 begins = occurrence.utc();
-        qint64 since = 0;
-        for (const IcsEvent &each : m_series.changes) {
-            const qint64 original = each.original->utc();
-            if (each.following && original <= begins && (as == &m_master || original > since)) {
-                as = &each;
-                since = original;
-            }
-        }
+        const auto after = m_following.upperBound(occurrence.utc());
+        if (after == m_following.cbegin())
+            return emitEvent(m_master, occurrence);
+        const auto last = std::prev(after);
         IcsMoment moment = occurrence;
-        if (as != &m_master) {
-            moment.wall += as->start.utc() - since;
-            moment.isDate = as->start.isDate;
-        }
-        emitEvent(*as, moment);
+        moment.wall += (*last)->start.utc() - last.key();
+        moment.isDate = (*last)->start.isDate;
+        emitEvent(**last, moment);
     }
 
     void emitEvent(const IcsEvent &as, const IcsMoment &moment)
@@ -228,6 +241,9 @@ private:
     QList<CalendarEvent> &m_events;
     qint64 m_shift = 0;   ///< how far a change moves the following ones
     qint64 m_longest = 0; ///< how long an occurrence lasts
+    NamedOccurrences m_excluded;
+    NamedOccurrences m_changed;
+    QMap<qint64, const IcsEvent *> m_following; ///< by the first occurrence that each changes
     Occurrences m_found;
     bool m_complete = true;
 };

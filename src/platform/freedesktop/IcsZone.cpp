@@ -20,13 +20,6 @@ WallSeconds wallOf(const QDateTime &time)
     return QDateTime(time.date(), time.time(), Qt::UTC).toSecsSinceEpoch();
 }
 
-class UtcZone : public IcsZone
-{
-public:
-    qint64 toUtc(WallSeconds wall) const override { return wall; }
-    WallSeconds fromUtc(qint64 utc) const override { return utc; }
-};
-
 /// Follows the system's zone when that changes.
 class LocalZone : public IcsZone
 {
@@ -117,11 +110,6 @@ QTimeZone systemZone(const QByteArray &tzid)
 }
 
 } // namespace
-
-IcsZonePointer IcsZones::utc()
-{
-    return std::make_shared<UtcZone>();
-}
 
 IcsZonePointer IcsZones::local()
 {

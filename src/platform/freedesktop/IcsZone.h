@@ -32,7 +32,6 @@ public:
     /// ignored.
     void define(const QByteArray &definition);
     IcsZonePointer named(const QByteArray &tzid) const;
-    static IcsZonePointer utc();
     static IcsZonePointer local();
 
 private:

@@ -3,6 +3,7 @@
 #include "support/Hostile.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -155,6 +156,16 @@ TEST_F(IcsTest, HostileFilesEndSoon)
     check(u"bad-8-mebibytes-in-a-line"_s,
           calendar(event("DTSTART:20260330T090000Z\r\nSUMMARY:" + QByteArray(8 << 20, 'x'))));
     check(u"bad-bytes"_s, QByteArray(1 << 20, '\xff'));
+    // Thousands of exceptions to thousands of occurrences.
+    QByteArray lines = "DTSTART:20260330T000000Z\r\nRRULE:FREQ=MINUTELY";
+    QByteArray changes;
+    for (int i = 0; i < 4'000; ++i) {
+        const QDateTime moment = QDateTime(QDate(2031, 1, 1), QTime(), Qt::UTC).addSecs(60 * i);
+        const QByteArray text = moment.toString(u"yyyyMMdd'T'HHmmss"_s).toLatin1();
+        lines += "\r\nEXDATE;TZID=Europe/Paris:" + text;
+        changes += event("RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Paris:" + text + "\r\nDTSTART:" + text + "Z");
+    }
+    check(u"exceptions"_s, calendar(event(lines) + changes));
 }
 
 class IcsCalendarsTest : public IcsTest
@@ -214,6 +225,28 @@ TEST_F(IcsCalendarsTest, FoldersAreReadAndWatched)
     store.setFolders({});
     EXPECT_EQ(store.access(), CalendarStore::Access::Denied);
     EXPECT_EQ(titles(store), u"");
+}
+
+TEST_F(IcsCalendarsTest, EveryQuestionIsAnsweredAlsoWhenTheFoldersChange)
+{
+    for (const char *name : {"before", "after"}) {
+        EXPECT_TRUE(QDir(folder.path()).mkdir(QString::fromLatin1(name)));
+        write(QString::fromLatin1(name) + u"/one.ics"_s,
+              calendar(event("SUMMARY:" + QByteArray(name) + "\r\nDTSTART:20260329T090000Z")));
+    }
+    IcsCalendars store({folder.filePath(u"before"_s)});
+    QStringList titles;
+    const auto from = Timestamp::fromUnixSeconds(static_cast<double>(utc("2026-03-28T00:00:00Z")));
+    constexpr int questions = 10;
+    for (int i = 0; i < questions; ++i)
+        store.fetch(from, from + 3 * 86400.0,
+                    [&](const QList<CalendarEvent> &events) { titles += events.value(0).title; });
+    store.setWatching(true);
+    store.setFolders({folder.filePath(u"after"_s)});
+    const QDeadlineTimer deadline(30'000);
+    while (titles.size() < questions && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    EXPECT_EQ(titles, QStringList(questions, u"after"_s));
 }
 
 TEST_F(IcsCalendarsTest, FoldersComeAndGo)
