@@ -181,9 +181,6 @@ void LogindPowerEvents::findSession()
         if (!reply.isValid() || reply.value().path() == m_sessionPath)
             return; // outside of any session nothing can be locked
         m_sessionPath = reply.value().path();
-        m_systemBus.connect(logindService(), m_sessionPath, sessionInterface(), u"Lock"_s, this, SLOT(sessionLocked()));
-        m_systemBus.connect(logindService(), m_sessionPath, sessionInterface(), u"Unlock"_s, this,
-                            SLOT(sessionUnlocked()));
         m_systemBus.connect(logindService(), m_sessionPath, u"org.freedesktop.DBus.Properties"_s,
                             u"PropertiesChanged"_s, this, SLOT(sessionPropertiesChanged(QString, QVariantMap)));
     });
@@ -222,19 +219,10 @@ void LogindPowerEvents::prepareForSleep(bool begins)
         emit didWake();
 }
 
-void LogindPowerEvents::sessionLocked()
-{
-    setScreensAsleep(true);
-}
-
-void LogindPowerEvents::sessionUnlocked()
-{
-    setScreensAsleep(false);
-}
-
 void LogindPowerEvents::sessionPropertiesChanged(const QString &interface, const QVariantMap &changed)
 {
-    // Unlock is only a request; that the user has unlocked shows in the hint.
+    // Lock and Unlock are requests to lockers. Of those that lock, only some tell
+    // of the end, and these tell of both here.
     const auto hint = changed.constFind(u"LockedHint"_s);
     if (interface == sessionInterface() && hint != changed.constEnd())
         setScreensAsleep(hint->toBool());

@@ -44,8 +44,6 @@ public slots:
 private slots:
     void prepareForShutdown(bool begins);
     void prepareForSleep(bool begins);
-    void sessionLocked();
-    void sessionUnlocked();
     void sessionPropertiesChanged(const QString &interface, const QVariantMap &changed);
     void screenSaverChanged(bool active);
 
