@@ -90,6 +90,16 @@ TEST_F(HotKeyTest, AKeyHeldDownFiresOnce)
     EXPECT_TRUE(firesAt("super+alt+x")) << "the next press is one again";
 }
 
+TEST_F(HotKeyTest, APressBetweenTwoRegistrationsIsNotLost)
+{
+    ASSERT_FALSE(hotKeys.registerHotKey(superAltX));
+    press("super+alt+x");
+    ASSERT_FALSE(hotKeys.registerHotKey(superAltX));
+    EXPECT_TRUE(waitFor([this] { return fired == 1; }));
+    settle();
+    EXPECT_TRUE(firesAt("super+alt+x"));
+}
+
 TEST_F(HotKeyTest, TellsThatAnotherProgramHoldsIt)
 {
     XcbHotKeys other(clock);

@@ -65,6 +65,8 @@ std::optional<HotKeyError> XcbHotKeys::registerHotKey(const HotKey &hotKey)
 
 std::optional<HotKeyError> XcbHotKeys::grab(const HotKey &hotKey)
 {
+    // The answers below may take events off the socket, which then stays quiet.
+    QMetaObject::invokeMethod(this, &XcbHotKeys::readEvents, Qt::QueuedConnection);
     const XcbKeyboard keyboard(*m_x);
     const auto keycode = keyboard.keycodeOf(hotKey.key);
     const auto modifiers = keyboard.maskOf(hotKey.modifiers);
@@ -142,7 +144,9 @@ bool XcbHotKeys::isNewPress(const xcb_key_press_event_t &event)
     if (m_held)
         return false;
     m_held = m_clock.repeating(heldPeriod, [this, keycode = event.detail] {
-        if (!isDown(keycode))
+        const bool isHeld = isDown(keycode);
+        readEvents(); // repetitions that came with the answer
+        if (!isHeld)
             m_held.reset();
     });
     return true;
