@@ -36,6 +36,18 @@ private:
     QProcess m_process;
 };
 
+/// A program that has copied something and never answers.
+std::unique_ptr<XcbConnection> silentOwner()
+{
+    auto silent = XcbConnection::open({"CLIPBOARD"});
+    const xcb_window_t window = xcb_generate_id(silent->raw());
+    xcb_create_window(silent->raw(), XCB_COPY_FROM_PARENT, window, silent->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(silent->raw(), window, silent->atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(silent->raw());
+    return silent;
+}
+
 /// What another program gets when it pastes.
 QByteArray pasted(const QString &type)
 {
@@ -114,6 +126,57 @@ protected:
     XcbPasteboard pasteboard{clock};
 };
 
+/// An X server that ends before the test does.
+class MortalServer
+{
+public:
+    MortalServer() { start(); }
+    ~MortalServer()
+    {
+        kill();
+        qputenv("DISPLAY", m_former);
+    }
+    void start()
+    {
+        m_process.start(u"Xvfb"_s, {QString::fromLatin1(m_display), u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
+        qputenv("DISPLAY", m_display);
+        ASSERT_TRUE(waitFor([] { return XcbConnection::open({}) != nullptr; }, 30'000));
+    }
+    void kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+private:
+    const QByteArray m_former = qgetenv("DISPLAY");
+    // Far from those that the tests beside this one are given.
+    const QByteArray m_display = ':' + QByteArray::number(20'000 + getpid() % 10'000);
+    QProcess m_process;
+};
+
+TEST(PasteboardServerTest, IsJoinedAgainAfterItWasKilled)
+{
+    MortalServer server;
+    SystemClock clock;
+    QObject context;
+    XcbPasteboard pasteboard(clock);
+    const auto hearsOfCopies = [&pasteboard] {
+        const qint64 before = pasteboard.changeCount();
+        const auto other = silentOwner();
+        return waitFor([&] { return pasteboard.changeCount() > before; }, 1000);
+    };
+    ASSERT_TRUE(waitFor(hearsOfCopies, 30'000));
+    const auto other = silentOwner();
+    std::optional<Result<QStringList, PasteboardError>> answer;
+    pasteboard.types(&context, [&answer](const auto &given) { answer = given; });
+    server.kill();
+    EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }));
+    EXPECT_FALSE(*answer);
+    server.start();
+    EXPECT_TRUE(waitFor(hearsOfCopies, 60'000));
+}
+
 TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)
 {
     struct {
@@ -145,12 +208,7 @@ TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)
 TEST_F(PasteboardTest, AnOwnerThatNeverAnswersTimesOutAndFreezesNothing)
 {
     const qint64 before = pasteboard.changeCount();
-    const auto silent = XcbConnection::open({"CLIPBOARD"});
-    const xcb_window_t window = xcb_generate_id(silent->raw());
-    xcb_create_window(silent->raw(), XCB_COPY_FROM_PARENT, window, silent->root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_set_selection_owner(silent->raw(), window, silent->atom("CLIPBOARD"), XCB_CURRENT_TIME);
-    xcb_flush(silent->raw());
+    const auto silent = silentOwner();
     ASSERT_TRUE(changes(before));
     const Heartbeat heart;
     QElapsedTimer passed;

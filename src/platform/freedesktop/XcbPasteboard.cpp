@@ -23,6 +23,9 @@ Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
 constexpr auto longestTurn = std::chrono::milliseconds(8);
 constexpr auto longestHandOver = std::chrono::seconds(1);
+/// Before another look for a server that has gone; each is twice the one before.
+constexpr std::chrono::seconds firstPause{1};
+constexpr std::chrono::seconds longestPause{300};
 
 } // namespace
 
@@ -36,13 +39,13 @@ XcbPasteboard::~XcbPasteboard()
 {
     if (m_x && !m_x->isBroken())
         handOver();
-    connectionLost();
+    dropConnection();
 }
 
 bool XcbPasteboard::connected()
 {
     if (m_x && m_x->isBroken())
-        connectionLost();
+        serverGone();
     if (m_x)
         return true;
     m_x = XcbConnection::open({"CLIPBOARD", "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "INCR", "NULL",
@@ -55,7 +58,7 @@ bool XcbPasteboard::connected()
     xcb_create_window(m_x->raw(), XCB_COPY_FROM_PARENT, m_window, m_x->root(), -1, -1, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
     if (!watchOwner()) {
-        connectionLost();
+        dropConnection();
         return false;
     }
     m_reader = std::make_unique<XcbSelectionReader>(*m_x, m_clock, m_window, m_x->atom("CLIPBOARD"));
@@ -86,7 +89,7 @@ bool XcbPasteboard::watchOwner()
     return true;
 }
 
-void XcbPasteboard::connectionLost()
+void XcbPasteboard::dropConnection()
 {
     m_readable.reset(); // before the connection whose socket it watches
     m_reader.reset();
@@ -96,13 +99,31 @@ void XcbPasteboard::connectionLost()
     m_x.reset();
 }
 
+/// On Wayland this program outlives it, and the compositor starts another.
+void XcbPasteboard::serverGone()
+{
+    qCWarning(lcPasteboard, "The X server is gone, and the clipboard with it");
+    m_reader->abandon();
+    m_lastOwner = {};
+    dropConnection();
+    joinLater(firstPause);
+}
+
+void XcbPasteboard::joinLater(std::chrono::seconds pause)
+{
+    m_joining = m_clock.singleShot(pause, [this, pause] {
+        if (connected())
+            qCInfo(lcPasteboard, "There is an X server again");
+        else
+            joinLater(std::min(2 * pause, longestPause));
+    });
+}
+
 void XcbPasteboard::readEvents()
 {
     handleEvents(&xcb_poll_for_event);
-    if (m_x && m_x->isBroken()) {
-        qCWarning(lcPasteboard, "The X server is gone, and the clipboard with it");
-        connectionLost();
-    }
+    if (m_x && m_x->isBroken())
+        serverGone();
 }
 
 void XcbPasteboard::readQueuedEvents()

@@ -17,7 +17,8 @@ class Clock;
 /// toolkit's clipboard, whose reading waits on the main thread for as long as
 /// the owner likes, takes any size, and tells a password manager's mark only
 /// once the content has been fetched beside it. On Wayland this is what the
-/// compositor shows to X programs. Main thread.
+/// compositor shows to X programs; a server that is started again is joined.
+/// Main thread.
 class XcbPasteboard : public Pasteboard
 {
     Q_OBJECT
@@ -36,7 +37,9 @@ public:
 private:
     bool connected();
     bool watchOwner();
-    void connectionLost();
+    void dropConnection();
+    void serverGone();
+    void joinLater(std::chrono::seconds pause);
     void readEvents();
     void readQueuedEvents();
     void handleEvents(xcb_generic_event_t *(*next)(xcb_connection_t *));
@@ -60,6 +63,7 @@ private:
     QHash<xcb_atom_t, QString> m_names;
     QStringList m_offered;                          ///< the targets of the last types()
     std::optional<QList<PasteboardItem>> m_toWrite; ///< waits for the server's time
+    std::unique_ptr<Timer> m_joining;               ///< after the server went
 };
 
 } // namespace orvelle

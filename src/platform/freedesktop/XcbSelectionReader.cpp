@@ -36,6 +36,18 @@ void XcbSelectionReader::fetch(xcb_atom_t target, qint64 maxBytes, QObject *cont
         startNext();
 }
 
+void XcbSelectionReader::abandon()
+{
+    m_silence.reset();
+    m_patience.reset();
+    m_underWay = false;
+    for (const Request &each : std::exchange(m_queue, {})) {
+        if (each.context)
+            QMetaObject::invokeMethod(
+                each.context, [handler = each.handler] { handler(PasteboardError{}); }, Qt::QueuedConnection);
+    }
+}
+
 void XcbSelectionReader::startNext()
 {
     if (m_queue.empty())

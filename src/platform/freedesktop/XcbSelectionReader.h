@@ -23,6 +23,9 @@ public:
 
     void fetch(xcb_atom_t target, qint64 maxBytes, QObject *context, Pasteboard::DataHandler handler);
 
+    /// Answers all requests with Unavailable, from the event loop.
+    void abandon();
+
     void selectionNotify(const xcb_selection_notify_event_t &event);
     /// A property of the window has a new value.
     void propertyArrived(xcb_atom_t property);
