@@ -2240,5 +2240,14 @@ You can change or remove everything here.</translation>
     <message id="tip.message">
         <translation>You have been using it for a month’s worth of days. If you like, leave a tip: it opens a page in your browser.</translation>
     </message>
+    <message id="shortcut.undecided">
+        <translation>The desktop asks whether Orvelle may hold this combination.</translation>
+    </message>
+    <message id="shortcut.denied">
+        <translation>The desktop or you refused the shortcut. Allow it in the desktop’s settings, or bind the command “orvelle toggle” to a key there.</translation>
+    </message>
+    <message id="shortcut.desktopTrigger %@">
+        <translation>The desktop has set: %@</translation>
+    </message>
 </context>
 </TS>

@@ -2240,5 +2240,14 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="tip.message">
         <translation>Vous l’utilisez depuis une trentaine de jours. Si vous le souhaitez, laissez un pourboire : une page s’ouvre dans votre navigateur.</translation>
     </message>
+    <message id="shortcut.undecided">
+        <translation>Le bureau demande si Orvelle peut utiliser cette combinaison.</translation>
+    </message>
+    <message id="shortcut.denied">
+        <translation>Le bureau ou vous avez refusé le raccourci. Autorisez-le dans les réglages du bureau, ou associez-y une touche à la commande « orvelle toggle ».</translation>
+    </message>
+    <message id="shortcut.desktopTrigger %@">
+        <translation>Défini par le bureau : %@</translation>
+    </message>
 </context>
 </TS>

@@ -40,12 +40,18 @@ GlobalShortcut::State stateOf(HotKeyError::Kind kind)
         return GlobalShortcut::State::HeldByAnother;
     case HotKeyError::Kind::NoSuchKey:
         return GlobalShortcut::State::NoSuchKey;
+    case HotKeyError::Kind::Undecided:
+        return GlobalShortcut::State::Undecided;
+    case HotKeyError::Kind::Denied:
+        return GlobalShortcut::State::Denied;
     }
     Q_UNREACHABLE();
 }
 
 void logFailure(const HotKeyError &error)
 {
+    if (error.kind == HotKeyError::Kind::Undecided)
+        return;
     if (error.kind == HotKeyError::Kind::Unavailable)
         qCWarning(lcShortcut, "Failed to install hot key event handler: %d", error.code);
     else
@@ -62,7 +68,10 @@ GlobalShortcut::GlobalShortcut(const Services &services, QObject *parent) : QObj
         logFailure(error);
         setState(stateOf(error.kind));
     });
-    connect(hotKeys, &HotKeyService::hotKeyFound, this, [this] { setState(State::Registered); });
+    connect(hotKeys, &HotKeyService::hotKeyFound, this, [this] {
+        m_state = State::Registered;
+        emit stateChanged(); // also for another trigger
+    });
     connect(&services.defaults, &UserDefaults::changedExternally, this, &GlobalShortcut::storedElsewhere);
 }
 

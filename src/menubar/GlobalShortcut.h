@@ -24,6 +24,8 @@ public:
         HeldByAnother, ///< another program has it
         NoSuchKey,     ///< the keyboard that is set lacks a key of it
         Unavailable,   ///< this desktop lets no program register keys
+        Undecided,     ///< the desktop asks the user
+        Denied,        ///< by the user or the desktop
         Refused,       ///< what is stored is no combination that could be used
     };
 
@@ -40,6 +42,8 @@ public:
     void remove();
 
     State state() const { return m_state; }
+    /// As HotKeyService::desktopTrigger().
+    QString desktopTrigger() const { return m_services.hotKeys.desktopTrigger(); }
     bool isEnabled() const;
     /// What is stored, with the default for what is not; absent when a stored
     /// number is out of range.

@@ -2,6 +2,7 @@
 
 #include <QFlags>
 #include <QObject>
+#include <QString>
 
 #include <optional>
 
@@ -26,6 +27,8 @@ struct HotKeyError {
         Unavailable,   ///< this desktop lets no program register keys
         HeldByAnother, ///< another program has registered the same combination
         NoSuchKey,     ///< the keyboard has no such key or modifier
+        Undecided,     ///< the desktop asks the user; hotKeyFound() or hotKeyLost() follows
+        Denied,        ///< by the user or the desktop
     };
     Kind kind = Kind::Unavailable;
     int code = 0; ///< of the display server, for the log
@@ -45,6 +48,9 @@ public:
     virtual std::optional<HotKeyError> registerHotKey(const HotKey &hotKey) = 0;
     /// Without effect when none is registered.
     virtual void unregisterHotKey() = 0;
+    /// What the desktop says that the combination is, where it decides itself:
+    /// to be shown as it stands. Empty where it is the one asked for.
+    virtual QString desktopTrigger() const { return {}; }
 
 signals:
     /// The combination was pressed; not repeated while it is held down.
@@ -52,7 +58,7 @@ signals:
     /// Another keyboard or layout was set, and the combination can no longer
     /// be, or can be again.
     void hotKeyLost(const orvelle::HotKeyError &error);
-    void hotKeyFound();
+    void hotKeyFound(); ///< or desktopTrigger() is another
 };
 
 } // namespace orvelle

@@ -18,6 +18,15 @@ public:
     }
     void unregisterHotKey() override { registered.reset(); }
 
+    QString trigger; ///< what a desktop that decides itself has set
+    QString desktopTrigger() const override { return trigger; }
+    void userAllows(const QString &description)
+    {
+        trigger = description;
+        emit hotKeyFound();
+    }
+    void userRefuses() { emit hotKeyLost({HotKeyError::Kind::Denied, 1}); }
+
     void userPresses()
     {
         if (registered)

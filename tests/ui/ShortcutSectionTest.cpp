@@ -1,5 +1,6 @@
 #include "ui/settings/ShortcutSection.h"
 
+#include "base/Text.h"
 #include "menubar/GlobalShortcut.h"
 #include "support/FakeHotKeys.h"
 #include "ui/UiWorld.h"
@@ -122,6 +123,26 @@ TEST_F(ShortcutSectionTest, IsReachedAndStartedByTheKeyboard)
         press(KEY_ESC, Qt::NoModifier);
         EXPECT_FALSE(recorder().isRecording());
     }
+}
+
+TEST_F(ShortcutSectionTest, SaysWhatTheDesktopDecides)
+{
+    const auto spoken = [this] {
+        QStringList said;
+        for (const QLabel *label : section.findChildren<QLabel *>())
+            said += label->text();
+        return said.join(u'|');
+    };
+    hotKeys.refusal = HotKeyError{HotKeyError::Kind::Undecided, 0};
+    record(KEY_K, Qt::ControlModifier);
+    EXPECT_EQ(remark(), text("shortcut.undecided"_text));
+    hotKeys.userAllows(u"Press <Ctrl>j"_s);
+    EXPECT_EQ(remark(), QString());
+    EXPECT_TRUE(spoken().contains(text("shortcut.desktopTrigger %@"_text, u"Press <Ctrl>j"_s)));
+    hotKeys.userAllows(u"Press <Ctrl>h"_s);
+    EXPECT_TRUE(spoken().contains(u"<Ctrl>h"_s)) << "another one, in the desktop's own settings";
+    hotKeys.userRefuses();
+    EXPECT_EQ(remark(), text("shortcut.denied"_text));
 }
 
 TEST_F(ShortcutSectionTest, SaysWhyItDoesNotWork)

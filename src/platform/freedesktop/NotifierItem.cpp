@@ -1,5 +1,6 @@
 #include "platform/freedesktop/NotifierItem.h"
 
+#include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/HostMenu.h"
 
 #include <QCoreApplication>
@@ -294,14 +295,8 @@ void NotifierItem::Scroll(int, const QString &orientation)
 
 void NotifierItem::ProvideXdgActivationToken(const QString &token)
 {
-    constexpr qsizetype longestToken = 512;
-    const bool printable = std::ranges::all_of(token, [](QChar c) { return c > u' ' && c < QChar(0x7f); });
-    if (token.isEmpty() || token.size() > longestToken || !printable) {
-        if (calledFromDBus())
-            sendErrorReply(QDBusError::InvalidArgs, u"not an activation token"_s);
-        return;
-    }
-    qputenv("XDG_ACTIVATION_TOKEN", token.toLatin1());
+    if (!takeActivationToken(token) && calledFromDBus())
+        sendErrorReply(QDBusError::InvalidArgs, u"not an activation token"_s);
 }
 
 } // namespace orvelle

@@ -35,6 +35,10 @@ QString remarkOf(GlobalShortcut::State state)
     case GlobalShortcut::State::HeldByAnother:
         return text("shortcut.heldByAnother"_text);
     case GlobalShortcut::State::NoSuchKey:
+    case GlobalShortcut::State::Undecided:
+        return text("shortcut.undecided"_text);
+    case GlobalShortcut::State::Denied:
+        return text("shortcut.denied"_text);
         return text("shortcut.noSuchKey"_text);
     case GlobalShortcut::State::Unavailable:
         return text("shortcut.unavailable"_text);
@@ -128,9 +132,16 @@ void ShortcutSection::refresh()
     if (!m_recorder->isRecording())
         m_recorder->setShortcut(stored);
     m_reset->setEnabled(on && stored != Shortcut());
-    m_spoken->setText(stored && !m_recorder->isRecording() ? spokenString(*stored) : QString());
+    m_spoken->setText(stored && !m_recorder->isRecording() ? spoken(*stored) : QString());
     showRemark();
 }
+/// What the desktop has made of it, where it decides itself.
+QString ShortcutSection::spoken(const Shortcut &stored) const
+{
+    const QString given = m_shortcut.desktopTrigger();
+    return given.isEmpty() ? spokenString(stored) : text("shortcut.desktopTrigger %@"_text, given);
+}
+
 
 /// A failure comes first: a combination that works nowhere conflicts nowhere.
 void ShortcutSection::showRemark()

@@ -30,6 +30,7 @@ private:
     void store(const Shortcut &recorded);
     void refresh();
     void showRemark();
+    QString spoken(const Shortcut &stored) const;
 
     GlobalShortcut &m_shortcut;
     QCheckBox *m_enabled;

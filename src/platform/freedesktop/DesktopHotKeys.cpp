@@ -1,0 +1,17 @@
+#include "platform/freedesktop/DesktopHotKeys.h"
+
+#include "platform/freedesktop/PortalHotKeys.h"
+#include "platform/freedesktop/XcbHotKeys.h"
+#include "platform/freedesktop/wayland/WaylandKeymap.h"
+
+namespace orvelle {
+
+std::unique_ptr<HotKeyService> desktopHotKeys(Clock &clock, const QString &appId, const QString &description)
+{
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return std::make_unique<XcbHotKeys>(clock);
+    const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("orvelle-portal"));
+    return std::make_unique<PortalHotKeys>(PortalHotKeys::Surroundings{bus, clock, appId, description, &waylandKeymap});
+}
+
+} // namespace orvelle
