@@ -44,16 +44,14 @@ QString cleanText(QStringView text)
     return result;
 }
 
-QString cleanLink(const QString &link)
+bool isPlainAddressCharacter(QChar c)
 {
-    QString result = link;
-    result.removeIf([](QChar c) {
-        return c.category() == QChar::Other_Control || isLineEnd(c.unicode()) || isReserved(c.unicode());
-    });
-    result = result.trimmed();
-    result.replace(u'"', QStringLiteral("%22"));
-    result.replace(u'\\', QStringLiteral("%5C"));
-    return cleanText(result);
+    return c.unicode() > 0x20 && c.unicode() < 0x7f && c != u'"' && c != u'\\';
+}
+
+bool isOneText(const QString &a, const QString &b)
+{
+    return a.constData() == b.constData() && a.size() == b.size();
 }
 
 bool isBlank(QChar c)
@@ -95,11 +93,27 @@ QString words(QStringView text)
 
 } // namespace
 
+QString cleanAddress(const QString &address)
+{
+    if (std::ranges::all_of(address, isPlainAddressCharacter))
+        return address;
+    QString result = address;
+    result.removeIf([](QChar c) {
+        return c.category() == QChar::Other_Control || isLineEnd(c.unicode()) || isReserved(c.unicode());
+    });
+    result = result.trimmed();
+    result.replace(u'"', QStringLiteral("%22"));
+    result.replace(u'\\', QStringLiteral("%5C"));
+    result = cleanText(result);
+    return result == address ? address : result;
+}
+
 void RichParagraph::append(QStringView text, RichStyle style)
 {
     if (text.isEmpty())
         return;
-    style.link = cleanLink(style.link);
+    if (runs.isEmpty() || !isOneText(style.link, runs.back().style.link))
+        style.link = cleanAddress(style.link);
     if (!style.link.isEmpty())
         style.underline = false;
     const QString added = cleanText(text);

@@ -24,6 +24,11 @@ struct RichStyle {
     friend bool operator==(const RichStyle &, const RichStyle &) = default;
 };
 
+/// An address as runs keep it: without quotes, control characters and white
+/// space around it. One that is so already comes back as the same text, so that
+/// all runs of a link share it.
+QString cleanAddress(const QString &address);
+
 struct RichRun {
     QString text;
     RichStyle style;

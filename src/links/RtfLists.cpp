@@ -8,6 +8,8 @@ namespace {
 
 constexpr int bulletFormat = 23;
 constexpr int noNumberFormat = 255;
+/// A marker is looked for in the text of a level at each item of the list.
+constexpr qsizetype maxLevelText = 64;
 
 bool containsAny(QStringView text, QStringView characters)
 {
@@ -52,7 +54,7 @@ void RtfLists::setNumberFormat(int format)
 void RtfLists::addLevelText(QStringView text)
 {
     if (Level *level = currentLevel())
-        level->text += text;
+        level->text += text.left(maxLevelText - level->text.size());
 }
 
 void RtfLists::setListId(int id)

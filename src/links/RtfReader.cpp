@@ -21,6 +21,14 @@ using Token = RtfLexer::Token;
 using Destination = RtfDestination;
 using Action = RtfWord::Action;
 
+/// No address that anybody opens is longer, and every run looks at it.
+constexpr qsizetype maxInstruction = 4096;
+
+struct Field {
+    QString instruction;         ///< at most one character longer than it may be
+    std::optional<QString> link; ///< known once a result begins
+};
+
 /// What a group hands down to the groups inside it, and takes back at its end.
 struct Group {
     Destination destination = Destination::Text;
@@ -83,6 +91,7 @@ private:
     void symbol(unsigned char c);
     void word(const Token &token);
     void begin(Destination destination);
+    void beginResult(Field &field);
     void textWord(const RtfWord &known, int value);
     void fontWord(const RtfWord &known, int value);
     void listWord(const RtfWord &known, int value);
@@ -106,7 +115,7 @@ private:
     int m_defaultPage = RtfCharset::windowsLatin1;
     QByteArray m_bytes; ///< text not decoded yet
     QString m_chars;    ///< text not given to its destination yet
-    std::vector<QString> m_fields;
+    std::vector<Field> m_fields;
     RichParagraph m_paragraph;
     std::optional<ListKind> m_legacyList;
     QString m_markerText;
@@ -232,7 +241,7 @@ void Reader::begin(Destination destination)
     case Destination::FieldResult:
         group().destination = Destination::Text;
         if (group().field >= 0)
-            group().style.link = linkOfField(m_fields[static_cast<std::size_t>(group().field)]);
+            beginResult(m_fields[static_cast<std::size_t>(group().field)]);
         break;
     case Destination::UnicodeForm:
         group().destination = around == Destination::TwoForms ? Destination::Text : Destination::Skip;
@@ -240,6 +249,15 @@ void Reader::begin(Destination destination)
     default:
         break;
     }
+}
+
+void Reader::beginResult(Field &field)
+{
+    const bool isTooLong = field.instruction.size() > maxInstruction;
+    if (!field.link)
+        field.link = isTooLong ? QString() : cleanAddress(linkOfField(field.instruction));
+    group().style.link = *field.link;
+    m_result.incomplete = m_result.incomplete || isTooLong;
 }
 
 void Reader::textWord(const RtfWord &known, int value)
@@ -396,8 +414,10 @@ void Reader::commit()
         m_lists.addLevelText(m_chars);
         break;
     case Destination::FieldInstruction:
-        if (group().field >= 0)
-            m_fields[static_cast<std::size_t>(group().field)] += m_chars;
+        if (group().field >= 0) {
+            QString &instruction = m_fields[static_cast<std::size_t>(group().field)].instruction;
+            instruction += QStringView(m_chars).left(maxInstruction + 1 - instruction.size());
+        }
         break;
     default:
         break;

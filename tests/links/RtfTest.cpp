@@ -165,6 +165,35 @@ TEST(RtfTest, TellsWhatItLeavesOut)
         EXPECT_EQ(readRtf(c.rtf)->incomplete, c.incomplete) << c.rtf;
 }
 
+/// What is written once and counts for much of the text must not be looked at,
+/// or kept, again for each part of it: a small file would take hours.
+TEST(RtfTest, WhatCountsForManyRunsIsKeptOnceAndBounded)
+{
+    const auto field = [](const QByteArray &address) {
+        return "{\\rtf1{\\field{\\fldinst{HYPERLINK \"" + address + "\"}}{\\fldrslt a{\\b b}\\par c}}}";
+    };
+    for (const char *address : {"https://h/a", "https://h/ \\u233 ?", "https://h/\\'e9"}) {
+        const auto read = readRtf(field(address));
+        ASSERT_TRUE(read);
+        const QList<RichParagraph> &paragraphs = read->text.paragraphs;
+        ASSERT_EQ(paragraphs.size(), 2);
+        ASSERT_EQ(paragraphs[0].runs.size(), 2);
+        const QString &link = paragraphs[0].runs[0].style.link;
+        EXPECT_TRUE(link.startsWith(u"https://h/")) << address;
+        EXPECT_EQ(paragraphs[0].runs[1].style.link.constData(), link.constData()) << address;
+        EXPECT_EQ(paragraphs[1].runs[0].style.link.constData(), link.constData()) << address;
+    }
+    const auto tooLong = readRtf(field("https://h/" + QByteArray(5000, 'a')));
+    ASSERT_TRUE(tooLong);
+    EXPECT_TRUE(tooLong->incomplete);
+    EXPECT_EQ(outline(tooLong->text), u"a[b:b]|c");
+
+    const QByteArray list = "{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc23{\\leveltext %1\\u9744 ?}}\\listid1}}"
+                            "{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\ls1 a}";
+    EXPECT_EQ(outlineOf(QByteArray(list).replace("%1", "")), u"\u2610a");
+    EXPECT_EQ(outlineOf(QByteArray(list).replace("%1", QByteArray(100, 'x'))), u"\u2022a");
+}
+
 TEST(RtfTest, RefusesWhatIsTooMuch)
 {
     EXPECT_EQ(readRtf("{\\rtf1" + QByteArray(5000, '{')).error(), RtfError::TooDeep);
