@@ -2240,6 +2240,33 @@ You can change or remove everything here.</translation>
     <message id="tip.message">
         <translation>You have been using it for a month’s worth of days. If you like, leave a tip: it opens a page in your browser.</translation>
     </message>
+    <message id="openProgram.title %@">
+        <translation>“%@” leads to a program</translation>
+    </message>
+    <message id="openProgram.message">
+        <translation>This link came with an import or from another device. What it opens would run with all your rights. Open it only if you know where it comes from.</translation>
+    </message>
+    <message id="openProgram.executable %@">
+        <translation>%@ is an executable file.</translation>
+    </message>
+    <message id="openProgram.script %@">
+        <translation>%@ is a script.</translation>
+    </message>
+    <message id="openProgram.desktopEntry %@">
+        <translation>%@ starts an application (desktop entry).</translation>
+    </message>
+    <message id="openProgram.programFile %@">
+        <translation>%@ is of a kind that runs when it is opened.</translation>
+    </message>
+    <message id="openProgram.onShare %@">
+        <translation>%@ is a program on a server or in another place.</translation>
+    </message>
+    <message id="openProgram.open">
+        <translation>Open</translation>
+    </message>
+    <message id="openProgram.askFirst">
+        <translation>The link came with an import or from another device; choose it in the menu of Orvelle, which asks first.</translation>
+    </message>
     <message id="shortcut.undecided">
         <translation>The desktop asks whether Orvelle may hold this combination.</translation>
     </message>

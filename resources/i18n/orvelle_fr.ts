@@ -2240,6 +2240,33 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="tip.message">
         <translation>Vous l’utilisez depuis une trentaine de jours. Si vous le souhaitez, laissez un pourboire : une page s’ouvre dans votre navigateur.</translation>
     </message>
+    <message id="openProgram.title %@">
+        <translation>« %@ » mène à un programme</translation>
+    </message>
+    <message id="openProgram.message">
+        <translation>Ce lien vient d’un import ou d’un autre appareil. Ce qu’il ouvre s’exécuterait avec tous vos droits. Ne l’ouvrez que si vous en connaissez la provenance.</translation>
+    </message>
+    <message id="openProgram.executable %@">
+        <translation>%@ est un fichier exécutable.</translation>
+    </message>
+    <message id="openProgram.script %@">
+        <translation>%@ est un script.</translation>
+    </message>
+    <message id="openProgram.desktopEntry %@">
+        <translation>%@ lance une application (fichier .desktop).</translation>
+    </message>
+    <message id="openProgram.programFile %@">
+        <translation>%@ est d’un type qui s’exécute à l’ouverture.</translation>
+    </message>
+    <message id="openProgram.onShare %@">
+        <translation>%@ est un programme sur un serveur ou à un autre emplacement.</translation>
+    </message>
+    <message id="openProgram.open">
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="openProgram.askFirst">
+        <translation>Le lien vient d’un import ou d’un autre appareil ; choisissez-le dans le menu d’Orvelle, qui demande d’abord.</translation>
+    </message>
     <message id="shortcut.undecided">
         <translation>Le bureau demande si Orvelle peut utiliser cette combinaison.</translation>
     </message>

@@ -85,13 +85,14 @@ MenuBarManager::Services Application::menuBarServices()
             m_workspace,           m_statusItem,
             m_presenter,           m_windows,
             m_widgets.jobs,        m_core.widgetOrder,
-            symbolImage,           [this] { requestQuit(); }};
+            symbolImage,           [this] { requestQuit(); },
+            &m_core.importMarks};
 }
 
 Windows::Services Application::windowServices()
 {
     return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock, m_core.debugMode,
-             [this](const QUrl &url) { return m_workspace.openUrl(url); }},
+             [this](const QUrl &url) { return m_menuBar.openAddress(url); }},
             {m_core.links, m_core.volumes, m_core.clock},
             [this](AppWindows &windows) { return settingsServices(windows); },
             [this](qint64 seconds) { m_widgets.timer.start(seconds); }};
@@ -146,6 +147,7 @@ void Application::reportHowSettingsOpened()
 {
     if (m_damagedCopy)
         m_storageAlerts.damagedSettingsMovedTo(*m_damagedCopy);
+    m_core.importMarks.dropGone();
     if (m_notWritable)
         m_storageAlerts.writeFailed(*m_notWritable);
     // The tree was loaded before anybody could listen. A command of another

@@ -7,6 +7,7 @@
 #include "base/Result.h"
 #include "links/FaviconSettings.h"
 #include "links/FaviconStore.h"
+#include "links/ImportMarks.h"
 #include "links/LinkExchange.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
@@ -96,6 +97,7 @@ public:
     StoreHooks hooks;
     CoreJobs jobs;
     LinkStore links;
+    ImportMarks importMarks;
     WidgetOrderManager widgetOrder;
     StoredExchangeSettings exchangeSettings;
     LinkExchange exchange;

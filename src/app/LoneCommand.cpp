@@ -88,6 +88,12 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
                                if (!sync)
                                    sync = std::make_unique<SyncServices>(syncServicesOf(core));
                                return *sync;
+                           },
+                           [&core](const LinkItem &item) -> std::optional<QString> {
+                               GioWorkspace workspace;
+                               const LinkOpener opener(core.links, workspace, core.clock);
+                               const auto program = opener.programToAskAbout(item, core.importMarks);
+                               return program ? std::optional(askFirstText(*program)) : std::nullopt;
                            }};
     CommandResult result = call.command->run(call.arguments, context);
     if (settings.damagedCopy)

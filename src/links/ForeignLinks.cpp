@@ -1,5 +1,6 @@
 #include "links/ForeignLinks.h"
 
+#include "base/AddressSchemes.h"
 #include "base/Text.h"
 #include "links/BookmarkMaintenance.h"
 #include "links/LinkDetection.h"
@@ -26,12 +27,13 @@ namespace orvelle {
 namespace {
 
 constexpr std::array unusableSchemes = {
-    // Run code in whatever opens them.
-    "javascript"_L1, "data"_L1, "vbscript"_L1, "livescript"_L1, "mocha"_L1, "jscript"_L1,
     // Mean something inside of one browser only.
-    "about"_L1, "blob"_L1, "brave"_L1, "browser"_L1, "chrome"_L1, "chrome-extension"_L1, "chrome-search"_L1, "edge"_L1,
-    "extension"_L1, "filesystem"_L1, "jar"_L1, "moz-extension"_L1, "opera"_L1, "place"_L1, "resource"_L1,
-    "safari-web-extension"_L1, "view-source"_L1, "vivaldi"_L1, "wyciwyg"_L1};
+    "about"_L1,         "blob"_L1,          "brave"_L1,
+    "browser"_L1,       "chrome"_L1,        "chrome-extension"_L1,
+    "chrome-search"_L1, "edge"_L1,          "extension"_L1,
+    "filesystem"_L1,    "moz-extension"_L1, "opera"_L1,
+    "place"_L1,         "resource"_L1,      "safari-web-extension"_L1,
+    "view-source"_L1,   "vivaldi"_L1};
 
 bool isIgnorable(QChar c)
 {
@@ -165,7 +167,7 @@ std::optional<QString> usableAddress(const QString &address)
     kept = QString(begin, end - begin);
     const QString scheme = schemeOf(kept);
     const bool isDriveLetter = scheme.size() == 1;
-    if (kept.isEmpty() || isRelative(kept) || isDriveLetter ||
+    if (kept.isEmpty() || isRelative(kept) || isDriveLetter || isCodeScheme(scheme) ||
         std::find(unusableSchemes.begin(), unusableSchemes.end(), scheme) != unusableSchemes.end())
         return std::nullopt;
     return kept;

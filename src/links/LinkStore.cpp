@@ -81,6 +81,7 @@ LinkStore::Outcome LinkStore::perform(const Pending &pending, bool triggerSync)
     }
     if (!keepSnapshot(pending.step, pending.reason, m_links))
         return outcome;
+    announceForeign(pending.reason, m_links, after);
     m_links = std::move(after);
     m_pending += pending;
     outcome.applied = true;
@@ -98,6 +99,15 @@ bool LinkStore::keepSnapshot(Step step, const QString &reason, const LinkList &l
     qCWarning(lcLinkStore).noquote() << "No snapshot could be kept, so nothing was changed:" << taken.error().detail;
     emit saveFailed({DefaultsError::Kind::Other, taken.error().detail});
     return false;
+}
+
+/// The reasons of edits whose links come from elsewhere. A step of undo brings
+/// back what was known before.
+void LinkStore::announceForeign(const QString &reason, const LinkList &before, const LinkList &after)
+{
+    static const QStringList foreign{u"import"_s, u"replace"_s, u"sync"_s, u"restore"_s};
+    if (foreign.contains(reason))
+        emit foreignLinksArrive(before, after);
 }
 
 bool LinkStore::saveLinks(bool triggerSync)
@@ -169,8 +179,10 @@ void LinkStore::rebase(Outcome &outcome)
         const bool made = pending.change(after) && keepSnapshot(pending.step, pending.reason, tree);
         if (last)
             outcome = {made, true, tree};
-        if (made)
+        if (made) {
+            announceForeign(pending.reason, tree, after);
             tree = std::move(after);
+        }
         survivors += made ? 1 : 0;
     }
     qCInfo(lcLinkStore) << "Another process changed the links; edits made again:" << survivors << "of"

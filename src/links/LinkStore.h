@@ -184,6 +184,10 @@ signals:
     void historyChanged();
     /// Pictures of items are others now; nothing else is.
     void faviconsChanged();
+    /// An edit with links that others made (an import, a synchronisation, a
+    /// restored snapshot) is about to be stored. Comes again when the edit is
+    /// made again on another process's tree.
+    void foreignLinksArrive(const orvelle::LinkList &before, const orvelle::LinkList &after);
     void saveFailed(const orvelle::DefaultsError &error);
     /// Stored bytes could not be read and were copied to `key`.
     void undecodableDataSetAside(const QString &key);
@@ -225,6 +229,7 @@ private:
 
     Outcome perform(const Pending &pending, bool triggerSync);
     bool keepSnapshot(Step step, const QString &reason, const LinkList &links);
+    void announceForeign(const QString &reason, const LinkList &before, const LinkList &after);
     bool storeTree(bool triggerSync, Outcome &outcome);
     void rebase(Outcome &outcome);
     bool reportFailure(const DefaultsError &error);

@@ -1,14 +1,21 @@
 #pragma once
 
 #include "links/LinkItem.h"
+#include "links/LocalPrograms.h"
 
 #include <QObject>
+#include <QThreadPool>
 
 #include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace orvelle {
 
+class Alerts;
 class Clock;
+class ImportMarks;
 class LinkStore;
 class Workspace;
 
@@ -21,19 +28,49 @@ public:
     /// How long access to a file is kept for its handler to start.
     static constexpr std::chrono::milliseconds accessKept{1000};
 
-    LinkOpener(LinkStore &links, Workspace &workspace, Clock &clock, QObject *parent = nullptr);
+    /// Knows which links came from elsewhere, and how to ask about them.
+    struct Caution {
+        ImportMarks &marks;
+        Alerts &alerts;
+    };
+
+    /// With `caution` it asks before a link that came from elsewhere opens a
+    /// program.
+    LinkOpener(LinkStore &links, Workspace &workspace, Clock &clock, const std::optional<Caution> &caution = {},
+               QObject *parent = nullptr);
+    ~LinkOpener() override;
 
     /// Hands a file to its application, a folder to the file manager, an
     /// address to the handler of its scheme. False when it leads nowhere, and
-    /// for notes and groups, which are not opened this way.
+    /// for notes and groups, which are not opened this way. True also when the
+    /// file is looked at first and the user may be asked.
     bool open(const LinkItem &item);
 
+    /// An address from the text of a note or of an event: when it leads to a
+    /// program, that is asked about each time. False when it leads nowhere.
+    bool openAddress(const QUrl &url);
+
+    /// The program that open() would ask about, found at once and without
+    /// asking. May wait for a disk.
+    std::optional<LocalProgram> programToAskAbout(const LinkItem &item, const ImportMarks &marks) const;
+
 private:
+    using Step = std::function<void()>;
+
+    QString targetOf(const LinkItem &item) const;
+    bool openNow(LinkType type, const QString &target);
     bool openAt(const QString &path, bool (Workspace::*handOver)(const QString &));
+    void openWithCaution(LinkType type, const QString &name, const QString &target, const Step &allowed);
+    void ask(const QString &name, const LocalProgram &program, const Step &allowed);
 
     LinkStore &m_links;
     Workspace &m_workspace;
     Clock &m_clock;
+    std::optional<Caution> m_caution;
+    std::unique_ptr<QThreadPool> m_looking;
 };
+
+/// Why a command that cannot ask does not open what is behind the link.
+QString askFirstText(const LocalProgram &program);
 
 } // namespace orvelle

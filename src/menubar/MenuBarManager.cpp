@@ -23,13 +23,20 @@ QString menuletIconKey()
     return QStringLiteral("MenuletIcon");
 }
 
+std::optional<LinkOpener::Caution> cautionOf(const MenuBarManager::Services &services)
+{
+    if (!services.marks)
+        return std::nullopt;
+    return LinkOpener::Caution{*services.marks, services.alerts};
+}
+
 } // namespace
 
 MenuBarManager::MenuBarManager(const Services &services, QObject *parent)
     : QObject(parent),
       m_services(services),
       m_builder(services.links, services.widgetOrder, services.jobs),
-      m_opener(services.links, services.workspace, services.clock)
+      m_opener(services.links, services.workspace, services.clock, cautionOf(services))
 {
 }
 

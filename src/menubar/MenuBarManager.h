@@ -20,6 +20,7 @@ class Alerts;
 class AppWindows;
 class Clock;
 class FolderChooser;
+class ImportMarks;
 class LinkStore;
 class Notifications;
 class StartupJobs;
@@ -53,6 +54,8 @@ public:
         SymbolPainter paintSymbol;
         /// Asks the application to end.
         std::function<void()> terminate;
+        /// Which links others made; without it none is asked about.
+        ImportMarks *marks = nullptr;
     };
 
     static constexpr std::chrono::milliseconds repairDelay{1000};
@@ -81,6 +84,8 @@ public:
     void perform(const MenuAction &action);
     /// As chosen in the menu. False when it leads nowhere.
     bool openLink(const LinkItem &item);
+    /// As LinkOpener::openAddress().
+    bool openAddress(const QUrl &url) { return m_opener.openAddress(url); }
     void createAndOpenQuickNote();
     void quitApp();
     void checkAndRepairBookmarks();

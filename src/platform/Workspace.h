@@ -18,8 +18,8 @@ public:
     virtual ~Workspace() = default;
 
     /// Hands the address to the registered handler of its scheme. False when
-    /// the address is invalid, without scheme, or of a scheme that would run
-    /// code ("javascript", "data").
+    /// the address is invalid, without scheme, of a scheme that would run code
+    /// (isCodeScheme()), or of a file on another machine.
     virtual bool openUrl(const QUrl &url) = 0;
     /// Opens a file with its default application.
     virtual bool openFile(const QString &path) = 0;

@@ -81,8 +81,26 @@ TEST_F(WorkspaceTest, AddressesReachTheirHandlerAsTheyAre)
 
 TEST_F(WorkspaceTest, WhatIsNoAddressOrWouldRunCodeIsRefused)
 {
-    for (const QString &text : {u""_s, u"example.org"_s, u"/etc/passwd"_s, u"http://[bad"_s, u"javascript:alert(1)"_s,
-                                u"JavaScript:alert(1)"_s, u"data:text/html,x"_s, u"vbscript:x"_s})
+    for (const QString &text : {u""_s,
+                                u"example.org"_s,
+                                u"/etc/passwd"_s,
+                                u"http://[bad"_s,
+                                u"javascript:alert(1)"_s,
+                                u"JavaScript:alert(1)"_s,
+                                u"data:text/html,x"_s,
+                                u"vbscript:x"_s,
+                                u"jar:file:///x.jar!/y"_s,
+                                u"applications:///web.desktop"_s,
+                                u"PROGRAMS:/web.desktop"_s,
+                                u"\x01javascript:alert(1)"_s,
+                                u"java\tscript:alert(1)"_s,
+                                u"java\nscript:alert(1)"_s,
+                                u"%6aavascript:alert(1)"_s,
+                                u"javascript%3Aalert(1)"_s,
+                                u"\u00A0javascript:alert(1)"_s,
+                                u"jAvAsCrIpT://example.org/%0aalert(1)"_s,
+                                u"file://elsewhere.example/etc/passwd"_s,
+                                u"file:///etc/passwd%00.txt"_s})
         EXPECT_FALSE(workspace.openUrl(QUrl(text))) << qPrintable(text);
     for (const QString &path : {u""_s, u"relative/file"_s}) {
         EXPECT_FALSE(workspace.openFile(path));

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace orvelle {
 
@@ -51,6 +52,9 @@ struct CommandContext {
     AppControl *app = nullptr; ///< null without a running application
     /// Set up when first asked for.
     std::function<SyncControl &()> sync = {};
+    /// Why an item is not opened by a command that cannot ask; absent when it
+    /// may. Only without a running application.
+    std::function<std::optional<QString>(const LinkItem &)> refusalToOpen = {};
 };
 
 } // namespace orvelle

@@ -83,6 +83,8 @@ CommandResult runOpen(const CommandArguments &arguments, CommandContext &context
         return CommandResult::refused(QStringLiteral("A group cannot be opened."));
     if (item->type == LinkType::Note && !context.app)
         return CommandResult::refused(QStringLiteral("Orvelle must be running to open a note."));
+    if (const auto why = context.refusalToOpen ? context.refusalToOpen(*item) : std::nullopt)
+        return CommandResult::refused(*why);
     if (!context.open(*item))
         return CommandResult::refused(QStringLiteral("This link leads nowhere, or nothing can open it."));
     return CommandResult::done();

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/GioWorkspace.h"
 
+#include "base/AddressSchemes.h"
 #include "platform/freedesktop/GioLaunch.h"
 #include "platform/freedesktop/WindowFocus.h"
 
@@ -10,9 +11,6 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QUrl>
-
-#include <algorithm>
-#include <array>
 
 namespace orvelle {
 
@@ -26,13 +24,21 @@ constexpr int fileManagerTimeoutMs = 10'000; // it may have to be started first
 constexpr int lastLaunchesMs = 2000;
 constexpr int mostLaunchers = 4;
 
-/// Addresses whose opening would run what they contain.
-constexpr std::array codeSchemes{"javascript"_L1, "data"_L1, "vbscript"_L1};
+/// A file of another machine does not exist here. Those who open such an address
+/// overlook the host and take the file of that name on this one.
+bool isHere(const QUrl &fileUrl)
+{
+    const QString host = fileUrl.host();
+    return host.isEmpty() || host == u"localhost" ||
+           host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
+}
 
 bool mayBeOpened(const QUrl &url)
 {
-    return url.isValid() && !url.scheme().isEmpty() &&
-           std::ranges::find(codeSchemes, url.scheme().toLower()) == codeSchemes.end();
+    if (!url.isValid() || url.scheme().isEmpty() || isCodeScheme(url.scheme()))
+        return false;
+    // A zero byte would end the path early for everybody who opens it.
+    return url.scheme() != u"file" || (isHere(url) && !url.path(QUrl::FullyDecoded).contains(QChar(0)));
 }
 
 /// Logs the failure only: what was opened is nobody's business.
