@@ -51,18 +51,30 @@ QByteArray styleWords(const RichStyle &style)
 void appendRun(QByteArray &out, const RichRun &run)
 {
     const QByteArray words = styleWords(run.style);
-    if (words.isEmpty()) {
-        appendText(out, run.text);
-        return;
-    }
-    if (!run.style.link.isEmpty()) {
-        out += "{\\field{\\*\\fldinst{HYPERLINK \"";
-        appendText(out, run.style.link);
-        out += "\"}}{\\fldrslt ";
-    }
-    out += '{' + words + ' ';
+    if (!words.isEmpty())
+        out += '{' + words + ' ';
     appendText(out, run.text);
-    out += run.style.link.isEmpty() ? "}" : "}}}";
+    if (!words.isEmpty())
+        out += '}';
+}
+
+/// Neighbours with the same link stand in one field.
+void appendRuns(QByteArray &out, const QList<RichRun> &runs)
+{
+    QString link;
+    for (const RichRun &run : runs) {
+        if (run.style.link != link) {
+            out += link.isEmpty() ? "" : "}}";
+            link = run.style.link;
+            if (!link.isEmpty()) {
+                out += "{\\field{\\*\\fldinst{HYPERLINK \"";
+                appendText(out, link);
+                out += "\"}}{\\fldrslt ";
+            }
+        }
+        appendRun(out, run);
+    }
+    out += link.isEmpty() ? "" : "}}";
 }
 
 /// One entry of the list table. Numbered lists have one each, as their numbers
@@ -186,8 +198,7 @@ QByteArray writeRtf(const RichText &text)
             appendText(out, listMarker(paragraph.list, lists.markerOf(i), paragraph.checked));
             out += "\\tab }";
         }
-        for (const RichRun &run : paragraph.runs)
-            appendRun(out, run);
+        appendRuns(out, paragraph.runs);
     }
     return out + "}";
 }

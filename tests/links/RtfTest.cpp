@@ -269,6 +269,18 @@ TEST(RtfTest, WhatIsWrittenReadsBackAsTheSame)
     }
 }
 
+TEST(RtfTest, ALinkIsWrittenOnceForAllItsRuns)
+{
+    RichText text;
+    for (const bool bold : {false, true, false})
+        text.paragraphs.front().append(u"a", {.bold = bold, .link = QStringLiteral("https://h/")});
+    text.paragraphs.front().append(u"b", {});
+    text.paragraphs.front().append(u"c", {.link = QStringLiteral("https://i/")});
+    const QByteArray rtf = writeRtf(text);
+    EXPECT_EQ(rtf.count("HYPERLINK"), 2);
+    EXPECT_EQ(readRtf(rtf)->text, text);
+}
+
 TEST(RtfTest, HostileFilesAreReadOrRefused)
 {
     const auto count =
