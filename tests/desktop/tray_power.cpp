@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <optional>
 
 namespace orvelle::test {
 namespace {
@@ -183,6 +184,24 @@ TEST_F(PowerTest, ABusAndALogindThatComeLateAreJoined)
     EXPECT_TRUE(holdsShutdown());
     system.announce(u"PrepareForShutdown"_s, true);
     EXPECT_TRUE(waitFor([&] { return events.contains(u"off"_s); }));
+}
+
+TEST_F(PowerTest, ABusThatIsStartedAgainIsJoinedAgain)
+{
+    auto system = std::make_optional<FakeSystem>();
+    power.start();
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(holdsShutdown());
+        system.reset();
+        ASSERT_TRUE(waitFor([this] { return !power.delaysShutdown(); }));
+        system.emplace();
+    }
+    ASSERT_TRUE(holdsShutdown());
+    settle();
+    system->announce(u"PrepareForSleep"_s, true);
+    system->lockedHint(true);
+    EXPECT_TRUE(waitFor([this] { return events.size() >= 2; }));
+    EXPECT_EQ(events, (QStringList{u"sleep"_s, u"dark"_s}));
 }
 
 TEST_F(PowerTest, TerminationSignalsAreEventsOnce)

@@ -108,11 +108,23 @@ void LogindPowerEvents::joinSystemBus()
                 else
                     logindAppeared();
             });
+    m_systemBus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+                        SLOT(systemBusLost()));
     m_systemBus.connect(logindService(), managerPath(), managerInterface(), u"PrepareForShutdown"_s, this,
                         SLOT(prepareForShutdown(bool)));
     m_systemBus.connect(logindService(), managerPath(), managerInterface(), u"PrepareForSleep"_s, this,
                         SLOT(prepareForSleep(bool)));
     logindAppeared();
+}
+
+void LogindPowerEvents::systemBusLost()
+{
+    qCInfo(lcPowerEvents, "the system bus is gone");
+    m_logind.reset();
+    logindVanished();
+    m_sessionPath.clear();
+    QDBusConnection::disconnectFromBus(m_connectionName);
+    joinSystemBus(); // it may be there again
 }
 
 void LogindPowerEvents::watchForSystemBus()
@@ -121,22 +133,23 @@ void LogindPowerEvents::watchForSystemBus()
     if (!m_busSocket) {
         qCInfo(lcPowerEvents, "no system bus: shutdown and sleep are not announced");
         m_busSocket = std::make_unique<QFileSystemWatcher>();
-        connect(m_busSocket.get(), &QFileSystemWatcher::directoryChanged, this, [this] {
-            // From the event loop: joining destroys this watcher.
-            QMetaObject::invokeMethod(
-                this,
-                [this] {
-                    if (m_busSocket)
-                        joinSystemBus();
-                },
+        // From the event loop: joining destroys this watcher.
+        connect(m_busSocket.get(), &QFileSystemWatcher::directoryChanged, this, &LogindPowerEvents::joinAgain,
                 Qt::QueuedConnection);
-        });
     }
     if (socket.isEmpty())
         return;
     const QString folder = existingFolderAbove(socket);
-    if (!m_busSocket->directories().contains(folder))
-        m_busSocket->addPath(folder);
+    if (m_busSocket->directories().contains(folder) || !m_busSocket->addPath(folder))
+        return;
+    // It may have come just before it was watched for.
+    QMetaObject::invokeMethod(this, &LogindPowerEvents::joinAgain, Qt::QueuedConnection);
+}
+
+void LogindPowerEvents::joinAgain()
+{
+    if (m_busSocket)
+        joinSystemBus();
 }
 
 void LogindPowerEvents::logindAppeared()

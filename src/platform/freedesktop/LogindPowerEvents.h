@@ -16,7 +16,7 @@ class TerminationSignals;
 /// Power and session events from logind on the system bus, the screen saver on
 /// the session bus, and the process's termination signals. A system without
 /// bus or logind is a stated condition, logged once; both are joined when they
-/// appear.
+/// appear, also again.
 class LogindPowerEvents : public PowerEvents
 {
     Q_OBJECT
@@ -42,6 +42,7 @@ public slots:
     void sessionEnds();
 
 private slots:
+    void systemBusLost();
     void prepareForShutdown(bool begins);
     void prepareForSleep(bool begins);
     void sessionPropertiesChanged(const QString &interface, const QVariantMap &changed);
@@ -50,6 +51,7 @@ private slots:
 private:
     void joinSystemBus();
     void watchForSystemBus();
+    void joinAgain();
     void logindAppeared();
     void logindVanished();
     void takeInhibitor();
