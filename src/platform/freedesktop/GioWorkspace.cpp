@@ -21,8 +21,7 @@ Q_LOGGING_CATEGORY(lcWorkspace, "Workspace", QtInfoMsg)
 namespace {
 
 constexpr int fileManagerTimeoutMs = 10'000; // it may have to be started first
-constexpr int lastLaunchesMs = 2000;
-constexpr int mostLaunchers = 4;
+constexpr int mostLaunchers = 4;             ///< one dead network disk must not stop the others
 
 /// A file of another machine does not exist here. Those who open such an address
 /// overlook the host and take the file of that name on this one.
@@ -51,23 +50,17 @@ void reportFailure(const char *what, const QString &failure)
 } // namespace
 
 GioWorkspace::GioWorkspace(const QDBusConnection &sessionBus)
-    : m_bus(sessionBus), m_launchers(std::make_unique<QThreadPool>()), m_focus(std::make_unique<WindowFocus>())
+    : m_bus(sessionBus), m_launchers(mostLaunchers), m_focus(std::make_unique<WindowFocus>())
 {
-    m_launchers->setMaxThreadCount(mostLaunchers); // one dead network disk must not stop the others
 }
 
-GioWorkspace::~GioWorkspace()
-{
-    // The pool would wait without end for a launcher that hangs.
-    if (!m_launchers->waitForDone(lastLaunchesMs))
-        static_cast<void>(m_launchers.release());
-}
+GioWorkspace::~GioWorkspace() = default;
 
 bool GioWorkspace::openUrl(const QUrl &url)
 {
     if (!mayBeOpened(url))
         return false;
-    launch([encoded = url.toEncoded()] { reportFailure("an address", gio::openAddress(encoded)); });
+    m_launchers.run([encoded = url.toEncoded()] { reportFailure("an address", gio::openAddress(encoded)); });
     return true;
 }
 
@@ -75,7 +68,7 @@ bool GioWorkspace::openFile(const QString &path)
 {
     if (!QDir::isAbsolutePath(path))
         return false;
-    launch([path] { reportFailure("a file", gio::openFile(path)); });
+    m_launchers.run([path] { reportFailure("a file", gio::openFile(path)); });
     return true;
 }
 
@@ -98,7 +91,7 @@ bool GioWorkspace::reveal(const QString &path)
 void GioWorkspace::askFileManager(const QString &method, const QString &path, const QString &fallbackFolder)
 {
     const auto openByEntry = [this, fallbackFolder] {
-        launch([fallbackFolder] { reportFailure("a folder", gio::openFolder(fallbackFolder)); });
+        m_launchers.run([fallbackFolder] { reportFailure("a folder", gio::openFolder(fallbackFolder)); });
     };
     if (!m_bus.isConnected()) {
         openByEntry();
@@ -117,11 +110,6 @@ void GioWorkspace::askFileManager(const QString &method, const QString &path, co
         if (pending->isError() && pending->error().type() != QDBusError::NoReply)
             openByEntry();
     });
-}
-
-void GioWorkspace::launch(std::function<void()> work)
-{
-    m_launchers->start(std::move(work));
 }
 
 WindowToken GioWorkspace::focusedWindow() const

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "platform/Workspace.h"
+#include "platform/freedesktop/PatientThreads.h"
 
 #include <QDBusConnection>
 #include <QObject>
-#include <QThreadPool>
-
-#include <functional>
-#include <memory>
 
 namespace orvelle {
 
@@ -37,10 +34,9 @@ public:
 
 private:
     void askFileManager(const QString &method, const QString &path, const QString &fallbackFolder);
-    void launch(std::function<void()> work);
 
     QDBusConnection m_bus;
-    std::unique_ptr<QThreadPool> m_launchers;
+    PatientThreads m_launchers;
     std::unique_ptr<WindowFocus> m_focus;
 };
 

@@ -1,10 +1,10 @@
 #include "platform/freedesktop/LibsecretStore.h"
 
 #include "platform/freedesktop/GLibPointers.h"
+#include "platform/freedesktop/SerialWorker.h"
 
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QThreadPool>
 
 #include <libsecret/secret.h>
 
@@ -70,35 +70,10 @@ bool hasSessionBus()
 
 } // namespace
 
-/// Everything but the constructor and the destructor runs on the pool's thread.
-class LibsecretStore::Worker : public QObject
+/// What a question needs, on the worker's thread.
+class LibsecretStore::Keyring
 {
 public:
-    Worker() : m_cancel(g_cancellable_new())
-    {
-        m_thread.setMaxThreadCount(1); // answers come in the order of the questions
-    }
-    ~Worker() override
-    {
-        g_cancellable_cancel(m_cancel.get());
-        m_thread.waitForDone();
-    }
-
-    /// Hands what `work` gives over to `done` on the thread of this object.
-    template<typename T>
-    void run(std::function<Result<T, SecretError>(Worker &)> work,
-             std::function<void(const Result<T, SecretError> &)> done)
-    {
-        m_thread.start([this, work = std::move(work), done = std::move(done)] {
-            if (g_cancellable_is_cancelled(m_cancel.get()))
-                return;
-            Result<T, SecretError> result = work(*this);
-            if (!result)
-                qCWarning(lcSecrets).noquote() << "The keyring does not answer as it should:" << result.error().detail;
-            QMetaObject::invokeMethod(this, [done, result = std::move(result)] { done(result); });
-        });
-    }
-
     /// A fresh one each time: a keyring that was started again has forgotten
     /// the session.
     Result<ObjectPtr<SecretService>, SecretError> service()
@@ -124,11 +99,38 @@ public:
         reason.kind = SecretError::Kind::Unavailable;
         return reason;
     }
+    /// Of all questions, by the store's end.
     GCancellable *cancel() const { return m_cancel.get(); }
 
 private:
-    ObjectPtr<GCancellable> m_cancel;
-    QThreadPool m_thread;
+    ObjectPtr<GCancellable> m_cancel{g_cancellable_new()};
+};
+
+/// Puts one question after the other, on a thread of its own.
+class LibsecretStore::Worker
+{
+public:
+    Worker() = default;
+    ~Worker() { g_cancellable_cancel(m_keyring->cancel()); }
+    Q_DISABLE_COPY_MOVE(Worker)
+
+    /// Hands what `work` gives over to `done` on the main thread.
+    template<typename T>
+    void run(std::function<Result<T, SecretError>(Keyring &)> work,
+             std::function<void(const Result<T, SecretError> &)> done)
+    {
+        m_thread.run([keyring = m_keyring, work = std::move(work), done = std::move(done)]() -> SerialWorker::Delivery {
+            Result<T, SecretError> result = work(*keyring);
+            if (!result && !g_cancellable_is_cancelled(keyring->cancel()))
+                qCWarning(lcSecrets).noquote() << "The keyring does not answer as it should:" << result.error().detail;
+            return [done, result = std::move(result)] { done(result); };
+        });
+    }
+
+private:
+    std::shared_ptr<Keyring> m_keyring = std::make_shared<Keyring>();
+    QObject m_receiver;
+    SerialWorker m_thread{&m_receiver};
 };
 
 namespace {
@@ -168,11 +170,11 @@ void LibsecretStore::lookup(const QString &key, const QString &account,
 {
     using Found = Result<std::optional<QByteArray>, SecretError>;
     m_worker->run<std::optional<QByteArray>>(
-        [key, account](Worker &worker) -> Found {
-            const auto service = worker.service();
+        [key, account](Keyring &keyring) -> Found {
+            const auto service = keyring.service();
             if (!service)
                 return service.error();
-            return find(service->get(), attributesOf(key, account).get(), worker.cancel());
+            return find(service->get(), attributesOf(key, account).get(), keyring.cancel());
         },
         std::move(done));
 }
@@ -181,15 +183,15 @@ void LibsecretStore::store(const QString &key, const QString &account, const QSt
                            std::function<void(const Result<Nothing, SecretError> &)> done)
 {
     m_worker->run<Nothing>(
-        [key, account, label, secret](Worker &worker) -> Result<Nothing, SecretError> {
-            const auto service = worker.service();
+        [key, account, label, secret](Keyring &keyring) -> Result<Nothing, SecretError> {
+            const auto service = keyring.service();
             if (!service)
                 return service.error();
             const ValuePtr value(secret_value_new(secret.constData(), secret.size(), "application/octet-stream"));
             GError *error = nullptr;
             if (!secret_service_store_sync(service->get(), schema(), attributesOf(key, account).get(),
                                            SECRET_COLLECTION_DEFAULT, label.toUtf8().constData(), value.get(),
-                                           worker.cancel(), &error))
+                                           keyring.cancel(), &error))
                 return taken(error);
             return Nothing{};
         },
@@ -200,12 +202,12 @@ void LibsecretStore::remove(const QString &key, const QString &account,
                             std::function<void(const Result<Nothing, SecretError> &)> done)
 {
     m_worker->run<Nothing>(
-        [key, account](Worker &worker) -> Result<Nothing, SecretError> {
-            const auto service = worker.service();
+        [key, account](Keyring &keyring) -> Result<Nothing, SecretError> {
+            const auto service = keyring.service();
             if (!service)
                 return service.error();
             GError *error = nullptr;
-            secret_service_clear_sync(service->get(), schema(), attributesOf(key, account).get(), worker.cancel(),
+            secret_service_clear_sync(service->get(), schema(), attributesOf(key, account).get(), keyring.cancel(),
                                       &error);
             if (error != nullptr)
                 return taken(error);

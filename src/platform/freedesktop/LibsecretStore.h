@@ -14,7 +14,7 @@ namespace orvelle {
 /// libsecret is asked on a thread of this object, one question after the
 /// other, as its asynchronous calls would need a GLib main loop under ours.
 /// Nothing is connected before the first question. Destroying the store takes
-/// back a question that waits for the user.
+/// back a question that waits for the user, and waits a moment for that.
 ///
 ///     LibsecretStore secrets;
 ///     secrets.lookup("webdav", account, [](const auto &found) { ... });
@@ -34,6 +34,7 @@ public:
                 std::function<void(const Result<Nothing, SecretError> &)> done) override;
 
 private:
+    class Keyring;
     class Worker;
     std::unique_ptr<Worker> m_worker;
 };
