@@ -16,6 +16,9 @@ public:
     /// light ones or says nothing.
     virtual bool prefersDark() const = 0;
 
+    /// True when the desktop asks for colours that stand out more than usual.
+    virtual bool prefersHighContrast() const { return false; }
+
 signals:
     void changed();
 };

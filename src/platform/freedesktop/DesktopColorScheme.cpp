@@ -39,12 +39,35 @@ QString schemeKey()
     return u"color-scheme"_s;
 }
 
-bool gtkPrefersDark()
+QString contrastKey()
+{
+    return u"contrast"_s;
+}
+
+QVariant gtkSetting(const QString &key)
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    const QSettings gtk(folder + u"/gtk-3.0/settings.ini"_s, QSettings::IniFormat);
-    return gtk.value(u"Settings/gtk-application-prefer-dark-theme"_s).toBool() ||
-           gtk.value(u"Settings/gtk-theme-name"_s).toString().endsWith(u"-dark"_s, Qt::CaseInsensitive);
+    return QSettings(folder + u"/gtk-3.0/settings.ini"_s, QSettings::IniFormat).value(u"Settings/"_s + key);
+}
+
+QString gtkTheme()
+{
+    return gtkSetting(u"gtk-theme-name"_s).toString();
+}
+
+bool gtkPrefersDark()
+{
+    return gtkSetting(u"gtk-application-prefer-dark-theme"_s).toBool() ||
+           gtkTheme().endsWith(u"-dark"_s, Qt::CaseInsensitive) ||
+           gtkTheme().compare(u"HighContrastInverse"_s, Qt::CaseInsensitive) == 0;
+}
+
+/// Read() wraps its answer twice.
+uint numberIn(QVariant value)
+{
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value.toUInt();
 }
 
 } // namespace
@@ -71,6 +94,11 @@ void DesktopColorScheme::start()
 bool DesktopColorScheme::prefersDark() const
 {
     return m_preference == Preference::None ? gtkPrefersDark() : m_preference == Preference::Dark;
+}
+
+bool DesktopColorScheme::prefersHighContrast() const
+{
+    return m_highContrast || gtkTheme().startsWith(u"HighContrast"_s, Qt::CaseInsensitive);
 }
 
 QColor DesktopColorScheme::symbolColor() const
@@ -103,34 +131,48 @@ bool DesktopColorScheme::eventFilter(QObject *watched, QEvent *event)
 
 void DesktopColorScheme::askPortal()
 {
+    ask(schemeKey(), &DesktopColorScheme::setPreference);
+    ask(contrastKey(), &DesktopColorScheme::setContrast);
+}
+
+void DesktopColorScheme::ask(const QString &key, void (DesktopColorScheme::*answer)(uint))
+{
     auto call = QDBusMessage::createMethodCall(portalService(), portalPath(), settingsInterface(), u"Read"_s);
-    call << appearanceGroup() << schemeKey();
+    call << appearanceGroup() << key;
     call.setAutoStartService(false);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, portalTimeoutMs), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answer] {
         pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;
         if (reply.isValid())
-            setPreference(reply.value().variant());
+            (this->*answer)(numberIn(reply.value().variant()));
     });
 }
 
 void DesktopColorScheme::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    if (group == appearanceGroup() && key == schemeKey())
-        setPreference(value.variant());
+    if (group != appearanceGroup())
+        return;
+    if (key == schemeKey())
+        setPreference(numberIn(value.variant()));
+    else if (key == contrastKey())
+        setContrast(numberIn(value.variant()));
 }
 
-void DesktopColorScheme::setPreference(const QVariant &value)
+void DesktopColorScheme::setPreference(uint value)
 {
-    QVariant inner = value;
-    while (inner.canConvert<QDBusVariant>()) // Read() wraps its answer twice
-        inner = inner.value<QDBusVariant>().variant();
-    const uint number = inner.toUInt();
-    const auto preference = number <= 2 ? Preference(number) : Preference::None;
+    const auto preference = value <= 2 ? Preference(value) : Preference::None;
     if (preference == m_preference)
         return;
     m_preference = preference;
+    emit changed();
+}
+
+void DesktopColorScheme::setContrast(uint value)
+{
+    if (m_highContrast == (value == 1))
+        return;
+    m_highContrast = value == 1;
     emit changed();
 }
 

@@ -10,9 +10,11 @@
 
 namespace orvelle {
 
-/// Whether the desktop is dark, as org.freedesktop.portal.Settings says
-/// ("org.freedesktop.appearance" "color-scheme"); where the portal is silent,
-/// as the GTK settings file says, which desktops without a portal write.
+/// Whether the desktop is dark, and whether of high contrast, as
+/// org.freedesktop.portal.Settings says ("org.freedesktop.appearance"
+/// "color-scheme" and "contrast"); where the portal is silent, as the GTK
+/// settings file says, which desktops without a portal write (its themes
+/// "HighContrast" and "HighContrastInverse").
 ///
 /// And the colour that symbols on a panel should have: light on a dark desktop
 /// and dark on a light one; where the portal is silent, the text colour of the
@@ -27,6 +29,7 @@ public:
     /// Asks the portal, now and whenever it comes (back); it is not started.
     void start();
     bool prefersDark() const override;
+    bool prefersHighContrast() const override;
     QColor symbolColor() const;
 
     static QColor onDark() { return {0xf5, 0xf5, 0xf5}; }
@@ -43,11 +46,14 @@ private:
     enum class Preference : uint { None = 0, Dark = 1, Light = 2 };
 
     void askPortal();
-    void setPreference(const QVariant &value);
+    void ask(const QString &key, void (DesktopColorScheme::*answer)(uint));
+    void setPreference(uint value);
+    void setContrast(uint value);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_portal;
     Preference m_preference = Preference::None;
+    bool m_highContrast = false;
 };
 
 } // namespace orvelle

@@ -34,8 +34,9 @@ QIcon colorSwatch(const QString &colorKey, const QPalette &palette)
     if (!color)
         return {};
     // White on a white ground and black on a black one need an edge.
-    QColor outline = palette.color(QPalette::WindowText);
-    outline.setAlphaF(0.35F);
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor outline =
+        readable(palette.color(QPalette::Mid), ground, palette.color(QPalette::WindowText), edgeContrast(palette));
     QIcon icon;
     for (const qreal ratio : {1.0, 2.0, 3.0})
         icon.addPixmap(swatchPixmap(toQColor(*color, palette), outline, ratio));

@@ -6,7 +6,13 @@
 namespace orvelle {
 namespace {
 
-constexpr double minimumTextContrast = 4.5;
+constexpr double ordinaryText = 4.5;
+constexpr double ordinaryEdge = 3;
+constexpr double highContrast = 7;
+/// Between text and ground of a palette of high contrast; black on the light
+/// greys of ordinary ones has less.
+constexpr double leastOfHighContrast = 18.5;
+constexpr float separatorOpacity = 0.18F;
 constexpr double strongestTint = 0.34;
 constexpr double blendStep = 0.02;
 
@@ -43,6 +49,42 @@ bool isDark(const QPalette &palette)
     return luminance(palette.color(QPalette::WindowText)) > luminance(palette.color(QPalette::Window));
 }
 
+bool isHighContrast(const QPalette &palette)
+{
+    const QColor ground = palette.color(QPalette::Window);
+    return contrastRatio(palette.color(QPalette::WindowText), ground) >= leastOfHighContrast &&
+           contrastRatio(palette.color(QPalette::Mid), ground) >= highContrast;
+}
+
+double textContrast(const QPalette &palette)
+{
+    return isHighContrast(palette) ? highContrast : ordinaryText;
+}
+
+double edgeContrast(const QPalette &palette)
+{
+    return isHighContrast(palette) ? highContrast : ordinaryEdge;
+}
+
+QColor quiet(const QColor &color, const QColor &ground, double share, const QPalette &palette)
+{
+    return readable(blend(color, ground, share), ground, color, textContrast(palette));
+}
+
+QColor accent(const QPalette &palette, const QColor &ground)
+{
+    return readable(palette.color(QPalette::Highlight), ground, palette.color(QPalette::WindowText),
+                    edgeContrast(palette));
+}
+
+QColor separatorColor(const QPalette &palette)
+{
+    QColor line = palette.color(QPalette::WindowText);
+    if (!isHighContrast(palette))
+        line.setAlphaF(separatorOpacity);
+    return line;
+}
+
 QColor toQColor(const LinkColor &color, const QPalette &palette)
 {
     return QColor::fromRgb(isDark(palette) ? color.dark : color.light);
@@ -58,11 +100,11 @@ QColor readable(const QColor &color, const QColor &ground, const QColor &towards
     return towards;
 }
 
-Tint softTint(const QColor &tint, const QColor &ground, const QColor &text)
+Tint softTint(const QColor &tint, const QColor &ground, const QColor &text, double ratio)
 {
     for (double share = strongestTint; share > 0; share -= blendStep) {
         const QColor tinted = blend(ground, tint, share);
-        if (contrastRatio(tinted, text) >= minimumTextContrast)
+        if (contrastRatio(tinted, text) >= ratio)
             return {tinted, text};
     }
     const QColor tinted = blend(ground, tint, strongestTint);

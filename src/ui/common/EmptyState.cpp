@@ -1,5 +1,6 @@
 #include "ui/common/EmptyState.h"
 
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 
 #include <QEvent>
@@ -72,7 +73,8 @@ QSize EmptyState::minimumSizeHint() const
 void EmptyState::updatePicture()
 {
     QColor color = palette().color(QPalette::Text);
-    color.setAlphaF(0.35F);
+    if (!isHighContrast(palette()))
+        color.setAlphaF(0.35F);
     m_picture->setPixmap(symbolPixmap(m_symbol, pictureSide, color, devicePixelRatioF()));
 }
 

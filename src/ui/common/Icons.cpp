@@ -38,7 +38,15 @@ int deviceSide(int side, qreal ratio)
     return static_cast<int>(std::lround(side * ratio));
 }
 
-/// Draws its symbol anew for each size, mode and palette.
+/// Whether the symbol means before or after, and not a side of the screen.
+bool pointsAlongTheText(const QString &name)
+{
+    return name == "arrow.left"_L1 || name == "arrow.right"_L1 || name.startsWith("arrow.uturn."_L1) ||
+           name.startsWith("arrow.up.forward"_L1);
+}
+
+/// Draws its symbol anew for each size, mode and palette. Where one reads from
+/// right to left, arrows of before and after are turned round.
 class SymbolIconEngine : public QIconEngine
 {
 public:
@@ -50,7 +58,7 @@ public:
         const int side = std::min(rect.width(), rect.height());
         QRect square(0, 0, side, side);
         square.moveCenter(rect.center());
-        painter->drawPixmap(square.topLeft(), symbolPixmap(m_name, side, color(mode), ratio));
+        painter->drawPixmap(square.topLeft(), picture(side, mode, ratio));
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
@@ -62,7 +70,7 @@ public:
     {
         // `size` is in device pixels here.
         const int side = std::min(size.width(), size.height());
-        QPixmap result = symbolPixmap(m_name, side, color(mode), 1);
+        QPixmap result = picture(side, mode, 1);
         result.setDevicePixelRatio(ratio);
         return result;
     }
@@ -72,6 +80,14 @@ public:
     QString key() const override { return u"orvelle-symbol"_s; }
 
 private:
+    QPixmap picture(int side, QIcon::Mode mode, qreal ratio) const
+    {
+        const QPixmap pixmap = symbolPixmap(m_name, side, color(mode), ratio);
+        if (QApplication::layoutDirection() == Qt::LeftToRight || !pointsAlongTheText(m_name))
+            return pixmap;
+        return pixmap.transformed(QTransform::fromScale(-1, 1));
+    }
+
     QColor color(QIcon::Mode mode) const
     {
         const QPalette palette = QApplication::palette();

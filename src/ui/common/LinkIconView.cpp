@@ -16,7 +16,6 @@ constexpr double symbolShare = 0.75;
 constexpr double badgeShare = 0.5;
 constexpr double discShare = 0.55;
 constexpr double badgeShift = 0.15;
-constexpr double symbolContrast = 2.0;
 
 int shareOf(int side, double share)
 {
@@ -63,7 +62,7 @@ QColor linkIconColor(const LinkItem &item, const QPalette &palette, QPalette::Co
 {
     const QPalette::ColorRole textRole = ground == QPalette::Base ? QPalette::Text : QPalette::WindowText;
     return readable(toQColor(displayColor(item), palette), palette.color(ground), palette.color(textRole),
-                    symbolContrast);
+                    textContrast(palette));
 }
 
 void paintLinkIcon(QPainter &painter, const QRect &square, const LinkItem &item, const LinkIconStyle &style)

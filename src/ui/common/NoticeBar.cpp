@@ -94,8 +94,9 @@ void NoticeBar::updateColors()
 {
     const QPalette surroundings = parentWidget() ? parentWidget()->palette() : palette();
     const auto amber = nsColor(QStringLiteral("yellow"));
-    const Tint tint = softTint(amber ? toQColor(*amber, surroundings) : Qt::yellow,
-                               surroundings.color(QPalette::Window), surroundings.color(QPalette::WindowText));
+    const Tint tint =
+        softTint(amber ? toQColor(*amber, surroundings) : Qt::yellow, surroundings.color(QPalette::Window),
+                 surroundings.color(QPalette::WindowText), textContrast(surroundings));
     m_ground = tint.ground;
     QPalette labelPalette = surroundings;
     labelPalette.setColor(QPalette::WindowText, tint.text);

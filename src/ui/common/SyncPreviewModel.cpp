@@ -54,8 +54,8 @@ QIcon sectionIcon(const SectionKind &kind)
     const QPalette palette = QGuiApplication::palette();
     const auto color = nsColor(QLatin1StringView(kind.color));
     const QColor shown = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
-    return symbolIcon(QLatin1StringView(kind.symbol),
-                      readable(shown, palette.color(QPalette::Base), palette.color(QPalette::Text), 3.0));
+    return symbolIcon(QLatin1StringView(kind.symbol), readable(shown, palette.color(QPalette::Base),
+                                                               palette.color(QPalette::Text), textContrast(palette)));
 }
 
 QPixmap pictureOf(const LinkItem &item)
@@ -64,10 +64,11 @@ QPixmap pictureOf(const LinkItem &item)
     const auto color = item.customIconColor ? nsColor(*item.customIconColor) : std::nullopt;
     const QColor front = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
     const bool onDisk = item.type == LinkType::File || item.type == LinkType::Folder;
-    return linkPixmap({item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
-                       item.sfSymbolName()},
-                      iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), 3.0),
-                      qGuiApp->devicePixelRatio());
+    return linkPixmap(
+        {item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
+         item.sfSymbolName()},
+        iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), textContrast(palette)),
+        qGuiApp->devicePixelRatio());
 }
 
 } // namespace

@@ -1,16 +1,19 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QPalette>
+
+#include <optional>
 
 namespace orvelle {
 
 class Appearance;
 
-/// Makes the windows dark on a dark desktop whose toolkit theme left them
-/// light, and gives the theme's own colours back when the desktop turns light.
-/// A theme that is dark by itself is left alone. Main thread; needs the
-/// QApplication.
+/// Gives the windows the colours that the desktop asks for where its toolkit
+/// theme does not: dark ones, and ones of high contrast. Else the theme's own
+/// are left alone but for the few that cannot be read on each other. Main
+/// thread; needs the QApplication, whose style gets edges (EdgeStyle).
 class Theme : public QObject
 {
     Q_OBJECT
@@ -20,12 +23,24 @@ public:
     explicit Theme(const Appearance &appearance, QObject *parent = nullptr);
 
     static QPalette darkPalette();
+    static QPalette highContrastPalette(bool dark);
+    /// `own` with what is chosen, linked or hinted at moved as far as it takes
+    /// to be read.
+    static QPalette legible(const QPalette &own);
 
 private:
+    struct Wish {
+        bool dark = false;
+        bool highContrast = false;
+        QColor ground; ///< of the palette that followed from it
+        bool operator==(const Wish &) const = default;
+    };
     void apply();
 
     const Appearance &m_appearance;
-    bool m_darkened = false;
+    std::optional<Wish> m_applied;
+    bool m_replaced = false; ///< the palette is ours
+    bool m_applying = false;
 };
 
 } // namespace orvelle

@@ -9,10 +9,9 @@ namespace orvelle {
 
 namespace {
 
-/// A little more than what is asked for, as a gradient between two colours of
-/// the same contrast is nearer to the text in its middle.
-constexpr double textContrast = 5;
-constexpr double symbolContrast = 3.4;
+/// More than what is asked for, as a gradient between two colours of the same
+/// contrast is nearer to the text in its middle.
+constexpr double slack = 1.12;
 
 /// How much of the weather's colours each part takes, 0 to 1; the rest is the
 /// ground of the menu.
@@ -50,24 +49,25 @@ struct Pair {
 
 /// White or near black, whichever stands out more; the grounds give way until
 /// it stands out enough.
-Pair legible(const QColor &from, const QColor &to)
+Pair legible(const QColor &from, const QColor &to, double ratio)
 {
     const QColor dark(0x10, 0x14, 0x1a);
     const auto worst = [&](const QColor &text) { return std::min(contrastRatio(text, from), contrastRatio(text, to)); };
     const bool onDark = worst(Qt::white) + 1.5 >= worst(dark);
     const QColor text = onDark ? QColor(Qt::white) : dark;
     const QColor away = onDark ? QColor(Qt::black) : QColor(Qt::white);
-    return {readable(from, text, away, textContrast), readable(to, text, away, textContrast), text};
+    return {readable(from, text, away, ratio), readable(to, text, away, ratio), text};
 }
 
 Pair onShare(const WeatherGradient &colors, double share, const QPalette &palette, const QColor &ground)
 {
+    const double ratio = textContrast(palette) * slack;
     const QColor from = mixed(ground, toQColor(colors.from), share);
     const QColor to = mixed(ground, toQColor(colors.to), share);
     if (share >= 1)
-        return legible(from, to);
+        return legible(from, to, ratio);
     const QColor text = palette.color(QPalette::WindowText);
-    return {readable(from, text, ground, textContrast), readable(to, text, ground, textContrast), text};
+    return {readable(from, text, ground, ratio), readable(to, text, ground, ratio), text};
 }
 
 /// `color` moved towards the text until it can be told from both grounds.
@@ -82,7 +82,9 @@ QColor onBoth(const QColor &color, const Pair &pair, double ratio)
 WeatherInk weatherInk(WeatherDisplayStyle style, const WeatherGradient &colors, const QPalette &palette,
                       const QColor &ground)
 {
-    const Share &share = shares.at(static_cast<std::size_t>(style));
+    // Colours behind the text are what high contrast is to be free of.
+    const Share share = isHighContrast(palette) ? Share{} : shares.at(static_cast<std::size_t>(style));
+    const double ratio = textContrast(palette) * slack;
     const Pair row = onShare(colors, share.ground, palette, ground);
     const Pair chip = onShare(colors, share.chip, palette, ground);
     const Pair pill = onShare(colors, share.pill, palette, ground);
@@ -91,10 +93,10 @@ WeatherInk weatherInk(WeatherDisplayStyle style, const WeatherGradient &colors, 
     ink.groundFrom = row.from;
     ink.groundTo = row.to;
     ink.text = row.text;
-    ink.quietText = onBoth(mixed(row.text, mixed(row.from, row.to, 0.5), 0.3), row, textContrast);
+    ink.quietText = onBoth(mixed(row.text, mixed(row.from, row.to, 0.5), 0.3), row, ratio);
     ink.chipFrom = chip.from;
     ink.chipTo = chip.to;
-    ink.symbol = onBoth(hasColoredSymbol ? toQColor(colors.from) : chip.text, chip, symbolContrast);
+    ink.symbol = onBoth(hasColoredSymbol ? toQColor(colors.from) : chip.text, chip, ratio);
     ink.pillFrom = pill.from;
     ink.pillTo = pill.to;
     ink.temperature = pill.text;

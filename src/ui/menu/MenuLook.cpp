@@ -2,6 +2,7 @@
 
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/LineText.h"
 #include "ui/menu/BottomRowView.h"
 
 #include <QPainter>
@@ -16,11 +17,12 @@ namespace orvelle {
 namespace {
 
 constexpr int chevronSide = 10;
+/// How far its colour is on its way from the text's to the ground's.
+constexpr double chevronShare = 0.35;
 constexpr int chevronGap = 14; ///< between name and chevron
 constexpr int rowPadding = 4;  ///< above and below the line of text
 constexpr int separatorHeight = 9;
 constexpr double tintRadius = 5;
-constexpr double iconContrast = 2.0;
 constexpr double disabledIconOpacity = 0.45;
 
 /// Names shaped when a long menu's width is found.
@@ -158,7 +160,7 @@ MenuLook::Ink MenuLook::rowInk(const MenuEntry &entry, bool selected) const
     const QColor text = palette.color(QPalette::WindowText);
     if (!entry.tint)
         return {m_ground, text, true, false};
-    const Tint tint = softTint(toQColor(*entry.tint, palette), m_ground, text);
+    const Tint tint = softTint(toQColor(*entry.tint, palette), m_ground, text, textContrast(palette));
     return {tint.ground, tint.text, true, false};
 }
 
@@ -211,7 +213,8 @@ void MenuLook::paintIcon(QPainter &painter, const MenuEntry &entry, const QRect 
     const MenuIcon &icon = entry.icon;
     QColor color = ink.text;
     if (icon.color && ink.enabled && !ink.selected)
-        color = readable(toQColor(*icon.color, m_widget.palette()), ink.ground, ink.text, iconContrast);
+        color =
+            readable(toQColor(*icon.color, m_widget.palette()), ink.ground, ink.text, textContrast(m_widget.palette()));
     const QPixmap pixmap = linkPixmap({icon.imageData, icon.filePath, icon.symbol}, iconSide, color,
                                       painter.device()->devicePixelRatioF());
     if (pixmap.isNull())
@@ -224,8 +227,7 @@ void MenuLook::paintIcon(QPainter &painter, const MenuEntry &entry, const QRect 
 
 void MenuLook::paintChevron(QPainter &painter, const QRect &row, const Ink &ink) const
 {
-    QColor color = ink.text;
-    color.setAlphaF(0.65F);
+    const QColor color = quiet(ink.text, ink.ground, chevronShare, m_widget.palette());
     const QRect rect(row.x() + row.width() - margin - chevronSide, row.y() + (row.height() - chevronSide) / 2,
                      chevronSide, chevronSide);
     const QString symbol = rightToLeft() ? QStringLiteral("chevron.left") : QStringLiteral("chevron.right");
@@ -236,21 +238,18 @@ void MenuLook::paintTitle(QPainter &painter, const MenuEntry &entry, const QRect
 {
     painter.setFont(entry.italic ? italic(m_widget.font()) : m_widget.font());
     painter.setPen(ink.text);
-    painter.drawText(titleRect(entry, row), Qt::TextSingleLine | Qt::AlignVCenter | Qt::AlignLeading,
-                     elidedTitle(entry, row));
+    drawLine(painter, titleRect(entry, row), elidedTitle(entry, row), m_widget.layoutDirection());
 }
 
 void MenuLook::paintSeparator(QPainter &painter, const QRect &row) const
 {
-    QColor line = m_widget.palette().color(QPalette::WindowText);
-    line.setAlphaF(0.18F);
+    const QColor line = separatorColor(m_widget.palette());
     painter.fillRect(QRect(row.x() + margin, row.y() + row.height() / 2, row.width() - 2 * margin, 1), line);
 }
 
 void MenuLook::paintBottomRow(QPainter &painter, const QRect &row, bool selected, int current) const
 {
-    QColor line = m_widget.palette().color(QPalette::WindowText);
-    line.setAlphaF(0.18F);
+    const QColor line = separatorColor(m_widget.palette());
     painter.fillRect(QRect(row.x(), row.y(), row.width(), 1), line);
     const QRect inner = row.adjusted(0, 2, 0, 0);
     const QList<BottomRowView::Button> buttons = BottomRowView::buttons(inner, m_metrics, rightToLeft());

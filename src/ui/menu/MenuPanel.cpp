@@ -244,8 +244,13 @@ void MenuPanel::replaceEntries(const QList<MenuEntry> &entries)
 
 QString MenuPanel::hiddenTitle(int row) const
 {
-    if (row < 0 || row >= m_rows.count() || m_rows.at(row).kind == MenuEntry::Kind::BottomRow)
+    if (row < 0 || row >= m_rows.count())
         return {};
+    if (m_rows.at(row).kind == MenuEntry::Kind::BottomRow) {
+        const auto buttons =
+            BottomRowView::buttons(pinnedRect(), m_look.fontMetrics(), layoutDirection() == Qt::RightToLeft);
+        return buttons.at(m_button).label.endsWith(QChar(0x2026)) ? BottomRowView::name(m_button) : QString();
+    }
     const MenuEntry &entry = m_rows.at(row);
     return m_look.elidedTitle(entry, rowRect(row)) == entry.title ? QString() : entry.title;
 }

@@ -14,7 +14,7 @@ QColor doneColor(const QPalette &palette)
 {
     const QColor text = palette.color(QPalette::Text);
     const QColor ground = palette.color(QPalette::Base);
-    return readable(ground, ground, text, 4.5);
+    return readable(ground, ground, text, textContrast(palette));
 }
 
 } // namespace

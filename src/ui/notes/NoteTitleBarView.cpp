@@ -119,8 +119,8 @@ void NoteTitleBarView::updateColors()
     const QPalette surroundings = parentWidget() ? parentWidget()->palette() : palette();
     const LinkColor color = nsColor(m_note.customIconColor).value_or(displayColor(m_note));
     const QColor tintColor = toQColor(color, surroundings);
-    const Tint tint =
-        softTint(tintColor, surroundings.color(QPalette::Window), surroundings.color(QPalette::WindowText));
+    const Tint tint = softTint(tintColor, surroundings.color(QPalette::Window),
+                               surroundings.color(QPalette::WindowText), textContrast(surroundings));
     m_ground = tint.ground;
 
     QPalette namePalette = surroundings;

@@ -67,14 +67,14 @@ void ClipboardOffer::paintEvent(QPaintEvent *)
 {
     const QColor ground = palette().color(QPalette::Window);
     const QColor textColor = palette().color(QPalette::WindowText);
-    const QColor quiet = readable(palette().color(QPalette::Mid), ground, textColor, 4.5);
+    const QColor quiet = readable(palette().color(QPalette::Mid), ground, textColor, textContrast(palette()));
     const QColor highlight = palette().color(QPalette::Highlight);
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor fill = highlight;
     fill.setAlphaF(isDown() ? 0.28F : underMouse() || hasFocus() ? 0.18F : 0.10F);
-    painter.setPen(hasFocus() ? QPen(highlight, 1) : QPen(Qt::NoPen));
+    painter.setPen(hasFocus() ? QPen(accent(palette(), ground), 1) : QPen(Qt::NoPen));
     painter.setBrush(fill);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 

@@ -39,12 +39,12 @@ void DropArea::paintEvent(QPaintEvent *)
 {
     const QColor ground = palette().color(QPalette::Window);
     const QColor textColor = palette().color(QPalette::WindowText);
-    const QColor quiet = readable(palette().color(QPalette::Mid), ground, textColor, 4.5);
+    const QColor quiet = readable(palette().color(QPalette::Mid), ground, textColor, textContrast(palette()));
     const QColor highlight = palette().color(QPalette::Highlight);
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_isDropTargeted ? highlight : quiet, m_isDropTargeted ? 2 : 1, Qt::DashLine));
+    painter.setPen(QPen(m_isDropTargeted ? accent(palette(), ground) : quiet, m_isDropTargeted ? 2 : 1, Qt::DashLine));
     QColor fill = highlight;
     fill.setAlphaF(m_isDropTargeted ? 0.15F : 0.0F);
     painter.setBrush(fill);

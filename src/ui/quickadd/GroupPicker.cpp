@@ -88,8 +88,8 @@ void GroupPicker::addGroups(const LinkList &links, int depth)
 QIcon GroupPicker::groupPickerIcon(const LinkItem &group) const
 {
     const QColor ground = palette().color(QPalette::Base);
-    const QColor color =
-        readable(toQColor(displayColor(group), palette()), ground, palette().color(QPalette::Text), 2.0);
+    const QColor color = readable(toQColor(displayColor(group), palette()), ground, palette().color(QPalette::Text),
+                                  textContrast(palette()));
     return symbolIcon(group.sfSymbolName(), color);
 }
 

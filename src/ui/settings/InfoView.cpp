@@ -7,6 +7,7 @@
 #include "services/UpdateManager.h"
 #include "ui/common/ExchangeDialogs.h"
 #include "ui/common/Icons.h"
+#include "ui/settings/PageScroll.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
 #include "ui/settings/WelcomeSample.h"
@@ -15,6 +16,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 
 #include <array>
 
@@ -24,6 +26,8 @@ namespace {
 
 constexpr int tileSide = 40;
 constexpr int windowWidth = 600;
+/// Of the screen's height, for the title bar.
+constexpr int roomForFrame = 48;
 /// Beside each other, so that everything fits a small screen.
 constexpr int featuresInRow = 2;
 
@@ -82,27 +86,44 @@ InfoView::InfoView(const SettingsServices &services, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(text("welcome.title"_text));
 
+    QWidget *page = makePage();
+    auto *scroll = new PageScroll(page, this);
+    auto *start = new QPushButton(text("welcome.start"_text), this);
+    start->setDefault(true);
+    connect(start, &QPushButton::clicked, this, &QDialog::accept);
+    auto *foot = new QHBoxLayout;
+    foot->setContentsMargins(28, 6, 28, 20);
+    foot->addStretch(1);
+    foot->addWidget(start);
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(28, 24, 28, 20);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(scroll, 1);
+    column->addLayout(foot);
+    start->setFocus();
+    // As high as its wrapped lines want it, on a screen that has the room.
+    const int width = qMax(windowWidth, column->totalMinimumSize().width());
+    const int height = page->layout()->totalHeightForWidth(width) + foot->sizeHint().height();
+    setMinimumWidth(width);
+    resize(width, qMin(height, screen()->availableSize().height() - roomForFrame));
+}
+
+QWidget *InfoView::makePage()
+{
+    auto *page = new QWidget(this);
+    auto *column = new QVBoxLayout(page);
+    column->setContentsMargins(28, 24, 28, 6);
     column->setSpacing(14);
     auto *head = new QVBoxLayout;
     head->setSpacing(4);
-    head->addWidget(titleLabel(this));
-    head->addWidget(sectionSubtitle(text("welcome.subtitle"_text), this));
+    head->addWidget(titleLabel(page));
+    head->addWidget(sectionSubtitle(text("welcome.subtitle"_text), page));
     column->addLayout(head);
-
     column->addLayout(makeFeatures());
     column->addWidget(makePrivacy());
     column->addWidget(makeWays());
-    auto *start = new QPushButton(text("welcome.start"_text), this);
-    start->setDefault(true);
-    start->setFocus();
-    connect(start, &QPushButton::clicked, this, &QDialog::accept);
     column->addStretch(1);
-    column->addWidget(start, 0, Qt::AlignRight);
-    // A window's own minimum size does not reckon with wrapped lines.
-    const int width = qMax(windowWidth, column->totalMinimumSize().width());
-    setFixedSize(width, column->totalHeightForWidth(width));
+    return page;
 }
 
 QLayout *InfoView::makeFeatures()

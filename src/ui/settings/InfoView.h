@@ -18,6 +18,7 @@ public:
     explicit InfoView(const SettingsServices &services, QWidget *parent = nullptr);
 
 private:
+    QWidget *makePage();
     QWidget *makeWays();
     QLayout *makeFeatures();
     QWidget *makePrivacy();

@@ -9,6 +9,7 @@
 #include "ui/settings/LinkTreeView.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QMenu>
 
 namespace orvelle {
@@ -35,6 +36,9 @@ LinkActions::LinkActions(LinkCommands &commands, LinkStore &links, LinkTreeView 
 {
     using C = LinkCommands;
     using K = QKeySequence;
+    const bool rightToLeft = QGuiApplication::layoutDirection() == Qt::RightToLeft;
+    const Qt::Key inwards = rightToLeft ? Qt::Key_Left : Qt::Key_Right;
+    const Qt::Key outwards = rightToLeft ? Qt::Key_Right : Qt::Key_Left;
     addLink = make("addLink", "plus", text("settings.addLink"_text), &C::addLink, K::New, Keys::Everywhere);
     addFile = make("addFile", "doc.badge.plus", text("settings.addFile"_text), &C::addFiles);
     addFolder = make("addFolder", "folder.badge.plus", text("settings.addFolder"_text), &C::addFolder);
@@ -49,8 +53,8 @@ LinkActions::LinkActions(LinkCommands &commands, LinkStore &links, LinkTreeView 
     remove = make("remove", "trash", text("settings.remove"_text), &C::remove, K::Delete);
     moveUp = make("moveUp", "arrow.up", text("settings.moveUp"_text), &C::moveUp, K(Qt::ALT | Qt::Key_Up));
     moveDown = make("moveDown", "arrow.down", text("settings.moveDown"_text), &C::moveDown, K(Qt::ALT | Qt::Key_Down));
-    indent = make("indent", "arrow.right", text("settings.indent"_text), &C::indent, K(Qt::ALT | Qt::Key_Right));
-    outdent = make("outdent", "arrow.left", text("settings.outdent"_text), &C::outdent, K(Qt::ALT | Qt::Key_Left));
+    indent = make("indent", "arrow.right", text("settings.indent"_text), &C::indent, K(Qt::ALT | inwards));
+    outdent = make("outdent", "arrow.left", text("settings.outdent"_text), &C::outdent, K(Qt::ALT | outwards));
     undo = make("undo", "arrow.uturn.backward", text("settings.undo"_text), &C::undo, K::Undo, Keys::Everywhere);
     redo = make("redo", "arrow.uturn.forward", text("settings.redo"_text), &C::redo, {}, Keys::Everywhere);
 

@@ -213,8 +213,8 @@ void LinkEditor::showProblem(const QString &sentence)
 {
     QPalette warning = palette();
     const QColor red = toQColor(nsColor(QStringLiteral("red")).value_or(LinkColor{}), warning);
-    warning.setColor(QPalette::WindowText,
-                     readable(red, warning.color(QPalette::Window), warning.color(QPalette::WindowText), 4.5));
+    warning.setColor(QPalette::WindowText, readable(red, warning.color(QPalette::Window),
+                                                    warning.color(QPalette::WindowText), textContrast(warning)));
     m_problem->setPalette(warning);
     m_problem->setText(sentence);
     m_problem->setVisible(!sentence.isEmpty());

@@ -44,7 +44,8 @@ QColor textColor(const QStyleOptionViewItem &option, bool quiet)
     if (isSelected(option))
         return palette.color(group, QPalette::HighlightedText);
     const QColor color = palette.color(group, QPalette::Text);
-    return quiet ? readable(palette.color(group, QPalette::Mid), palette.color(group, QPalette::Base), color, 4.5)
+    return quiet ? readable(palette.color(group, QPalette::Mid), palette.color(group, QPalette::Base), color,
+                            textContrast(palette))
                  : color;
 }
 
@@ -54,9 +55,9 @@ QList<QTextLayout::FormatRange> marks(const QList<LinkSearch::Range> &ranges, co
     format.setFontWeight(QFont::Bold);
     if (!isSelected(option)) {
         const QPalette &palette = option.palette;
-        format.setBackground(
-            softTint(palette.color(QPalette::Highlight), palette.color(QPalette::Base), palette.color(QPalette::Text))
-                .ground);
+        format.setBackground(softTint(palette.color(QPalette::Highlight), palette.color(QPalette::Base),
+                                      palette.color(QPalette::Text), textContrast(palette))
+                                 .ground);
     }
     QList<QTextLayout::FormatRange> marked;
     for (const LinkSearch::Range &range : ranges)

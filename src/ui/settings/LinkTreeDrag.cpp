@@ -1,5 +1,6 @@
 #include "base/Text.h"
 #include "links/LinkStore.h"
+#include "ui/common/Colors.h"
 #include "ui/settings/DropIndicator.h"
 #include "ui/settings/LinkTreeModel.h"
 #include "ui/settings/LinkTreeView.h"
@@ -267,7 +268,7 @@ LinkTreeView::Landing LinkTreeView::landing(const QModelIndex &target) const
 
 void LinkTreeView::paintDropTarget(QPainter &painter) const
 {
-    const QColor color = palette().color(QPalette::Highlight);
+    const QColor color = accent(palette(), palette().color(QPalette::Base));
     const QRect area = viewport()->rect();
     if (m_dropAtEnd) {
         const QModelIndex last = m_model.index(m_model.rowCount() - 1, 0);

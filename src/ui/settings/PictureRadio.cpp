@@ -1,5 +1,6 @@
 #include "ui/settings/PictureRadio.h"
 
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 
 #include <QPainter>
@@ -38,7 +39,7 @@ QSize PictureRadio::sizeHint() const
 
 void PictureRadio::paintGround(QPainter &painter) const
 {
-    const QColor highlight = palette().color(QPalette::Highlight);
+    const QColor highlight = accent(palette(), palette().color(QPalette::Window));
     const QRectF ground = QRectF(rect()).adjusted(1, 1, -1, -1);
     if (isChecked()) {
         painter.setPen(QPen(highlight, hasFocus() ? 2 : 1));

@@ -20,7 +20,6 @@ namespace {
 
 constexpr int iconSide = 24;
 constexpr int rowPadding = 6;
-constexpr double textContrast = 4.5;
 
 /// The desktop file among what is dragged; empty without one.
 QString desktopFileOf(const QMimeData &data)
@@ -60,7 +59,7 @@ void QuickLaunchSlotList::refresh()
     const int selected = currentRow();
     clear();
     const QColor quiet = readable(palette().color(QPalette::Mid), palette().color(QPalette::Base),
-                                  palette().color(QPalette::Text), textContrast);
+                                  palette().color(QPalette::Text), textContrast(palette()));
     for (const auto &app : m_manager.apps()) {
         auto *item = new QListWidgetItem(this);
         item->setSizeHint({0, iconSide + 2 * rowPadding});

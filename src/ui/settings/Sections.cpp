@@ -2,6 +2,7 @@
 
 #include "ui/common/Colors.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
@@ -33,7 +34,8 @@ private:
         const QColor ground = surroundings.color(QPalette::Window);
         const QColor textColor = surroundings.color(QPalette::WindowText);
         QPalette own = surroundings;
-        own.setColor(QPalette::WindowText, readable(surroundings.color(QPalette::Mid), ground, textColor, 4.5));
+        own.setColor(QPalette::WindowText,
+                     readable(surroundings.color(QPalette::Mid), ground, textColor, textContrast(surroundings)));
         m_changing = true;
         setPalette(own);
         m_changing = false;
@@ -85,8 +87,10 @@ QLabel *checkBoxHint(const QString &text, QCheckBox *box)
 {
     QLabel *label = sectionSubtitle(text, box->parentWidget());
     const QStyle *style = box->style();
-    label->setContentsMargins(
-        style->pixelMetric(QStyle::PM_IndicatorWidth) + style->pixelMetric(QStyle::PM_CheckBoxLabelSpacing), 0, 0, 0);
+    const int before =
+        style->pixelMetric(QStyle::PM_IndicatorWidth) + style->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    const bool rightToLeft = QApplication::layoutDirection() == Qt::RightToLeft;
+    label->setContentsMargins(rightToLeft ? 0 : before, 0, rightToLeft ? before : 0, 0);
     box->setAccessibleDescription(text);
     return label;
 }

@@ -18,7 +18,6 @@ constexpr int horizontalPadding = 14;
 constexpr int verticalPadding = 5;
 constexpr double radius = 6;
 constexpr float edgeOpacity = 0.35F;
-constexpr double textContrast = 4.5;
 
 /// X and Wayland both report the keys of Linux from 8 on.
 constexpr int scanCodeOffset = 8;
@@ -172,14 +171,15 @@ void ShortcutRecorderView::paintEvent(QPaintEvent *)
     const QColor ink = palette().color(group, QPalette::Text);
     const QColor highlight = palette().color(QPalette::Highlight);
     const bool marked = isEnabled() && (m_isRecording || hasFocus());
-    QColor edge = marked ? highlight : ink;
-    if (!marked)
+    QColor edge = marked ? accent(palette(), palette().color(QPalette::Window)) : ink;
+    if (!marked && !isHighContrast(palette()))
         edge.setAlphaF(underMouse() && isEnabled() ? 2 * edgeOpacity : edgeOpacity);
     painter.setPen(QPen(edge, marked ? 2 : 1));
     painter.setBrush(m_isRecording ? softTint(highlight, ground, ink).ground : ground);
     const double inset = marked ? 1 : 0.5;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
-    painter.setPen(m_isRecording ? readable(softTint(highlight, ground, ink).text, ground, ink, textContrast) : ink);
+    painter.setPen(m_isRecording ? readable(softTint(highlight, ground, ink).text, ground, ink, textContrast(palette()))
+                                 : ink);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, shownText());
 }
 

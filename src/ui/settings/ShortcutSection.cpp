@@ -23,7 +23,6 @@ namespace {
 constexpr int symbolSide = 14;
 constexpr QColor orangeOnLight(0xb3, 0x5c, 0x00);
 constexpr QColor orangeOnDark(0xff, 0xa0, 0x40);
-constexpr double textContrast = 4.5;
 
 /// Empty when there is nothing to be said.
 QString remarkOf(GlobalShortcut::State state)
@@ -35,11 +34,11 @@ QString remarkOf(GlobalShortcut::State state)
     case GlobalShortcut::State::HeldByAnother:
         return text("shortcut.heldByAnother"_text);
     case GlobalShortcut::State::NoSuchKey:
+        return text("shortcut.noSuchKey"_text);
     case GlobalShortcut::State::Undecided:
         return text("shortcut.undecided"_text);
     case GlobalShortcut::State::Denied:
         return text("shortcut.denied"_text);
-        return text("shortcut.noSuchKey"_text);
     case GlobalShortcut::State::Unavailable:
         return text("shortcut.unavailable"_text);
     case GlobalShortcut::State::Refused:
@@ -135,13 +134,13 @@ void ShortcutSection::refresh()
     m_spoken->setText(stored && !m_recorder->isRecording() ? spoken(*stored) : QString());
     showRemark();
 }
+
 /// What the desktop has made of it, where it decides itself.
 QString ShortcutSection::spoken(const Shortcut &stored) const
 {
     const QString given = m_shortcut.desktopTrigger();
     return given.isEmpty() ? spokenString(stored) : text("shortcut.desktopTrigger %@"_text, given);
 }
-
 
 /// A failure comes first: a combination that works nowhere conflicts nowhere.
 void ShortcutSection::showRemark()
@@ -151,7 +150,7 @@ void ShortcutSection::showRemark()
         said = text("shortcut.conflictWarning"_text);
     const bool isNew = !said.isEmpty() && said != m_remarkText->text();
     const QColor orange = readable(isDark(palette()) ? orangeOnDark : orangeOnLight, palette().color(QPalette::Window),
-                                   palette().color(QPalette::WindowText), textContrast);
+                                   palette().color(QPalette::WindowText), textContrast(palette()));
     QPalette tinted = palette();
     tinted.setColor(QPalette::WindowText, orange);
     m_remarkText->setPalette(tinted);

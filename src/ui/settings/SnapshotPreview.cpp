@@ -66,10 +66,11 @@ QIcon pictureOf(const LinkItem &item, const QWidget &view)
     const QPalette palette = view.palette();
     const QColor front = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
     const bool onDisk = item.type == LinkType::File || item.type == LinkType::Folder;
-    return linkPixmap({item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
-                       item.sfSymbolName()},
-                      iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), 3.0),
-                      view.devicePixelRatioF());
+    return linkPixmap(
+        {item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
+         item.sfSymbolName()},
+        iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), textContrast(palette)),
+        view.devicePixelRatioF());
 }
 
 } // namespace

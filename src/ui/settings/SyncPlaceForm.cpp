@@ -179,7 +179,8 @@ void SyncPlaceForm::showOutcome(bool good, const QString &sentence)
     const QString symbol =
         good ? QStringLiteral("checkmark.circle.fill") : QStringLiteral("exclamationmark.triangle.fill");
     m_outcomeIcon->setPixmap(symbolPixmap(
-        symbol, iconSide, readable(ink, ground, palette().color(QPalette::WindowText), 3.0), devicePixelRatioF()));
+        symbol, iconSide, readable(ink, ground, palette().color(QPalette::WindowText), textContrast(palette())),
+        devicePixelRatioF()));
     m_outcomeIcon->setVisible(!sentence.isEmpty());
     m_outcome->setText(sentence);
     m_outcome->setVisible(!sentence.isEmpty());

@@ -5,14 +5,17 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace orvelle {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int sampleWidth = 300;
-constexpr int labelWidth = 96;
+constexpr int leastSampleWidth = 300;
+constexpr int mostSampleWidth = 380; ///< as wide as a menu gets
+constexpr int labelGap = 14;
 
 WeatherFace sample()
 {
@@ -33,9 +36,37 @@ WeatherStyleRadio::WeatherStyleRadio(WeatherDisplayStyle style, QWidget *parent)
     setObjectName(u"style."_s + rawValue(style));
 }
 
+WeatherCanvas WeatherStyleRadio::canvas() const
+{
+    WeatherCanvas canvas;
+    canvas.palette = palette();
+    canvas.ground = palette().color(QPalette::Window);
+    canvas.font = font();
+    canvas.direction = layoutDirection();
+    canvas.ratio = devicePixelRatioF();
+    return canvas;
+}
+
+int WeatherStyleRadio::labelWidth() const
+{
+    int widest = 0;
+    for (const WeatherDisplayStyle each : weatherDisplayStyles())
+        widest = std::max(widest, fontMetrics().horizontalAdvance(weatherStyleLabel(each)));
+    return widest + style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, this) +
+           style()->pixelMetric(QStyle::PM_RadioButtonLabelSpacing, nullptr, this) + labelGap;
+}
+
+int WeatherStyleRadio::sampleWidth() const
+{
+    int widest = leastSampleWidth;
+    for (const WeatherDisplayStyle each : weatherDisplayStyles())
+        widest = std::max(widest, weatherWidth(canvas(), each, sample()));
+    return std::min(widest, mostSampleWidth);
+}
+
 QSize WeatherStyleRadio::sizeHint() const
 {
-    return {labelWidth + sampleWidth, weatherHeight(font(), m_style) + 4};
+    return {labelWidth() + sampleWidth(), weatherHeight(font(), m_style) + 4};
 }
 
 void WeatherStyleRadio::paintEvent(QPaintEvent *event)
@@ -44,16 +75,11 @@ void WeatherStyleRadio::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     if (!isEnabled())
         painter.setOpacity(0.5);
-    WeatherCanvas canvas;
     const int height = weatherHeight(font(), m_style);
-    canvas.rect =
-        QStyle::visualRect(layoutDirection(), rect(), {labelWidth, (this->height() - height) / 2, sampleWidth, height});
-    canvas.palette = palette();
-    canvas.ground = palette().color(QPalette::Window);
-    canvas.font = font();
-    canvas.direction = layoutDirection();
-    canvas.ratio = devicePixelRatioF();
-    paintWeather(painter, canvas, m_style, sample());
+    WeatherCanvas place = canvas();
+    place.rect = QStyle::visualRect(layoutDirection(), rect(),
+                                    {labelWidth(), (this->height() - height) / 2, sampleWidth(), height});
+    paintWeather(painter, place, m_style, sample());
 }
 
 } // namespace orvelle

@@ -22,6 +22,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    WeatherCanvas canvas() const;
+    /// All samples begin beside the longest name and are as wide as the widest.
+    int labelWidth() const;
+    int sampleWidth() const;
+
     WeatherDisplayStyle m_style;
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "menubar/WidgetOrderManager.h"
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/WidgetSection.h"
 
@@ -184,7 +185,7 @@ void WidgetOrderList::paintEvent(QPaintEvent *event)
     const QRect row = visualItemRect(target);
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor highlight = palette().color(QPalette::Highlight);
+    const QColor highlight = accent(palette(), palette().color(QPalette::Base));
     painter.setPen(QPen(highlight, 2));
     painter.setBrush(highlight);
     const int y = row.top() - 1;

@@ -109,7 +109,9 @@ void WidgetSection::addModeChoice(int offValue, const QList<Choice> &modes, cons
         buttons->addWidget(button);
     }
     buttons->addStretch(1);
-    m_form->addRow(text("widget.mode"_text), row);
+    // Not side by side: a form squeezes its widest row before it wraps it.
+    m_form->addRow(new QLabel(text("widget.mode"_text), this));
+    m_form->addRow(row);
     m_isOn = [read = access.read, offValue] { return read() != offValue; };
     addReader([group, read = access.read] {
         if (QAbstractButton *button = group->button(read()))

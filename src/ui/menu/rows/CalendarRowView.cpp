@@ -5,6 +5,7 @@
 #include "links/LinkColors.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/LineText.h"
 #include "widgets/calendar/CalendarManager.h"
 
 #include <QPainter>
@@ -25,7 +26,6 @@ constexpr int stripeWidth = 3;
 constexpr int stripeGap = 7;
 constexpr int slack = 4;         ///< what borders and rounding may take from a text
 constexpr int longestTitle = 26; ///< average letters that a title may ask room for
-constexpr double graphicContrast = 3;
 
 } // namespace
 
@@ -105,7 +105,7 @@ private:
     QColor stripe(const QColor &ground) const
     {
         const QColor own(m_event ? m_event->calendarColor : QString());
-        return own.isValid() ? readable(own, ground, m_row.textColor(), graphicContrast) : QColor();
+        return own.isValid() ? readable(own, ground, m_row.textColor(), edgeContrast(palette())) : QColor();
     }
 
     CalendarRowView &m_row;
@@ -130,7 +130,7 @@ void CalendarRowView::Line::paintEvent(QPaintEvent *)
     if (!m_symbol.isEmpty()) {
         const auto color = nsColor(m_row.m_iconColor);
         const QColor tint =
-            color && !current ? readable(toQColor(*color, palette()), ground, ink, graphicContrast) : ink;
+            color && !current ? readable(toQColor(*color, palette()), ground, ink, textContrast(palette())) : ink;
         m_row.paintSymbol(painter, m_symbol, m_row.iconRect(), tint);
     }
     QRect content = m_row.contentRect();
@@ -148,15 +148,15 @@ void CalendarRowView::Line::paintEvent(QPaintEvent *)
     const int timeWidth = m_time.isEmpty() ? 0 : fontMetrics().horizontalAdvance(m_time) + 1;
     painter.setPen(quiet);
     const QRect time(content.right() - timeWidth + 1, 0, timeWidth, height());
-    painter.drawText(mirroredHere(time), Qt::AlignVCenter | Qt::AlignTrailing | Qt::TextSingleLine, m_time);
+    drawLine(painter, mirroredHere(time), m_time, layoutDirection(), true);
     if (timeWidth > 0)
         content.setRight(time.left() - timeGap);
     const bool declined = m_event && m_event->isDeclined;
     font.setStrikeOut(declined);
     painter.setFont(font);
     painter.setPen(m_event && !declined ? ink : quiet);
-    painter.drawText(mirroredHere(content), Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text(), Qt::ElideRight, content.width()));
+    drawLine(painter, mirroredHere(content), fontMetrics().elidedText(text(), Qt::ElideRight, content.width()),
+             layoutDirection());
 }
 
 CalendarRowView::CalendarRowView(CalendarManager &manager, const Notifications &notifications, Doors doors,
@@ -239,7 +239,7 @@ void CalendarRowView::go(const std::function<void()> &through)
 
 QSize CalendarRowView::sizeHint() const
 {
-    QSize size;
+    QSize size(0, 0);
     for (const Line *each : m_lines)
         size = {std::max(size.width(), each->sizeHint().width()), size.height() + lineHeight()};
     return {std::min(size.width(), MenuLook::maximumWidth), size.height()};

@@ -1,7 +1,9 @@
 #include "ui/menu/rows/ClipboardEntryButton.h"
 
 #include "base/Text.h"
+#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/LineText.h"
 #include "widgets/clipboard/ClipboardEntries.h"
 
 #include <QGuiApplication>
@@ -21,9 +23,8 @@ constexpr int thumbnailSide = 32;
 constexpr int thumbnailMargin = 2;
 constexpr int actionGap = 4;
 constexpr qsizetype longestToolTip = 400;
-/// How opaque the text is of what cannot be pasted.
-constexpr float dimmed = 0.6F;
-constexpr float dimmedOnSelection = 0.8F;
+/// How far the text of what cannot be pasted is on its way to the ground.
+constexpr double dimmed = 0.4;
 
 /// Never read as markup.
 QString asToolTip(const QString &text)
@@ -170,7 +171,7 @@ void ClipboardEntryButton::paintEvent(QPaintEvent *)
         m_look.paintSelection(painter, rect());
     QColor ink = palette().color(m_current ? QPalette::HighlightedText : QPalette::WindowText);
     if (!m_entry.payload.isPasteable())
-        ink.setAlphaF(m_current ? dimmedOnSelection : dimmed);
+        ink = quiet(ink, m_current ? palette().color(QPalette::Highlight) : m_look.ground(), dimmed, palette());
     const QRect icon =
         mirrored({MenuLook::margin, (height() - MenuLook::iconSide) / 2, MenuLook::iconSide, MenuLook::iconSide});
     if (m_entry.iconName)
@@ -186,9 +187,8 @@ void ClipboardEntryButton::paintEvent(QPaintEvent *)
     for (const MenuRowButton *action : m_actions)
         end -= m_current ? action->width() + actionGap : 0;
     painter.setPen(ink);
-    painter.drawText(mirrored({start, 0, end - start, height()}),
-                     Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine,
-                     fontMetrics().elidedText(m_rowText, Qt::ElideRight, end - start));
+    drawLine(painter, mirrored({start, 0, end - start, height()}),
+             fontMetrics().elidedText(m_rowText, Qt::ElideRight, end - start), layoutDirection());
 }
 
 } // namespace orvelle

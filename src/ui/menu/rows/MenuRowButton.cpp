@@ -50,9 +50,12 @@ void MenuRowButton::paintEvent(QPaintEvent *)
     else if (isDown())
         ground = isDark(palette()) ? ground.lighter(120) : ground.darker(115);
     const QColor ink = palette().color(current ? QPalette::HighlightedText : QPalette::WindowText);
-    painter.setPen(Qt::NoPen);
+    const bool outlined = !current && isHighContrast(palette());
+    painter.setPen(outlined ? QPen(ink, 1) : QPen(Qt::NoPen));
     painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(rect()), rect().height() / 2.0, rect().height() / 2.0);
+    const double inset = outlined ? 0.5 : 0;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), rect().height() / 2.0,
+                            rect().height() / 2.0);
     if (!m_symbol.isEmpty()) {
         QRect square(0, 0, symbolSide, symbolSide);
         square.moveTopLeft({(width() - symbolSide) / 2, (height() - symbolSide) / 2});

@@ -3,6 +3,7 @@
 #include "base/Notifications.h"
 #include "base/Text.h"
 #include "ui/common/Colors.h"
+#include "ui/common/LineText.h"
 #include "widgets/network/NetworkManager.h"
 
 #include <QPainter>
@@ -23,7 +24,6 @@ constexpr int graphHeight = 20;
 constexpr int graphBottom = 5; ///< below the graph
 constexpr double lineWidth = 1.5;
 constexpr float fillOpacity = 0.22F;
-constexpr double graphContrast = 3.0; ///< for what is drawn and not read
 
 // Blue and orange of the palette of Okabe and Ito, which people of every
 // colour vision tell apart; on dark grounds its lighter pair.
@@ -82,7 +82,7 @@ QColor NetworkRowView::color(Direction direction) const
     const bool dark = isDark(palette());
     const QColor wanted =
         direction == Download ? (dark ? downloadOnDark : downloadOnLight) : (dark ? uploadOnDark : uploadOnLight);
-    return readable(wanted, look().ground(), textColor(), graphContrast);
+    return readable(wanted, look().ground(), textColor(), edgeContrast(palette()));
 }
 
 void NetworkRowView::paintEvent(QPaintEvent *)
@@ -105,8 +105,8 @@ void NetworkRowView::paintRate(QPainter &painter, Direction direction) const
     const int before = arrowSide + arrowGap;
     painter.setFont(font());
     painter.setPen(m_speed ? textColor() : labelColor());
-    painter.drawText(mirrored({cell.x() + before, 0, cell.width() - before, lineHeight()}),
-                     Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, rateText(direction));
+    drawLine(painter, mirrored({cell.x() + before, 0, cell.width() - before, lineHeight()}), rateText(direction),
+             layoutDirection());
 }
 
 QRect NetworkRowView::graphRect(Direction direction) const
@@ -120,9 +120,7 @@ QRect NetworkRowView::graphRect(Direction direction) const
 void NetworkRowView::paintGraph(QPainter &painter, Direction direction) const
 {
     const QRect rect = graphRect(direction);
-    QColor base = textColor();
-    base.setAlphaF(0.25F);
-    painter.fillRect(QRect(rect.x(), rect.y() + rect.height() - 1, rect.width(), 1), base);
+    painter.fillRect(QRect(rect.x(), rect.y() + rect.height() - 1, rect.width(), 1), separatorColor(palette()));
     if (m_history.isEmpty())
         return;
     const auto value = [direction](const NetworkSpeed &speed) {

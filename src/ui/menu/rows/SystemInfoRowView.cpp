@@ -2,6 +2,7 @@
 
 #include "base/Notifications.h"
 #include "base/Text.h"
+#include "ui/common/LineText.h"
 #include "widgets/systeminfo/SystemInfoManager.h"
 
 #include <QFontDatabase>
@@ -150,8 +151,7 @@ void SystemInfoRowView::paintDiscreet(QPainter &painter) const
                          m_blocks[i].label);
         x += label + labelGap;
         painter.setPen(textColor());
-        painter.drawText(mirrored({x, 0, values[i] + 1, lineHeight()}),
-                         Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, m_blocks[i].value);
+        drawLine(painter, mirrored({x, 0, values[i] + 1, lineHeight()}), m_blocks[i].value, layoutDirection());
         x += values[i] + spacer;
     }
 }

@@ -3,6 +3,7 @@
 #include "base/Notifications.h"
 #include "base/Text.h"
 #include "platform/Clock.h"
+#include "ui/common/Colors.h"
 #include "widgets/timer/TimerManager.h"
 
 #include <QCursor>
@@ -154,16 +155,15 @@ void TimerRowView::paintEvent(QPaintEvent *)
     const int left = content.x() + digits + barGap;
     const int right = content.x() + content.width() - m_cancel->sizeHint().width() - barGap;
     const QRectF track = mirrored({left, (height() - barHeight) / 2, right - left, barHeight});
-    QColor quiet = textColor();
-    quiet.setAlphaF(0.18F);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(quiet);
+    const bool strong = isHighContrast(palette());
+    painter.setPen(strong ? QPen(textColor(), 1) : QPen(Qt::NoPen));
+    painter.setBrush(strong ? QBrush(Qt::NoBrush) : QBrush(separatorColor(palette())));
     painter.drawRoundedRect(track, barHeight / 2.0, barHeight / 2.0);
     QRectF bar = track;
     bar.setWidth(std::max<double>(barHeight, track.width() * m_manager.progress()));
     if (layoutDirection() == Qt::RightToLeft)
         bar.moveRight(track.right());
-    painter.setBrush(palette().color(QPalette::Highlight));
+    painter.setBrush(accent(palette(), look().ground()));
     painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
 }
 

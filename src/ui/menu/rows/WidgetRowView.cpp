@@ -15,16 +15,9 @@
 namespace orvelle {
 namespace {
 
-constexpr double textContrast = 4.5;
 /// How far a label's colour is on its way from the text's to the ground's.
 constexpr double labelShare = 0.4;
 constexpr double focusRadius = 5;
-
-QColor mixed(const QColor &from, const QColor &to, double share)
-{
-    const auto mix = [share](int a, int b) { return static_cast<int>(a + (b - a) * share); };
-    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
-}
 
 } // namespace
 
@@ -65,12 +58,7 @@ QColor WidgetRowView::textColor() const
 
 QColor WidgetRowView::labelColor() const
 {
-    return asText(mixed(textColor(), m_look.ground(), labelShare), m_look.ground(), textColor());
-}
-
-QColor WidgetRowView::asText(const QColor &color, const QColor &ground, const QColor &towards)
-{
-    return readable(color, ground, towards, textContrast);
+    return quiet(textColor(), m_look.ground(), labelShare, palette());
 }
 
 void WidgetRowView::paintSymbol(QPainter &painter, const QString &symbol, const QRect &square,
@@ -90,7 +78,7 @@ void WidgetRowView::paintFocus(QPainter &painter) const
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
+    painter.setPen(QPen(accent(palette(), m_look.ground()), 1.5));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(3, 1, -3, -1), focusRadius, focusRadius);
     painter.restore();

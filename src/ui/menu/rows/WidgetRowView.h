@@ -58,8 +58,6 @@ protected:
     QColor textColor() const;
     /// For labels: quieter than the text and readable all the same.
     QColor labelColor() const;
-    /// `color` made readable as text on `ground`.
-    static QColor asText(const QColor &color, const QColor &ground, const QColor &towards);
     void paintSymbol(QPainter &painter, const QString &symbol, const QRect &square, const QColor &color) const;
     /// The icon in the gutter, in the text's colour.
     void paintIcon(QPainter &painter, const QString &symbol) const;
