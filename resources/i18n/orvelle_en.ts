@@ -2276,5 +2276,11 @@ You can change or remove everything here.</translation>
     <message id="shortcut.desktopTrigger %@">
         <translation>The desktop has set: %@</translation>
     </message>
+    <message id="about.manual">
+        <translation>Manual</translation>
+    </message>
+    <message id="about.manualPage">
+        <translation>manual.html</translation>
+    </message>
 </context>
 </TS>

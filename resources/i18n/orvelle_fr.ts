@@ -2276,5 +2276,11 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="shortcut.desktopTrigger %@">
         <translation>Défini par le bureau : %@</translation>
     </message>
+    <message id="about.manual">
+        <translation>Manuel</translation>
+    </message>
+    <message id="about.manualPage">
+        <translation>manual.fr.html</translation>
+    </message>
 </context>
 </TS>

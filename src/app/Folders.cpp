@@ -1,5 +1,8 @@
 #include "app/Folders.h"
 
+#include "base/Text.h"
+
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -39,6 +42,18 @@ void makePrivate(const Folders &folders)
 {
     makePrivateFolder(folders.config);
     makePrivateFolder(folders.data);
+}
+
+QString installedManual()
+{
+    const QString program = QCoreApplication::applicationDirPath();
+    for (const QString &folder :
+         {program + QStringLiteral("/../share/doc/orvelle/"), program + QStringLiteral("/../manual/")}) {
+        const QFileInfo page(folder + text("about.manualPage"_text));
+        if (page.isFile())
+            return page.canonicalFilePath();
+    }
+    return {};
 }
 
 QStringList temporaryFolders()

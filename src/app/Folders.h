@@ -17,6 +17,10 @@ struct Folders {
     static Folders ofUser();
 };
 
+/// The manual in the application's language that was installed, or built, with
+/// this program; empty where there is none.
+QString installedManual();
+
 /// Makes the folders of settings and data, with what is missing above them,
 /// for this user alone whatever the umask allows. What fails is reported by
 /// whoever writes there.

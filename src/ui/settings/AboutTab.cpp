@@ -3,6 +3,7 @@
 #include "base/Notifications.h"
 #include "base/Text.h"
 #include "platform/Alerts.h"
+#include "platform/Clock.h"
 #include "services/DebugModeManager.h"
 #include "ui/settings/AboutLicencesView.h"
 #include "ui/settings/Sections.h"
@@ -81,6 +82,9 @@ QWidget *AboutTab::makeHead()
     versionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     auto *welcome = namedButton(QStringLiteral("showWelcome"), text("welcome.show"_text), head);
     connect(welcome, &QPushButton::clicked, this, &AboutTab::welcomeRequested);
+    auto *manual = namedButton(QStringLiteral("openManual"), text("about.manual"_text), head);
+    manual->setVisible(!m_services.about.manual.isEmpty());
+    connect(manual, &QPushButton::clicked, this, &AboutTab::openManual);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
@@ -91,8 +95,15 @@ QWidget *AboutTab::makeHead()
     row->setSpacing(16);
     row->addWidget(new SymbolTile(QStringLiteral("link"), QStringLiteral("blue"), tileSide, head));
     row->addLayout(texts, 1);
+    row->addWidget(manual, 0, Qt::AlignVCenter);
     row->addWidget(welcome, 0, Qt::AlignVCenter);
     return head;
+}
+
+void AboutTab::openManual()
+{
+    m_services.openLink(
+        LinkItem::make(QStringLiteral("Orvelle"), m_services.about.manual, LinkType::File, m_services.clock.now()));
 }
 
 QWidget *AboutTab::makeDataSection()

@@ -23,6 +23,7 @@ signals:
 
 private:
     QWidget *makeHead();
+    void openManual();
     QWidget *makeDataSection();
     void addPlace(QFormLayout *form, const QString &label, const QString &path, const QString &folder);
     QWidget *makeDebugSection();

@@ -35,6 +35,7 @@ struct AboutInfo {
     QString build;
     QString settingsPath; ///< the settings database
     QString dataFolder;   ///< snapshots and what was set aside
+    QString manual = {};  ///< the installed manual's page; empty where there is none
 };
 
 /// Everything the settings window works on. All of it outlives the window.
