@@ -2282,5 +2282,8 @@ You can change or remove everything here.</translation>
     <message id="about.manualPage">
         <translation>manual.html</translation>
     </message>
+    <message id="shortcut.portalDescription">
+        <translation>Open the Orvelle menu</translation>
+    </message>
 </context>
 </TS>

@@ -2282,5 +2282,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="about.manualPage">
         <translation>manual.fr.html</translation>
     </message>
+    <message id="shortcut.portalDescription">
+        <translation>Ouvrir le menu d’Orvelle</translation>
+    </message>
 </context>
 </TS>

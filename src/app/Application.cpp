@@ -2,6 +2,7 @@
 
 #include "app/Version.h"
 #include "app/cli/CommandLine.h"
+#include "base/Text.h"
 #include "ui/common/Icons.h"
 
 #include <QGuiApplication>
@@ -28,7 +29,9 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_core(folders, surroundings.clock, std::move(opened.defaults), m_powerEvents),
       m_workspace(surroundings.sessionBus),
       m_statusItem(surroundings.clock, m_colorScheme, surroundings.sessionBus),
-      m_shortcut({*m_core.defaults, m_core.notifications, m_hotKeys}),
+      m_hotKeys(desktopHotKeys(surroundings.clock, QGuiApplication::desktopFileName(),
+                               text("shortcut.portalDescription"_text))),
+      m_shortcut({*m_core.defaults, m_core.notifications, *m_hotKeys}),
       m_widgets(widgetSurroundings()),
       m_services(
           {*m_core.defaults, m_core.clock, m_core.http, surroundings.alerts, m_workspace, &Windows::bringToFront}),
@@ -54,6 +57,16 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
 }
 
+    offerTrayMenu();
+}
+
+void Application::offerTrayMenu()
+{
+    if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland")) || m_layerShell.isAvailable())
+        return;
+    m_trayMenu.emplace(TrayMenu::Services{m_core.links, m_core.widgetOrder, m_widgets.jobs, m_core.notifications,
+                                          m_core.clock, [this](const MenuAction &action) { m_menuBar.perform(action); }});
+    m_trayMenu->giveTo(m_statusItem);
 Application::~Application()
 {
     m_core.jobs.attach(nullptr);

@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/CoreServices.h"
 #include "app/StorageAlerts.h"
+#include "app/TrayMenu.h"
 #include "app/UserServices.h"
 #include "app/WeatherServices.h"
 #include "app/WidgetServices.h"
@@ -13,11 +14,11 @@
 #include "menubar/MenuBarManager.h"
 #include "menubar/TimerToolTip.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
+#include "platform/freedesktop/DesktopHotKeys.h"
 #include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/GioWorkspace.h"
 #include "platform/freedesktop/JournalLog.h"
 #include "platform/freedesktop/LogindPowerEvents.h"
-#include "platform/freedesktop/XcbHotKeys.h"
 #include "platform/freedesktop/wayland/LayerShell.h"
 #include "ui/common/MessageAlerts.h"
 #include "ui/common/QtFolderChooser.h"
@@ -69,6 +70,7 @@ private:
     void reportHowSettingsOpened();
     void saveAndExit();
 
+    void offerTrayMenu();
     Surroundings m_surroundings;
     std::optional<QString> m_damagedCopy;
     std::optional<DefaultsError> m_notWritable;
@@ -79,7 +81,7 @@ private:
     QtFolderChooser m_folderChooser;
     GioWorkspace m_workspace;
     FreedesktopStatusItem m_statusItem;
-    XcbHotKeys m_hotKeys{m_core.clock};
+    std::unique_ptr<HotKeyService> m_hotKeys;
     GlobalShortcut m_shortcut;
     WidgetServices m_widgets;
     UserServices m_services;
@@ -93,6 +95,7 @@ private:
     TimerToolTip m_timerToolTip;
     AppDelegate m_delegate;
     StorageAlerts m_storageAlerts;
+    std::optional<TrayMenu> m_trayMenu; ///< where no program can place a menu
 };
 
 } // namespace orvelle

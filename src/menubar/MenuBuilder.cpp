@@ -34,6 +34,11 @@ MenuBuilder::MenuBuilder(const LinkStore &links, const WidgetOrderManager &widge
 Menu MenuBuilder::buildMainMenu() const
 {
     letServicesCatchUp();
+    return currentMainMenu();
+}
+
+Menu MenuBuilder::currentMainMenu() const
+{
     Menu menu;
     addLinks(menu);
     addWidgets(menu, true);

@@ -20,6 +20,10 @@ public:
     /// user, the bottom row. First lets sync, weather and clipboard catch up, so
     /// that what it shows is current.
     Menu buildMainMenu() const;
+    /// The same of what is known already, for a menu that is shown all the while.
+    Menu currentMainMenu() const;
+    /// Lets sync, weather and clipboard look for what is new.
+    void letServicesCatchUp() const;
     /// The same without the bottom row and without the widgets that want to be
     /// in the status item's menu only.
     Menu buildLinksOnlyMenu() const;
@@ -27,7 +31,6 @@ public:
     Menu buildContextMenu() const;
 
 private:
-    void letServicesCatchUp() const;
     void addLinks(Menu &menu) const;
     void addWidgets(Menu &menu, bool withMenuBarOnly) const;
     void addSyncMark(Menu &menu) const;

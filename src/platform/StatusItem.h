@@ -10,6 +10,8 @@
 
 namespace orvelle {
 
+class HostMenuSource;
+
 /// One entry of the small menu that a tray host may draw itself.
 struct HostMenuEntry {
     int id = 0; ///< positive, unique in the menu; what hostMenuChosen() gives back
@@ -41,6 +43,10 @@ public:
     virtual void setToolTip(const QString &toolTip) = 0;
     /// The menu for hosts that draw one on a right click.
     virtual void setHostMenu(const QList<HostMenuEntry> &entries) = 0;
+    /// The whole menu for hosts that draw it, in the place of the small one,
+    /// where the application cannot place a menu itself: hosts are asked to
+    /// show it at a left click, too. `source` outlives the item.
+    virtual void setHostMenuSource(HostMenuSource &source) { static_cast<void>(source); }
     virtual Host host() const = 0;
 
 signals:

@@ -35,6 +35,7 @@ public:
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
     /// Another program on the bus with each call.
+    QString address() const { return m_address; }
     QDBusConnection connection()
     {
         m_names += QUuid::createUuid().toString();

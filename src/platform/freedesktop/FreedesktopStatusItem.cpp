@@ -90,6 +90,12 @@ void FreedesktopStatusItem::setHostMenu(const QList<HostMenuEntry> &entries)
     m_hostMenu->setEntries(entries);
 }
 
+void FreedesktopStatusItem::setHostMenuSource(HostMenuSource &source)
+{
+    m_hostMenu->setSource(source);
+    m_notifier->setItemIsMenu(true);
+}
+
 void FreedesktopStatusItem::recolor()
 {
     m_notifier->setColor(m_colors.symbolColor());

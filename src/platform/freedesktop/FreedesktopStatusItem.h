@@ -41,6 +41,8 @@ public:
     void setTitle(const QString &title) override;
     void setToolTip(const QString &toolTip) override;
     void setHostMenu(const QList<HostMenuEntry> &entries) override;
+    /// Before show(): hosts ask once what a click means.
+    void setHostMenuSource(HostMenuSource &source) override;
     Host host() const override { return m_host; }
 
 private:

@@ -1,9 +1,9 @@
 #include "platform/freedesktop/HostMenu.h"
 
 #include <QDBusError>
-#include <QDBusMetaType>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QSet>
 
 #include <algorithm>
@@ -16,122 +16,64 @@ Q_LOGGING_CATEGORY(lcHostMenu, "HostMenu", QtInfoMsg)
 
 namespace {
 
-constexpr int rootId = 0;
+constexpr int rootId = HostMenuTree::rootId;
 
 /// What a property is worth for an entry that does not carry it.
 const QVariantMap &propertyDefaults()
 {
-    static const QVariantMap defaults{{u"type"_s, u"standard"_s},  {u"label"_s, QString()},
-                                      {u"enabled"_s, true},        {u"visible"_s, true},
-                                      {u"icon-name"_s, QString()}, {u"children-display"_s, QString()}};
+    static const QVariantMap defaults{{u"type"_s, u"standard"_s},
+                                      {u"label"_s, QString()},
+                                      {u"enabled"_s, true},
+                                      {u"visible"_s, true},
+                                      {u"icon-name"_s, QString()},
+                                      {u"icon-data"_s, QByteArray()},
+                                      {u"children-display"_s, QString()},
+                                      {u"toggle-type"_s, QString()},
+                                      {u"toggle-state"_s, -1}};
     return defaults;
-}
-
-QVariantMap allPropertiesOf(const HostMenuEntry &entry)
-{
-    if (entry.separator)
-        return {{u"type"_s, u"separator"_s}};
-    QVariantMap properties;
-    // A single underscore marks the next letter as the access key.
-    properties.insert(u"label"_s, QString(entry.title).replace(u'_', u"__"_s));
-    if (!entry.iconName.isEmpty())
-        properties.insert(u"icon-name"_s, entry.iconName);
-    return properties;
-}
-
-QVariantMap chosenFrom(const QVariantMap &properties, const QStringList &names)
-{
-    if (names.isEmpty())
-        return properties;
-    QVariantMap some;
-    for (const auto &[name, value] : properties.asKeyValueRange()) {
-        if (names.contains(name))
-            some.insert(name, value);
-    }
-    return some;
 }
 
 } // namespace
 
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuNode &node)
-{
-    out.beginStructure();
-    out << node.id << node.properties;
-    out.beginArray(QMetaType::fromType<QDBusVariant>());
-    for (const HostMenuNode &child : node.children)
-        out << QDBusVariant(QVariant::fromValue(child));
-    out.endArray();
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuNode &node)
-{
-    in.beginStructure();
-    in >> node.id >> node.properties;
-    in.beginArray();
-    while (!in.atEnd()) {
-        QDBusVariant child;
-        in >> child;
-        node.children += qdbus_cast<HostMenuNode>(child.variant());
-    }
-    in.endArray();
-    in.endStructure();
-    return in;
-}
-
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuProperties &properties)
-{
-    out.beginStructure();
-    out << properties.id << properties.properties;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuProperties &properties)
-{
-    in.beginStructure();
-    in >> properties.id >> properties.properties;
-    in.endStructure();
-    return in;
-}
-
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuEvent &event)
-{
-    out.beginStructure();
-    out << event.id << event.type << event.data << event.timestamp;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuEvent &event)
-{
-    in.beginStructure();
-    in >> event.id >> event.type >> event.data >> event.timestamp;
-    in.endStructure();
-    return in;
-}
-
 HostMenu::HostMenu(QObject *parent) : QObject(parent)
 {
-    qDBusRegisterMetaType<HostMenuNode>();
-    qDBusRegisterMetaType<HostMenuProperties>();
-    qDBusRegisterMetaType<QList<HostMenuProperties>>();
-    qDBusRegisterMetaType<HostMenuEvent>();
-    qDBusRegisterMetaType<QList<HostMenuEvent>>();
+    registerHostMenuTypes();
 }
 
 void HostMenu::setEntries(const QList<HostMenuEntry> &entries)
 {
-    m_entries.clear();
+    QList<HostMenuItem> items;
+    QSet<int> ids;
     for (const HostMenuEntry &entry : entries) {
-        if (entry.id > rootId && !find(entry.id))
-            m_entries += entry;
-        else
+        if (entry.id <= rootId || ids.contains(entry.id)) {
             qCWarning(lcHostMenu, "entry left out: the id %d is not positive or not unique", entry.id);
+            continue;
+        }
+        ids += entry.id;
+        HostMenuItem item;
+        item.key = QString::number(entry.id);
+        item.title = entry.title;
+        item.iconName = entry.iconName;
+        item.separator = entry.separator;
+        item.choose = [this, id = entry.id] { emit chosen(id); };
+        items += item;
     }
-    ++m_revision;
-    emit LayoutUpdated(m_revision, rootId);
+    if (m_source)
+        return;
+    m_tree.setItems(items);
+    emit LayoutUpdated(++m_revision, rootId);
+}
+
+void HostMenu::setSource(HostMenuSource &source)
+{
+    m_source = &source;
+    m_isStale = true;
+    connect(&source, &HostMenuSource::changed, this, [this] {
+        m_isStale = true;
+        if (m_wasRead) // else the first question finds it as it is then
+            catchUp();
+    });
+    emit LayoutUpdated(++m_revision, rootId);
 }
 
 QString HostMenu::textDirection() const
@@ -139,18 +81,32 @@ QString HostMenu::textDirection() const
     return QGuiApplication::layoutDirection() == Qt::RightToLeft ? u"rtl"_s : u"ltr"_s;
 }
 
+bool HostMenu::catchUp()
+{
+    if (!m_source)
+        return false;
+    m_isStale = false;
+    const HostMenuTree::Changes changes = m_tree.setItems(m_source->items());
+    if (!changes.layouts.isEmpty())
+        ++m_revision;
+    for (const int parent : changes.layouts)
+        emit LayoutUpdated(m_revision, parent);
+    if (!changes.updated.isEmpty() || !changes.removed.isEmpty())
+        emit ItemsPropertiesUpdated(changes.updated, changes.removed);
+    return !changes.layouts.isEmpty();
+}
+
 uint HostMenu::GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames, HostMenuNode &layout)
 {
     constexpr int unlimited = -1;
-    if (!exists(parentId) || recursionDepth < unlimited) {
+    if (m_isStale)
+        catchUp();
+    if (!m_tree.exists(parentId) || recursionDepth < unlimited) {
         refuse(u"no such entry, or a depth below -1"_s);
         return m_revision;
     }
-    layout = {parentId, propertiesOf(parentId, propertyNames), {}};
-    if (parentId == rootId && recursionDepth != 0) {
-        for (const HostMenuEntry &entry : m_entries)
-            layout.children += {entry.id, propertiesOf(entry.id, propertyNames), {}};
-    }
+    m_wasRead = true;
+    layout = m_tree.layout(parentId, recursionDepth, propertyNames);
     return m_revision;
 }
 
@@ -159,11 +115,9 @@ QList<HostMenuProperties> HostMenu::GetGroupProperties(const QList<int> &ids, co
     // Each entry once at most, however often it was asked for.
     const QSet<int> wanted(ids.begin(), ids.end());
     QList<HostMenuProperties> group;
-    if (wanted.isEmpty() || wanted.contains(rootId))
-        group += {rootId, propertiesOf(rootId, propertyNames)};
-    for (const HostMenuEntry &entry : m_entries) {
-        if (wanted.isEmpty() || wanted.contains(entry.id))
-            group += {entry.id, propertiesOf(entry.id, propertyNames)};
+    for (const int id : m_tree.ids()) {
+        if (wanted.isEmpty() || wanted.contains(id))
+            group += {id, m_tree.properties(id, propertyNames)};
     }
     return group;
 }
@@ -171,11 +125,11 @@ QList<HostMenuProperties> HostMenu::GetGroupProperties(const QList<int> &ids, co
 QDBusVariant HostMenu::GetProperty(int id, const QString &name)
 {
     const auto fallback = propertyDefaults().constFind(name);
-    if (!exists(id) || fallback == propertyDefaults().constEnd()) {
+    if (!m_tree.exists(id) || fallback == propertyDefaults().constEnd()) {
         refuse(u"no such entry or property"_s);
         return {};
     }
-    return QDBusVariant(propertiesOf(id, {}).value(name, *fallback));
+    return QDBusVariant(m_tree.properties(id, {name}).value(name, *fallback));
 }
 
 void HostMenu::Event(int id, const QString &eventId, const QDBusVariant &, uint)
@@ -196,33 +150,39 @@ QList<int> HostMenu::EventGroup(const QList<HostMenuEvent> &events)
     return unknown;
 }
 
+/// Before the host shows the children of an entry.
+bool HostMenu::prepare(int id)
+{
+    if (id != rootId) {
+        const bool made = m_tree.expand(id);
+        m_revision += made ? 1 : 0;
+        return made;
+    }
+    if (m_source)
+        m_source->setShown(true);
+    return catchUp();
+}
+
 bool HostMenu::AboutToShow(int id)
 {
-    if (!exists(id))
-        refuse(u"no such entry"_s);
-    return false; // the layout is always up to date
+    if (m_tree.exists(id))
+        return prepare(id);
+    refuse(u"no such entry"_s);
+    return false;
 }
 
 QList<int> HostMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &idErrors)
 {
-    std::ranges::copy_if(ids, std::back_inserter(idErrors), [this](int id) { return !exists(id); });
+    QList<int> renewed;
+    for (const int id : ids) {
+        if (!m_tree.exists(id))
+            idErrors += id;
+        else if (!renewed.contains(id) && prepare(id))
+            renewed += id;
+    }
     if (!ids.isEmpty() && idErrors.size() == ids.size())
         refuse(u"none of the entries exists"_s);
-    return {};
-}
-
-const HostMenuEntry *HostMenu::find(int id) const
-{
-    const auto found = std::ranges::find(m_entries, id, &HostMenuEntry::id);
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
-QVariantMap HostMenu::propertiesOf(int id, const QStringList &names) const
-{
-    if (id == rootId)
-        return chosenFrom({{u"children-display"_s, u"submenu"_s}}, names);
-    const HostMenuEntry *entry = find(id);
-    return entry ? chosenFrom(allPropertiesOf(*entry), names) : QVariantMap();
+    return renewed;
 }
 
 void HostMenu::refuse(const QString &why)
@@ -233,15 +193,22 @@ void HostMenu::refuse(const QString &why)
 
 bool HostMenu::handleEvent(int id, const QString &eventId)
 {
-    if (!exists(id))
+    if (!m_tree.exists(id))
         return false;
-    const HostMenuEntry *entry = find(id);
-    if (entry && !entry->separator && eventId == u"clicked"_s) {
-        // After the answer: what the choice does may take its time.
-        QMetaObject::invokeMethod(
-            this, [this, id] { emit chosen(id); }, Qt::QueuedConnection);
-    }
+    if (id == rootId && m_source && (eventId == u"opened"_s || eventId == u"closed"_s))
+        m_source->setShown(eventId == u"opened"_s);
+    if (eventId == u"clicked"_s)
+        choose(id);
     return true;
+}
+
+void HostMenu::choose(int id)
+{
+    const HostMenuItem *item = m_tree.item(id);
+    if (!item || item->separator || !item->enabled || item->children || !item->choose)
+        return;
+    // After the answer: what the choice does may take its time.
+    QMetaObject::invokeMethod(this, item->choose, Qt::QueuedConnection);
 }
 
 } // namespace orvelle

@@ -1,44 +1,15 @@
 #pragma once
 
 #include "platform/StatusItem.h"
+#include "platform/freedesktop/HostMenuTree.h"
 
-#include <QDBusArgument>
 #include <QDBusContext>
-#include <QDBusVariant>
-#include <QVariantMap>
 
 namespace orvelle {
 
-/// (ia{sv}av): one node of the menu with the properties that were asked for.
-struct HostMenuNode {
-    int id = 0;
-    QVariantMap properties;
-    QList<HostMenuNode> children;
-};
-
-/// (ia{sv})
-struct HostMenuProperties {
-    int id = 0;
-    QVariantMap properties;
-};
-
-/// (isvu)
-struct HostMenuEvent {
-    int id = 0;
-    QString type;
-    QDBusVariant data;
-    uint timestamp = 0;
-};
-
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuNode &node);
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuNode &node);
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuProperties &properties);
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuProperties &properties);
-QDBusArgument &operator<<(QDBusArgument &out, const HostMenuEvent &event);
-const QDBusArgument &operator>>(const QDBusArgument &in, HostMenuEvent &event);
-
-/// The small menu as an object on the bus (com.canonical.dbusmenu, version 3),
-/// for tray hosts that draw menus themselves. A flat menu: node 0 is the root.
+/// A menu as an object on the bus (com.canonical.dbusmenu, version 3), for tray
+/// hosts that draw menus themselves: the small one of a right click, or a
+/// whole one from a source.
 class HostMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -51,8 +22,11 @@ class HostMenu : public QObject, protected QDBusContext
 public:
     explicit HostMenu(QObject *parent = nullptr);
 
-    /// Entries whose id is not positive or comes twice are left out, and logged.
+    /// The small menu. Entries whose id is not positive or comes twice are left
+    /// out, and logged.
     void setEntries(const QList<HostMenuEntry> &entries);
+    /// The whole menu, in the place of the small one. `source` outlives this.
+    void setSource(HostMenuSource &source);
 
     uint version() const { return 3; }
     QString status() const { return QStringLiteral("normal"); }
@@ -75,23 +49,25 @@ public slots:
 
 signals:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
+    Q_SCRIPTABLE void ItemsPropertiesUpdated(const QList<orvelle::HostMenuProperties> &updatedProps,
+                                             const QList<orvelle::HostMenuRemovals> &removedProps);
 
-    /// The user chose the entry.
+    /// The user chose the entry of the small menu.
     void chosen(int id);
 
 private:
-    const HostMenuEntry *find(int id) const;
-    bool exists(int id) const { return id == 0 || find(id); }
-    QVariantMap propertiesOf(int id, const QStringList &names) const;
+    /// True when the host has to ask for the layout again.
+    bool catchUp();
+    bool prepare(int id);
     void refuse(const QString &why);
     bool handleEvent(int id, const QString &eventId);
+    void choose(int id);
 
-    QList<HostMenuEntry> m_entries;
+    HostMenuTree m_tree;
+    HostMenuSource *m_source = nullptr;
+    bool m_isStale = false; ///< the source has not been asked since it changed
+    bool m_wasRead = false; ///< some host knows the menu
     uint m_revision = 1;
 };
 
 } // namespace orvelle
-
-Q_DECLARE_METATYPE(orvelle::HostMenuNode)
-Q_DECLARE_METATYPE(orvelle::HostMenuProperties)
-Q_DECLARE_METATYPE(orvelle::HostMenuEvent)

@@ -64,6 +64,8 @@ public:
     void setColor(const QColor &color);
     void setTitle(const QString &title);
     void setToolTip(const QString &toolTip);
+    /// Whether hosts are to show the menu at a left click, too.
+    void setItemIsMenu(bool isMenu) { m_itemIsMenu = isMenu; }
 
     /// Whether a host shows the item, as far as the watcher tells.
     bool hasHost() const { return m_hasHost; }
@@ -77,7 +79,7 @@ public:
     QString iconName() const { return {}; }
     NotifierPixmaps iconPixmap() const;
     NotifierToolTip toolTip() const { return {{}, {}, m_title, m_toolTip}; }
-    bool itemIsMenu() const { return false; }
+    bool itemIsMenu() const { return m_itemIsMenu; }
     QDBusObjectPath menu() const;
 
 public slots:
@@ -121,6 +123,7 @@ private:
     bool m_started = false;
     bool m_registered = false;
     bool m_hasHost = false;
+    bool m_itemIsMenu = false;
 };
 
 } // namespace orvelle
