@@ -330,6 +330,23 @@ TEST_F(WeatherTest, RenewedHourlyAfterSleepAndWhenStale)
     EXPECT_EQ(world.clock.pending(), 0U);
 }
 
+TEST_F(WeatherTest, WhatIsOnItsWayIsNotAskedForAgain)
+{
+    set("WeatherManualCity", u"Paris"_s);
+    const auto manager = makeIn("manual");
+    for (int opening = 0; opening < 3; ++opening)
+        manager->refreshIfNeeded();
+    EXPECT_EQ(geocoder.asked.size(), 1);
+    geocoder.deliver();
+    manager->refreshIfNeeded();
+    EXPECT_EQ(geocoder.asked.size(), 1);
+    EXPECT_EQ(http.requests.size(), 1);
+    http.fails(u"*"_s, HttpError::Kind::TimedOut);
+    answerAll();
+    manager->refreshIfNeeded();
+    EXPECT_EQ(geocoder.asked.size(), 2) << "after a failure the next opening tries again";
+}
+
 TEST_F(WeatherTest, AnotherModeDropsWhatWasForTheOld)
 {
     set("WeatherManualCity", u"Paris"_s);

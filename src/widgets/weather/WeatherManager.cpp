@@ -184,7 +184,10 @@ void WeatherManager::stopMonitoring()
 
 void WeatherManager::refreshIfNeeded()
 {
-    if (isEnabled() && isCacheStale())
+    // What is on its way would be dropped and asked for anew at each opening of
+    // the menu, and on a slow line never arrive.
+    const bool isAsking = m_geocoding || m_forecast || m_naming;
+    if (isEnabled() && isCacheStale() && !isAsking)
         refreshLocation();
 }
 
