@@ -5,8 +5,10 @@
 #include "base/Text.h"
 #include "ui/common/Icons.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QLoggingCategory>
+
+#include <algorithm>
 
 namespace orvelle {
 
@@ -244,6 +246,21 @@ void Application::requestQuit()
         if (terminate)
             saveAndExit();
     });
+}
+
+bool Application::endUnnoticed()
+{
+    // What a message says can be said again, and settings are stored as they are made.
+    const auto isInUse = [](const QWidget *window) {
+        const bool isSettings = window->objectName() == QStringLiteral("SettingsWindow");
+        const bool mayGo = window->objectName() == QStringLiteral("Alert") || (isSettings && !window->isActiveWindow());
+        return window->isVisible() && !mayGo;
+    };
+    if (m_widgets.timer.isRunning() || std::ranges::any_of(QApplication::topLevelWidgets(), isInUse))
+        return false;
+    qCInfo(lcApplication, "Starting again, on another session bus");
+    saveAndExit();
+    return true;
 }
 
 void Application::saveAndExit()

@@ -56,6 +56,9 @@ public:
     void performAction(const QString &name);
     /// Somebody wants the application to end; it may ask the user first.
     void requestQuit();
+    /// Ends, to be started again at once, if the user does not notice: not
+    /// while a countdown runs, or a window is open in which something may be half done.
+    bool endUnnoticed();
 
 private:
     void toggleMenu() override;

@@ -4,6 +4,7 @@
 #include "app/Display.h"
 #include "app/LoneCommand.h"
 #include "app/SessionBus.h"
+#include "app/SessionBusWatch.h"
 #include "app/cli/CommandInput.h"
 #include "app/cli/CommandLine.h"
 #include "base/Text.h"
@@ -15,6 +16,8 @@
 #include <QDir>
 #include <QLockFile>
 #include <QLoggingCategory>
+
+#include <unistd.h>
 
 #include <cstdio>
 
@@ -98,6 +101,8 @@ public:
     }
 
     int run();
+    /// The program to go on with, in place of this process; empty for none.
+    const QByteArray &successor() const { return m_successor; }
 
 private:
     int runCommand(const CommandCall &call);
@@ -113,6 +118,7 @@ private:
     bool m_hasBus;
     QString m_workingDirectory;
     QStringList m_arguments;
+    QByteArray m_successor;
 };
 
 int Launcher::run()
@@ -273,6 +279,12 @@ int Launcher::becomeApplication(GuiApplication &app, Application *&running, cons
     Application application({clock, log, alerts, m_hasBus ? QDBusConnection::sessionBus() : QDBusConnection(QString())},
                             folders, std::move(opened).value());
     running = &application;
+    // Nothing that is connected to the former bus serves on another.
+    const SessionBusWatch busWatch(m_hasBus ? QDBusConnection::sessionBus() : QDBusConnection(QString()), clock);
+    QObject::connect(&busWatch, &SessionBusWatch::busIsAnother, &application, [this, &application] {
+        if (application.endUnnoticed())
+            m_successor = QFile::encodeName(QCoreApplication::applicationFilePath());
+    });
     app.quitRequested = [&application] { application.requestQuit(); };
     application.start();
     if (const auto *files = std::get_if<OpenFiles>(&first))
@@ -285,11 +297,27 @@ int Launcher::becomeApplication(GuiApplication &app, Application *&running, cons
     return code;
 }
 
+/// Goes on as another program with nothing of this one's; returns only when
+/// that is not possible.
+void becomeProgram(const QByteArray &path)
+{
+    constexpr unsigned firstOwn = STDERR_FILENO + 1;
+    ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
+    // The second is what runs now, where an update has taken the file away.
+    for (const char *file : {path.constData(), "/proc/self/exe"})
+        ::execl(file, path.constData(), static_cast<char *>(nullptr));
+    std::perror("orvelle: The program cannot be started again");
+}
+
 } // namespace
 
 int launch(int argc, char **argv)
 {
-    return Launcher(argc, argv).run();
+    Launcher launcher(argc, argv);
+    const int code = launcher.run();
+    if (!launcher.successor().isEmpty())
+        becomeProgram(launcher.successor());
+    return code;
 }
 
 } // namespace orvelle

@@ -58,15 +58,25 @@ protected:
         }
     }
 
+    /// At the same place each time, which says nothing of which bus it is, as
+    /// in a login.
     void startBus()
     {
+        const QString address = QStringLiteral("unix:path=") + m_environment.value(QStringLiteral("XDG_RUNTIME_DIR")) +
+                                QStringLiteral("/bus");
         m_bus = std::make_unique<QProcess>();
         m_bus->setProcessEnvironment(m_environment);
         m_bus->start(QStringLiteral("dbus-daemon"),
-                     {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
+                     {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--address=") + address,
+                      QStringLiteral("--print-address=1")});
         ASSERT_TRUE(m_bus->waitForReadyRead(10'000));
-        m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-                             QString::fromLatin1(m_bus->readLine()).trimmed());
+        m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
+    }
+    void killBus()
+    {
+        m_bus->kill();
+        m_bus->waitForFinished();
+        QFile::remove(m_environment.value(QStringLiteral("XDG_RUNTIME_DIR")) + QStringLiteral("/bus"));
     }
 
     std::unique_ptr<QProcess> start(const QStringList &arguments)
@@ -108,6 +118,26 @@ protected:
 QStringList split(const char *line)
 {
     return QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
+}
+
+TEST_F(Program, IsBackOnAnotherSessionBus)
+{
+    startBus();
+    // With these no window opens at the start.
+    ASSERT_EQ(run(split("defaults write HasLaunchedBefore bool true")).code, 0);
+    ASSERT_EQ(run(split("add http://before.invalid/")).code, 0);
+    startApplication();
+    ASSERT_EQ(run({QStringLiteral("toggle")}).code, 0) << "the menu is shut again";
+    killBus();
+    ASSERT_EQ(run(split("add http://meanwhile.invalid/")).code, 0);
+    startBus();
+    QElapsedTimer patience;
+    patience.start();
+    while (run({QStringLiteral("toggle")}).code != 0)
+        ASSERT_LT(patience.elapsed(), 40'000) << "nobody answers on the new bus";
+    EXPECT_FALSE(m_started.back()->waitForFinished(0)) << "it is still the same process";
+    const QByteArray links = run(split("links")).out;
+    EXPECT_TRUE(links.contains("before.invalid") && links.contains("meanwhile.invalid")) << links.toStdString();
 }
 
 TEST_F(Program, AnswersEachWrongUseWithOneSentence)

@@ -22,6 +22,7 @@ public:
     using QObject::QObject;
     ~MessageAlerts() override;
 
+    /// The window of an alert has the object name "Alert".
     void show(const Alert &alert, std::function<void(int button)> chosen = {}) override;
 
 private:
