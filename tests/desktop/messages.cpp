@@ -85,6 +85,24 @@ TEST(BusNotifications, WhatIsWithdrawnBeforeTheAnswerGoesWhenItComes)
     messages.show(u"timer"_s, {u"b"_s, {}, {}, true});
     settle();
     EXPECT_EQ(service.closed.size(), 1) << "shown again meanwhile";
+    ASSERT_EQ(service.shown.size(), 3);
+    EXPECT_EQ(service.shown.last().at(1).toUInt(), 42U) << "in place of the one that was to go";
+}
+
+TEST(BusNotifications, OnlyTheLastOfSeveralStays)
+{
+    FakeMessageService service;
+    BusClient program;
+    BusNotifications messages(program.bus());
+    for (const QString &title : {u"a"_s, u"b"_s, u"c"_s})
+        messages.show(u"timer"_s, {title, {}, {}, true});
+    ASSERT_TRUE(waitFor([&] { return service.shown.size() == 2; }));
+    settle();
+    EXPECT_EQ(service.shown.size(), 2);
+    EXPECT_EQ(service.shown.last().at(1).toUInt(), 41U) << "in place of the first";
+    EXPECT_EQ(service.shown.last().at(3).toString(), u"c"_s);
+    messages.withdraw(u"timer"_s);
+    EXPECT_TRUE(waitFor([&] { return service.closed == QList<uint>({41}); }));
 }
 
 TEST(BusNotifications, AnotherServiceIsAskedAnew)

@@ -37,8 +37,18 @@ QVariantMap hintsOf(const DesktopNotifications::Message &message)
 BusNotifications::BusNotifications(const QDBusConnection &sessionBus, QObject *parent)
     : QObject(parent), m_bus(sessionBus), m_service(service(), sessionBus, QDBusServiceWatcher::WatchForUnregistration)
 {
-    // Another service numbers its messages anew.
-    connect(&m_service, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_shown.clear(); });
+    connect(&m_service, &QDBusServiceWatcher::serviceUnregistered, this, &BusNotifications::serviceEnded);
+}
+
+/// Another service numbers its messages anew.
+void BusNotifications::serviceEnded()
+{
+    ++m_services;
+    const auto before = std::exchange(m_shown, {});
+    for (auto each = before.cbegin(); each != before.cend(); ++each) {
+        if (each->next)
+            show(each.key(), *each->next);
+    }
 }
 
 void BusNotifications::show(const QString &tag, const Message &message)
@@ -47,19 +57,29 @@ void BusNotifications::show(const QString &tag, const Message &message)
         return;
     Shown &shown = m_shown[tag];
     shown.withdrawn = false;
-    ++shown.inAnswer;
+    if (shown.isAsked)
+        shown.next = message;
+    else
+        send(tag, message);
+}
+
+void BusNotifications::send(const QString &tag, const Message &message)
+{
+    Shown &shown = m_shown[tag];
+    shown.isAsked = true;
     constexpr int untilDismissed = 0;
     constexpr int asUsual = -1;
     const QDBusMessage notify = call(u"Notify"_s) << u"Orvelle"_s << shown.id << message.iconName << message.title
                                                   << message.body.toHtmlEscaped() << QStringList() << hintsOf(message)
                                                   << (message.urgent ? untilDismissed : asUsual);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(notify), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, tag] {
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, tag, to = m_services] {
         pending->deleteLater();
         const QDBusPendingReply<uint> reply = *pending;
         if (reply.isError())
             qCInfo(lcNotifications, "not shown: %ls", qUtf16Printable(reply.error().name()));
-        answered(tag, reply.isError() ? 0 : reply.value());
+        if (to == m_services)
+            answered(tag, reply.isError() ? 0 : reply.value());
     });
 }
 
@@ -68,10 +88,12 @@ void BusNotifications::answered(const QString &tag, uint id)
     const auto shown = m_shown.find(tag);
     if (shown == m_shown.end())
         return;
-    --shown->inAnswer;
+    shown->isAsked = false;
     shown->id = id;
-    if (shown->withdrawn && shown->inAnswer == 0)
+    if (shown->withdrawn)
         withdraw(tag);
+    else if (const auto next = std::exchange(shown->next, std::nullopt))
+        send(tag, *next);
 }
 
 void BusNotifications::withdraw(const QString &tag)
@@ -79,8 +101,9 @@ void BusNotifications::withdraw(const QString &tag)
     const auto shown = m_shown.find(tag);
     if (shown == m_shown.end())
         return;
-    if (shown->inAnswer > 0) {
+    if (shown->isAsked) {
         shown->withdrawn = true;
+        shown->next.reset();
         return;
     }
     if (shown->id != 0)
