@@ -20,7 +20,8 @@ struct ResolvedBookmark {
 };
 
 /// References to files and folders that survive a rename: opaque bytes that
-/// only this machine understands.
+/// only this machine understands. Any thread. Every call takes as long as the
+/// file system does, which on a network disk that is gone may be without end.
 class FileBookmarks
 {
 public:

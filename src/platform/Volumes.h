@@ -13,7 +13,8 @@ struct RemoteVolume {
     friend bool operator==(const RemoteVolume &, const RemoteVolume &) = default;
 };
 
-/// The mounted volumes.
+/// The mounted volumes, as the system lists them: the volumes themselves are not
+/// touched, so one that is gone holds up nobody. Any thread.
 class Volumes
 {
 public:

@@ -10,6 +10,7 @@ class XcbConnection;
 
 /// Which window has the focus on X11, and giving it back. It connects when
 /// first asked; on Wayland, and without a display, there is nothing to know.
+/// Main thread.
 class WindowFocus
 {
 public:

@@ -9,7 +9,8 @@ namespace orvelle {
 
 class XcbConnection;
 
-/// Where the keyboard that is set now has its keys and modifiers.
+/// Where the keyboard that is set now has its keys and modifiers: as it was when
+/// this was made. Without an answer of the server it has no keys.
 class XcbKeyboard
 {
 public:

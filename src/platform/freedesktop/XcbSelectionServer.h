@@ -25,14 +25,12 @@ public:
     bool owns() const { return !m_forms.isEmpty(); }
     /// Another program has it now. Pieces on their way still arrive.
     void lost() { m_forms.clear(); }
-    const QList<PasteboardItem> &forms() const { return m_forms; }
     xcb_timestamp_t ownedSince() const { return m_time; }
 
     void selectionRequest(const xcb_selection_request_event_t &event);
     /// `window` has taken a piece.
     void propertyDeleted(xcb_window_t window, xcb_atom_t property);
     void windowGone(xcb_window_t window);
-    bool isSending() const { return !m_transfers.empty(); }
 
 private:
     struct Transfer {
