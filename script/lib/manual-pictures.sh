@@ -11,15 +11,17 @@ fail() {
 
 # Windows with their frames and a little of the ground around them.
 picture() { # NAME WINDOW...
-    local window left=99999 top=99999 right=0 bottom=0 x y width height
+    local window left=99999 top=99999 right=0 bottom=0 x y width height before after above below
     for window in "${@:2}"; do
-        read -r x y width height < <(xwininfo -frame -id "$window" | awk '
+        read -r x y width height < <(xwininfo -id "$window" | awk '
             /Absolute upper-left X/ {x = $NF} /Absolute upper-left Y/ {y = $NF}
             /^  Width:/ {w = $NF} /^  Height:/ {print x, y, w, $NF}')
-        [ "$x" -ge "$left" ] || left=$x
-        [ "$y" -ge "$top" ] || top=$y
-        [ $((x + width)) -le "$right" ] || right=$((x + width))
-        [ $((y + height)) -le "$bottom" ] || bottom=$((y + height))
+        before=0 after=0 above=0 below=0
+        IFS=', ' read -r before after above below < <(xprop -id "$window" _NET_FRAME_EXTENTS | sed -n 's/.*= //p') || true
+        [ $((x - before)) -ge "$left" ] || left=$((x - before))
+        [ $((y - above)) -ge "$top" ] || top=$((y - above))
+        [ $((x + width + after)) -le "$right" ] || right=$((x + width + after))
+        [ $((y + height + below)) -le "$bottom" ] || bottom=$((y + height + below))
     done
     settled_shot "$ORVELLE_DESKTOP/screen.png"
     convert "$ORVELLE_DESKTOP/screen.png" -crop "$((right - left + 24))x$((bottom - top + 24))+$((left - 12))+$((top - 12))" \
