@@ -1,10 +1,12 @@
 #include "platform/freedesktop/JournalLog.h"
 
 #include "platform/freedesktop/LogLine.h"
+#include "platform/freedesktop/LogRepeats.h"
 
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <deque>
 #include <mutex>
 
@@ -89,9 +91,15 @@ class JournalLog::Impl
 public:
     explicit Impl(bool useJournal) : m_useJournal(useJournal) {}
 
-    void log(const Record &record)
+    void log(Record record)
     {
         const std::lock_guard guard(m_mutex);
+        const std::chrono::duration<double> running = std::chrono::steady_clock::now().time_since_epoch();
+        const auto keptBack = m_repeats.admit(logLine(record.level, record.area, record.text), running.count());
+        if (!keptBack)
+            return;
+        if (*keptBack > 0)
+            record.text += QStringLiteral(" (and %1 times in between)").arg(*keptBack);
         m_lines.push_back(datedLogLine(QDateTime::currentDateTimeUtc(), record.level, record.area, record.text));
         if (m_lines.size() > ringSize)
             m_lines.pop_front();
@@ -116,6 +124,7 @@ public:
 private:
     const bool m_useJournal;
     mutable std::mutex m_mutex;
+    LogRepeats m_repeats;
     std::deque<QString> m_lines;
 };
 

@@ -14,7 +14,8 @@ namespace orvelle {
 /// ORVELLE_AREA (the logging category) and, in builds that know them,
 /// CODE_FILE, CODE_LINE and CODE_FUNC. On standard error a line reads
 /// "level area: message". Control characters in a message are written as
-/// escapes, so that no message can pass for two.
+/// escapes, so that no message can pass for two. A line that comes again and
+/// again is written twice a minute, and then how often it came in between.
 ///
 /// Logging is safe from any thread.
 class JournalLog
