@@ -142,7 +142,7 @@ int Launcher::run()
     }
     if (const auto *files = std::get_if<OpenFiles>(&parsed))
         return runApplication(*files);
-    return runApplication(PlainStart());
+    return runApplication(std::get<PlainStart>(parsed));
 }
 
 int Launcher::runCommand(const CommandCall &call)
@@ -181,6 +181,8 @@ std::optional<int> Launcher::handOver(const RunningInstance &instance, const Fir
         const auto result = instance.run(m_arguments, m_workingDirectory);
         return result ? std::optional(finish(*result)) : std::nullopt;
     }
+    if (const auto *start = std::get_if<PlainStart>(&request); start && start->atLogin)
+        return CommandResult::Done;
     const auto *files = std::get_if<OpenFiles>(&request);
     const bool answered = files ? instance.open(files->paths) : instance.activate();
     return answered ? std::optional<int>(CommandResult::Done) : std::nullopt;

@@ -39,8 +39,12 @@ cat > "$ORVELLE_DESKTOP/tree.json" <<'JSON'
 JSON
 seed_tree "$ORVELLE_DESKTOP/tree.json" || fail "the tree could not be stored"
 no_first_steps
-start_ready
-"$orvelle" settings || fail "orvelle settings failed"
+start_ready --login
+step "a start with the session leaves a running program alone"
+"$orvelle" --login || fail "orvelle --login failed"
+"$orvelle" links > /dev/null || fail "the running program does not answer"
+! app_window 'Settings' || fail "a start with the session opened the settings"
+"$orvelle" || fail "a second start failed"
 front 'Settings'
 
 step "a key renames"

@@ -133,13 +133,12 @@ QString documentPath(const QString &argument, const QString &workingDirectory)
     return QDir::cleanPath(QDir(workingDirectory).absoluteFilePath(path));
 }
 
-/// What a session manager adds when it restarts programs.
-QStringList withoutSessionId(QStringList arguments)
+/// Started with the session, by an autostart entry or by a session manager that
+/// restarts what ran.
+bool isLoginStart(const QStringList &arguments)
 {
-    const qsizetype at = arguments.indexOf(QStringLiteral("-session"));
-    if (at == 0 && arguments.size() == 2)
-        arguments.clear();
-    return arguments;
+    return arguments == QStringList{QStringLiteral("--login")} ||
+           (arguments.size() == 2 && arguments.first() == QStringLiteral("-session"));
 }
 
 } // namespace
@@ -157,16 +156,16 @@ QString helpText()
     help += QStringLiteral("\nOptions:\n"
                            "  --help                                        Show this help, or a command's.\n"
                            "  --version                                     Show the version.\n"
+                           "  --login                                       Start; if it runs, do nothing.\n"
                            "  --completion bash|zsh|fish                    Print a completion script.\n\n"
                            "Exit status: 0 done; 1 refused or invalid; 2 wrong usage.\n");
     return help;
 }
 
-ParsedCommandLine parseCommandLine(const QStringList &given, const QString &workingDirectory)
+ParsedCommandLine parseCommandLine(const QStringList &arguments, const QString &workingDirectory)
 {
-    const QStringList arguments = withoutSessionId(given);
-    if (arguments.isEmpty())
-        return PlainStart{};
+    if (arguments.isEmpty() || isLoginStart(arguments))
+        return PlainStart{!arguments.isEmpty()};
     const QString &first = arguments.first();
     if (first == u"--help" || first == u"-h" || first == u"help")
         return CommandResult::done(helpText().toUtf8());

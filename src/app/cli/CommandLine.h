@@ -44,6 +44,8 @@ std::span<const Command> commands();
 
 /// Start the application, or wake it when it runs.
 struct PlainStart {
+    bool atLogin = false; ///< nobody asked for it: one that runs is left alone
+
     friend bool operator==(const PlainStart &, const PlainStart &) = default;
 };
 /// The same, with documents to open (absolute paths).

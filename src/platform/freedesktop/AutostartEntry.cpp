@@ -22,6 +22,8 @@ constexpr const char *tryExecKey = G_KEY_FILE_DESKTOP_KEY_TRY_EXEC;
 constexpr const char *hiddenKey = G_KEY_FILE_DESKTOP_KEY_HIDDEN;
 constexpr const char *onlyKey = G_KEY_FILE_DESKTOP_KEY_ONLY_SHOW_IN;
 constexpr const char *notKey = G_KEY_FILE_DESKTOP_KEY_NOT_SHOW_IN;
+/// With which the program leaves alone one that runs already.
+constexpr const char16_t loginOption[] = u" --login";
 /// By which desktops turn an entry off without hiding it.
 constexpr const char *switchKeys[] = {"X-GNOME-Autostart-enabled", "X-MATE-Autostart-enabled"};
 
@@ -227,6 +229,8 @@ void AutostartEntry::lead(const QString &program)
     if (!words.isEmpty() && isOrvelle(words.first())) {
         for (const QString &word : words.sliced(1))
             exec += u' ' + quoted(word);
+    } else {
+        exec += QStringView(loginOption);
     }
     g_key_file_set_string(m_file.get(), group, execKey, exec.toUtf8().constData());
     if (isOrvelle(text(tryExecKey)))
@@ -235,8 +239,7 @@ void AutostartEntry::lead(const QString &program)
 
 bool AutostartEntry::isUnedited() const
 {
-    const QStringList words = command();
-    return words.size() == 1 && bytes() == fresh(text(tryExecKey)).bytes();
+    return bytes() == fresh(text(tryExecKey)).bytes();
 }
 
 QByteArray AutostartEntry::bytes() const

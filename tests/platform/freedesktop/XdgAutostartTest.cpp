@@ -85,6 +85,7 @@ TEST_F(XdgAutostartTest, WritesAnEntryThatDesktopsAccept)
         const auto written = AutostartEntry::read(at(userEntry));
         ASSERT_TRUE(written);
         EXPECT_FALSE(written->leadsElsewhere(places.program));
+        EXPECT_EQ(written->command().sliced(1), QStringList{u"--login"_s});
         ASSERT_TRUE(service().unregisterApplication());
         EXPECT_FALSE(QFile::exists(at(userEntry))) << "nothing of ours stays";
     }
@@ -197,7 +198,7 @@ TEST_F(XdgAutostartTest, FollowsTheProgram)
         {"Exec=\"ROOT/gone/Orvelle-1.2.AppImage\"\nTryExec=ROOT/gone/Orvelle-1.2.AppImage",
          "Exec=PROGRAM\nTryExec=PROGRAM"},
         {"Exec=ROOT/old/orvelle\nHidden=true", "Exec=PROGRAM\nHidden=true"},
-        {"Exec=ROOT/gone/wrapper orvelle", "Exec=PROGRAM"},
+        {"Exec=ROOT/gone/wrapper orvelle", "Exec=PROGRAM --login"},
         {"Exec=PROGRAM --a", nullptr},
         {"Exec=ROOT/link/orvelle", nullptr},
         {"Exec=ROOT/bin/script ROOT/old/orvelle", nullptr},
