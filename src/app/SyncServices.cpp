@@ -241,15 +241,15 @@ void SyncServices::removeUnneeded(QStringList accounts, const std::function<void
     accounts.removeAll(QString());
     if (accounts.isEmpty())
         return m_services.engine.clock.after(0ms, this, done);
+    const QString account = accounts.takeFirst(); // before the rest is handed on
     using Removed = Result<SecretStore::Nothing, SecretError>;
-    m_services.engine.secrets.remove(passwordKey(), accounts.takeFirst(),
-                                     [self = QPointer<SyncServices>(this), accounts, done](const Removed &removed) {
-                                         if (!removed)
-                                             qCWarning(lcSyncServices).noquote()
-                                                 << "A password stays in the keyring:" << removed.error().detail;
-                                         if (self)
-                                             self->removeUnneeded(accounts, done);
-                                     });
+    m_services.engine.secrets.remove(
+        passwordKey(), account, [self = QPointer<SyncServices>(this), accounts, done](const Removed &removed) {
+            if (!removed)
+                qCWarning(lcSyncServices).noquote() << "A password stays in the keyring:" << removed.error().detail;
+            if (self)
+                self->removeUnneeded(accounts, done);
+        });
 }
 
 void SyncServices::setAutoSyncEnabled(bool enabled)

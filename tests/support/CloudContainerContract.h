@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CloudContainer.h"
+#include "support/SpinUntil.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -27,18 +28,6 @@
 ///     void goesAway(); void comesBack();                // the whole place
 ///     bool wait(const std::function<bool()> &);         // moves a clock of its own, say
 namespace orvelle::test {
-
-/// Runs the event loop until the condition holds; false after ten seconds.
-inline bool spinUntil(const std::function<bool()> &condition)
-{
-    QElapsedTimer timer;
-    for (timer.start(); timer.elapsed() < 10'000;) {
-        if (condition())
-            return true;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
-    }
-    return condition();
-}
 
 template<typename Subject>
 class CloudContainerContract : public testing::Test
