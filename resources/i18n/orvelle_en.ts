@@ -2285,5 +2285,11 @@ You can change or remove everything here.</translation>
     <message id="shortcut.portalDescription">
         <translation>Open the Orvelle menu</translation>
     </message>
+    <message id="clipboard.forbidden">
+        <translation>The desktop does not show what is copied</translation>
+    </message>
+    <message id="clipboard.forbiddenHint">
+        <translation>This desktop does not let programs in the background see what is copied, so the history stays empty.</translation>
+    </message>
 </context>
 </TS>

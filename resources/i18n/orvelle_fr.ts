@@ -2285,5 +2285,11 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="shortcut.portalDescription">
         <translation>Ouvrir le menu d’Orvelle</translation>
     </message>
+    <message id="clipboard.forbidden">
+        <translation>Le bureau ne montre pas ce qui est copié</translation>
+    </message>
+    <message id="clipboard.forbiddenHint">
+        <translation>Ce bureau ne laisse pas les programmes en arrière-plan voir ce qui est copié : l’historique reste vide.</translation>
+    </message>
 </context>
 </TS>

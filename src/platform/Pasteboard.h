@@ -47,6 +47,10 @@ public:
     /// Grows whenever something else is copied, by this program too.
     virtual qint64 changeCount() const = 0;
 
+    /// False where the desktop lets no program in the background see what is
+    /// copied; then nothing is ever read.
+    virtual bool isReadable() const { return true; }
+
     using TypesHandler = std::function<void(const Result<QStringList, PasteboardError> &)>;
     using DataHandler = std::function<void(const Result<QByteArray, PasteboardError> &)>;
     /// The forms on offer, as their owner calls them; textType() is among them

@@ -25,6 +25,10 @@ public:
     /// The program that owns the content hangs, until somebody copies.
     void ownerNeverAnswers() { m_answers = false; }
 
+    /// The desktop lets nobody look.
+    bool isForbidden = false;
+    bool isReadable() const override { return !isForbidden; }
+
     const QList<PasteboardItem> &content() const { return m_forms; }
     QByteArray content(const QString &type) const
     {

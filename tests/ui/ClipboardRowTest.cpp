@@ -10,6 +10,7 @@
 #include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -163,6 +164,26 @@ TEST_F(ClipboardRowTest, ClicksRestoreForgetPauseAndClear)
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(lines().isEmpty());
     EXPECT_EQ(row()->accessibleDescription(), text("clipboard.empty"_text));
+}
+
+TEST_F(ClipboardRowTest, ADesktopThatForbidsItIsNotLookedAtAndSaysSo)
+{
+    manager.setEnabled(false);
+    pasteboard.isForbidden = true;
+    manager.setEnabled(true);
+    pasteboard.asked.clear();
+    pasteboard.otherAppCopies(u"unseen"_s);
+    manager.checkNow();
+    world.clock.advance(std::chrono::minutes(5));
+    EXPECT_EQ(pasteboard.asked, QStringList());
+    open();
+    EXPECT_EQ(row()->accessibleDescription(), text("clipboard.forbidden"_text));
+    EXPECT_TRUE(row()->findChild<QWidget *>(u"pause"_s)->isHidden());
+    const ClipboardSection section(manager, world.notifications, nullptr);
+    QStringList said;
+    for (const QLabel *label : section.findChildren<QLabel *>())
+        said += label->text();
+    EXPECT_TRUE(said.contains(text("clipboard.forbiddenHint"_text)));
 }
 
 TEST_F(ClipboardRowTest, SettingsWriteWhatIsChosen)

@@ -17,7 +17,7 @@ ClipboardSection::ClipboardSection(ClipboardManager &manager, const Notification
     : WidgetSection(WidgetType::Clipboard, parent)
 {
     addEnableSwitch({[&manager] { return manager.isEnabled(); }, [&manager](bool on) { manager.setEnabled(on); }});
-    addHint(text("clipboard.privacyHint"_text));
+    addHint(manager.isForbidden() ? text("clipboard.forbiddenHint"_text) : text("clipboard.privacyHint"_text));
     addMenuBarOnly(
         {[&manager] { return manager.menuBarOnly(); }, [&manager](bool only) { manager.setMenuBarOnly(only); }});
     addColors(manager);

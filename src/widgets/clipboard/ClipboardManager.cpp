@@ -148,7 +148,7 @@ void ClipboardManager::setScreensAsleep(bool asleep)
 
 void ClipboardManager::startMonitoring()
 {
-    if (!m_isEnabled || m_isPaused || m_isScreenAsleep)
+    if (!m_isEnabled || m_isPaused || m_isScreenAsleep || isForbidden())
         return;
     m_lastChangeCount = m_services.pasteboard.changeCount();
     m_pollTimer = m_services.clock.repeating(pollInterval, [this] { checkNow(); });

@@ -53,6 +53,10 @@ public:
     const QString &iconColor() const { return m_iconColor; }
     void setIconColor(const QString &color);
 
+    /// The desktop shows no program in the background what is copied: the
+    /// history stays empty, and nothing is looked at.
+    bool isForbidden() const { return !m_services.pasteboard.isReadable(); }
+
     /// While paused nothing is read; the history stays. Ends with the program.
     bool isPaused() const { return m_isPaused; }
     void setPaused(bool paused);

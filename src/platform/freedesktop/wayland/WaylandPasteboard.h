@@ -24,6 +24,7 @@ public:
     ~WaylandPasteboard() override;
 
     qint64 changeCount() const override { return m_changeCount; }
+    bool isReadable() const override { return m_device != nullptr; }
     void types(QObject *context, TypesHandler handler) override;
     void data(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler) override;
     void write(const QList<PasteboardItem> &forms) override;

@@ -57,6 +57,8 @@ void ClipboardRowView::refresh()
     const bool paused = m_manager.isPaused();
     const QString action = paused ? text("clipboard.resume"_text) : text("clipboard.pause"_text);
     m_pause->setSymbol(paused ? u"play.fill"_s : u"pause.fill"_s, action);
+    if (m_manager.isForbidden())
+        m_pause->hide();
     m_pause->setToolTip(action.toHtmlEscaped());
     const int line = currentLine();
     if (refreshEntries()) {
@@ -67,11 +69,16 @@ void ClipboardRowView::refresh()
     }
     QString state = paused ? text("clipboard.paused"_text) : QString();
     if (m_entries.isEmpty())
-        state = text("clipboard.empty"_text);
+        state = emptyText();
     describe(text("clipboard.title"_text), state);
     place();
     update();
 }
+QString ClipboardRowView::emptyText() const
+{
+    return m_manager.isForbidden() ? text("clipboard.forbidden"_text) : text("clipboard.empty"_text);
+}
+
 
 /// What is still there keeps its line, and with it the focus. False when
 /// nothing has changed.
@@ -126,7 +133,7 @@ void ClipboardRowView::restore(const ClipboardEntry &entry, bool asPlainText)
 QSize ClipboardRowView::sizeHint() const
 {
     const int title = MenuLook::margin + MenuLook::iconSide + MenuLook::iconGap + MenuLook::margin + 2 * buttonGap +
-                      fontMetrics().horizontalAdvance(text("clipboard.empty"_text)) + m_pause->sizeHint().width() +
+                      fontMetrics().horizontalAdvance(emptyText()) + m_pause->sizeHint().width() +
                       m_clear->sizeHint().width();
     QSize size(title, lineHeight() + titleExtra);
     for (const ClipboardEntryButton *each : m_entries) {
@@ -262,7 +269,7 @@ void ClipboardRowView::paintEvent(QPaintEvent *)
     };
     painter.setFont(font());
     if (m_entries.isEmpty())
-        write(text("clipboard.empty"_text), labelColor());
+        write(emptyText(), labelColor());
     else
         write(text("clipboard.title"_text), textColor());
     if (m_manager.isPaused())

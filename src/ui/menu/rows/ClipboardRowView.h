@@ -31,6 +31,7 @@ protected:
 
 private:
     void refresh();
+    QString emptyText() const;
     bool refreshEntries();
     ClipboardEntryButton *makeEntry(const ClipboardEntry &entry);
     void restore(const ClipboardEntry &entry, bool asPlainText);
