@@ -1,56 +1,26 @@
-#include "desktop/tray_tools.h"
+#include "desktop/PasteboardTools.h"
 #include "platform/freedesktop/SystemClock.h"
 #include "platform/freedesktop/wayland/WaylandPasteboard.h"
-
-#include <QProcess>
-
-#include <gtest/gtest.h>
 
 namespace orvelle::test {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 megabyte = 1024 * 1024;
-
-QByteArray manyBytes(qint64 count)
-{
-    QByteArray bytes(count, Qt::Uninitialized);
-    for (qint64 i = 0; i < count; ++i)
-        bytes[i] = char(i * 7 + i / 251);
-    return bytes;
-}
-
-/// Another program that copies, and answers until it is ended.
-class OtherProgram
+/// Another program that copies.
+class OtherProgram : public CopyingProgram
 {
 public:
     OtherProgram(const QByteArray &content, const QString &type)
+        : CopyingProgram(u"wl-copy"_s, {u"--foreground"_s, u"--type"_s, type}, content)
     {
-        m_process.start(u"wl-copy"_s, {u"--foreground"_s, u"--type"_s, type});
-        m_process.waitForStarted();
-        m_process.write(content);
-        m_process.closeWriteChannel();
     }
-    ~OtherProgram()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    /// From now on it answers nobody.
-    void freeze() const { ::kill(pid_t(m_process.processId()), SIGSTOP); }
-
-private:
-    QProcess m_process;
 };
 
 /// What another program gets when it pastes.
 QByteArray pasted(const QString &type)
 {
-    QProcess process;
-    process.start(u"wl-paste"_s, {u"--no-newline"_s, u"--type"_s, type});
-    EXPECT_TRUE(waitFor([&process] { return process.state() == QProcess::NotRunning; }, 30'000));
-    return process.readAllStandardOutput();
+    return printed(u"wl-paste"_s, {u"--no-newline"_s, u"--type"_s, type});
 }
 
 class WaylandPasteboardTest : public testing::Test
@@ -58,29 +28,16 @@ class WaylandPasteboardTest : public testing::Test
 protected:
     void SetUp() override { ASSERT_TRUE(pasteboard) << "the compositor has no data-control"; }
 
-    bool changes(qint64 before) const
-    {
-        return waitFor([this, before] { return pasteboard->changeCount() > before; });
-    }
-    Result<QStringList, PasteboardError> types()
-    {
-        std::optional<Result<QStringList, PasteboardError>> answer;
-        pasteboard->types(&context, [&answer](const auto &given) { answer = given; });
-        EXPECT_FALSE(answer) << "not from inside the call";
-        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }));
-        return answer.value_or(PasteboardError{});
-    }
+    bool changes(qint64 before) const { return reader.changes(before); }
+    Result<QStringList, PasteboardError> types() { return reader.types(); }
     Result<QByteArray, PasteboardError> data(const QString &type, qint64 most = 50 * megabyte)
     {
-        std::optional<Result<QByteArray, PasteboardError>> answer;
-        pasteboard->data(type, most, &context, [&answer](const auto &given) { answer = given; });
-        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }, 40'000));
-        return answer.value_or(PasteboardError{});
+        return reader.data(type, most);
     }
 
     SystemClock clock;
-    QObject context;
     std::unique_ptr<WaylandPasteboard> pasteboard = WaylandPasteboard::open(clock);
+    PasteboardReader reader{*pasteboard};
 };
 
 TEST_F(WaylandPasteboardTest, ReadsWhatOtherProgramsCopy)
@@ -138,6 +95,7 @@ TEST_F(WaylandPasteboardTest, WritesWhatOtherProgramsPaste)
     ASSERT_TRUE(changes(before));
     for (const auto &type : {u"text/plain"_s, u"UTF8_STRING"_s, u"text/plain;charset=utf-8"_s})
         EXPECT_EQ(pasted(type), "caf\xc3\xa9") << qPrintable(type);
+    EXPECT_EQ(pasted(u"STRING"_s), "caf\xe9") << "which is Latin-1";
     EXPECT_EQ(pasted(u"text/rtf"_s), "{\\rtf1 x}");
     EXPECT_TRUE(pasted(u"image/png"_s) == picture);
     EXPECT_EQ(data(u"text/plain"_s).value(), "caf\xc3\xa9") << "its own, over the compositor";

@@ -34,4 +34,11 @@ inline QByteArray textFromForm(const QByteArray &bytes, const QString &form)
     return text;
 }
 
+/// The other way about: UTF-8 as it belongs into a form that was asked for.
+/// What Latin-1 lacks becomes a question mark.
+inline QByteArray textInForm(const QByteArray &text, QByteArrayView form)
+{
+    return form == "STRING" ? QString::fromUtf8(text).toLatin1() : text;
+}
+
 } // namespace orvelle

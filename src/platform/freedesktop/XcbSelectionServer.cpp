@@ -18,10 +18,6 @@ constexpr auto patience = 10s;
 /// More transfers at once than that are no pasting.
 constexpr std::size_t mostTransfers = 64;
 
-bool isLatin1(QByteArrayView target)
-{
-    return target == "STRING";
-}
 
 } // namespace
 
@@ -116,9 +112,9 @@ bool XcbSelectionServer::answerContent(xcb_window_t requestor, xcb_atom_t target
     if (form == m_forms.end())
         return false;
     Transfer transfer{requestor, property, target, form->data};
-    if (isText != textRequests.end() && isLatin1(*isText))
-        transfer.data = QString::fromUtf8(form->data).toLatin1();
-    else if (target == m_x.atom("TEXT")) // the owner chooses the encoding
+    if (isText != textRequests.end())
+        transfer.data = textInForm(form->data, *isText);
+    if (target == m_x.atom("TEXT")) // the owner chooses the encoding
         transfer.type = m_x.atom("UTF8_STRING");
     if (transfer.data.size() > pieceBytes) {
         if (m_transfers.size() >= mostTransfers)

@@ -1,15 +1,13 @@
 #include "platform/freedesktop/wayland/LayerShell.h"
 
+#include "platform/freedesktop/wayland/WaylandReading.h"
 #include "platform/freedesktop/wayland/WaylandRequest.h"
 
-#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QRegion>
 #include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
-
-#include <poll.h>
 
 #include <algorithm>
 #include <chrono>
@@ -50,13 +48,7 @@ LayerShell::LayerShell()
         },
         [](void *, wl_registry *, std::uint32_t) {}};
     wl_registry_add_listener(registry, &listener, this);
-    bool done = false;
-    static constexpr wl_callback_listener finished{
-        [](void *flag, wl_callback *, std::uint32_t) { *static_cast<bool *>(flag) = true; }};
-    wl_callback *callback = wl_display_sync(display);
-    wl_callback_add_listener(callback, &finished, &done);
-    waitFor(done);
-    wl_callback_destroy(callback);
+    settleWayland(m_display, display, m_queue, patience);
     wl_registry_destroy(registry);
     wl_proxy_wrapper_destroy(display);
 }
@@ -69,28 +61,6 @@ LayerShell::~LayerShell()
         wl_proxy_destroy(m_shell);
     if (m_queue)
         wl_event_queue_destroy(m_queue);
-}
-
-/// Handles our own events, and nobody else's, until `flag` is set.
-bool LayerShell::waitFor(const bool &flag)
-{
-    const QDeadlineTimer deadline(patience);
-    while (!flag && !deadline.hasExpired()) {
-        if (wl_display_prepare_read_queue(m_display, m_queue) != 0) {
-            wl_display_dispatch_queue_pending(m_display, m_queue);
-            continue;
-        }
-        wl_display_flush(m_display);
-        pollfd readable{wl_display_get_fd(m_display), POLLIN, 0};
-        if (poll(&readable, 1, static_cast<int>(deadline.remainingTime())) <= 0) {
-            wl_display_cancel_read(m_display);
-            break;
-        }
-        if (wl_display_read_events(m_display) < 0)
-            break;
-        wl_display_dispatch_queue_pending(m_display, m_queue);
-    }
-    return flag;
 }
 
 bool LayerShell::cover(QWindow &window)
@@ -125,7 +95,7 @@ bool LayerShell::cover(QWindow &window)
     sendRequest(layer, LayerShellRequest::SetExclusiveZone, LayerShellRequest::overPanels);
     sendRequest(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::Exclusive);
     wl_surface_commit(surface);
-    if (!waitFor(state->done)) {
+    if (!readWaylandUntil(state->done, m_display, m_queue, patience)) {
         qCWarning(lcLayerShell, "The compositor did not lay out the menu's surface");
         uncover(window);
         return false;

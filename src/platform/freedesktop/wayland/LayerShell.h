@@ -36,8 +36,6 @@ private:
         int height = 0;
     };
 
-    bool waitFor(const bool &flag);
-
     wl_display *m_display = nullptr; ///< the toolkit's
     wl_event_queue *m_queue = nullptr;
     wl_proxy *m_shell = nullptr;

@@ -1,8 +1,6 @@
 #include "platform/freedesktop/wayland/WaylandConnection.h"
 
-#include <QDeadlineTimer>
-
-#include <poll.h>
+#include "platform/freedesktop/wayland/WaylandReading.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -71,38 +69,16 @@ void WaylandConnection::flush()
 
 void WaylandConnection::serve()
 {
-    if (!m_lost)
-        readFor(std::chrono::milliseconds(0));
-}
-
-/// Handles what has arrived, waiting up to `patience` for it.
-bool WaylandConnection::readFor(std::chrono::milliseconds patience)
-{
-    wl_display *display = m_display.get();
-    while (wl_display_prepare_read(display) != 0)
-        wl_display_dispatch_pending(display);
-    wl_display_flush(display);
-    pollfd readable{wl_display_get_fd(display), POLLIN, 0};
-    if (poll(&readable, 1, static_cast<int>(patience.count())) > 0)
-        wl_display_read_events(display);
-    else
-        wl_display_cancel_read(display);
-    wl_display_dispatch_pending(display);
+    if (m_lost)
+        return;
+    readWayland(m_display.get(), nullptr, std::chrono::milliseconds(0));
     flush();
-    return !m_lost;
 }
 
 bool WaylandConnection::settle(std::chrono::milliseconds patience)
 {
-    bool done = false;
-    static constexpr wl_callback_listener listener{
-        [](void *flag, wl_callback *, std::uint32_t) { *static_cast<bool *>(flag) = true; }};
-    wl_callback *callback = wl_display_sync(m_display.get());
-    wl_callback_add_listener(callback, &listener, &done);
-    const QDeadlineTimer deadline(patience);
-    while (!done && !deadline.hasExpired() && readFor(std::chrono::milliseconds(deadline.remainingTime()))) {
-    }
-    wl_callback_destroy(callback);
+    const bool done = !m_lost && settleWayland(m_display.get(), m_display.get(), nullptr, patience);
+    flush();
     return done;
 }
 

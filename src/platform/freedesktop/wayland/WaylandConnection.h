@@ -52,7 +52,6 @@ private:
 
     explicit WaylandConnection(wl_display *display);
     void serve();
-    bool readFor(std::chrono::milliseconds patience);
     void fail();
 
     std::unique_ptr<wl_display, Disconnect> m_display;

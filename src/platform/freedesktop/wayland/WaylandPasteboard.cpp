@@ -240,8 +240,9 @@ void WaylandPasteboard::serve(const Source &source, const char *type, int fd)
         close(fd);
         return;
     }
+    const QByteArray bytes = isText(type) ? textInForm(form->data, type) : form->data;
     const auto place = m_writers.emplace(m_writers.end());
-    *place = std::make_unique<PipeWriter>(fd, form->data, m_clock, [this, place] {
+    *place = std::make_unique<PipeWriter>(fd, bytes, m_clock, [this, place] {
         const auto finished = std::move(*place);
         m_writers.erase(place);
     });
