@@ -29,6 +29,17 @@ FIGURES = {
         ("merge 10,000 links with 10,000 edited ones", "ms", "merge/edited", "merge/copy", "a deep copy of both", 3, None, None),
         ("merge 10,000 links with the same", "ms", "merge/equal", "merge/copy", "a deep copy of both", 3, None, None),
     ],
+    "sync": [
+        ("10,000 links: the main thread, an upload", "ms", "main/upload", None, None, None, None, 50),
+        ("10,000 links: the main thread, a merge", "ms", "main/merge", None, None, None, None, 50),
+        ("10,000 links: the main thread, a load", "ms", "main/load", None, None, None, None, 50),
+        ("10,000 links: the main thread, the beginning", "ms", "main/configure", None, None, None, None, 50),
+        ("10,000 links: the main thread, an edit", "ms", "main/edit", None, None, None, 60, None),
+        ("edit here to the menu there, a folder", "s", "distance/folder", None, None, None, None, 6),
+        ("edit here to the menu there, a server", "s", "distance/server", None, None, None, None, 36),
+        ("opening the menu there, a server", "s", "distance/opened", None, None, None, 1, None),
+        ("sent in an idle hour, a server", "KiB", "idle/server", None, None, None, 200, None),
+    ],
     "menu": [
         ("menu's first frame, 1,000 links in 30 groups", "ms", "first_frame/grouped/1000", "first_frame/toolkit/10",
          "the toolkit's menu of 10", 2, None, 16),
