@@ -120,8 +120,11 @@ std::chrono::seconds lockTime(const HttpResponse &answer)
 
 CloudError errorOf(const HttpError &error)
 {
-    static constexpr std::array<Kind, 8> kinds{Kind::Unavailable,  Kind::Unavailable, Kind::TimedOut,    Kind::TooLarge,
-                                               Kind::NotADocument, Kind::Tls,         Kind::Unavailable, Kind::Io};
+    // An answer that is none, or ends too early, is how a connection that was
+    // cut looks at some moments.
+    static constexpr std::array<Kind, 8> kinds{Kind::Unavailable, Kind::Unavailable,  Kind::TimedOut,
+                                               Kind::TooLarge,    Kind::NotADocument, Kind::Tls,
+                                               Kind::Unavailable, Kind::Unavailable};
     static constexpr std::array names{"refused"_L1,    "unreachable"_L1, "timed out"_L1,      "too large"_L1,
                                       "redirected"_L1, "tls"_L1,         "proxy asks who"_L1, "no valid answer"_L1};
     const auto index = static_cast<std::size_t>(error.kind);

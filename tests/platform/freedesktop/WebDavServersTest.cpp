@@ -247,6 +247,44 @@ TEST(WebDavServers, ADamagedOrHostileAnswerIsNeverTakenForTheFile)
     }
 }
 
+// Nothing is wrong with the server or the file then: it is tried again, and
+// nobody is troubled.
+TEST(WebDavServers, AConnectionThatIsCutIsNoConnection)
+{
+    const char *whatArrives[] = {
+        "",
+        "HTTP/1.1 2",
+        "HTTP/1.1 200 OK\r\n",
+        "HTTP/1.1 200 OK\r\nContent-Le",
+        "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n",
+        "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhal",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n",
+        "HTTP/1.1 404 Not Found\r\nContent-Length: 9\r\n\r\nhalf",
+        "HTTP/1.1 500 Oops\r\nContent-Length: 9\r\n\r\nhalf",
+    };
+    for (const char *bytes : whatArrives) {
+        for (const bool reset : {false, true}) {
+            SCOPED_TRACE(std::string(bytes) + (reset ? " and a reset" : " and the end"));
+            test::WaitedForClock clock;
+            test::LoopbackServer server;
+            server.doesElse([&](QTcpSocket &socket) {
+                socket.write(bytes);
+                socket.flush();
+                if (reset)
+                    socket.abort();
+                else
+                    socket.disconnectFromHost();
+            });
+            Machine machine(clock, server.url(u"/dav"_s));
+            EXPECT_EQ(said(machine.read()), "Unavailable");
+            EXPECT_FALSE(machine.container->isAvailable());
+            clock.advance(10min);
+            EXPECT_EQ(said(machine.write("x", QByteArray(64, 'a'))), "Unavailable");
+        }
+    }
+}
+
 TEST(WebDavServers, AFreshFileIsWaitedForSoThatItNeedNotComeTwice)
 {
     test::WaitedForClock clock;
