@@ -73,7 +73,8 @@ std::optional<QString> LinkStore::undoLastDestructiveStep()
                                          << "cannot be read:" << links.error().detail;
         return std::nullopt;
     }
-    if (!replaceTree(*links, u"undo"_s))
+    // Not "undo", whose steps know this run's tree alone.
+    if (!replaceTree(*links, u"restore"_s))
         return std::nullopt;
     return snapshots.first().name;
 }

@@ -123,6 +123,16 @@ TEST_F(ImportMarksTest, MarksGoWithTheirLinks)
     EXPECT_FALSE(asks(file)) << "the other data set has marks of its own";
 }
 
+TEST_F(ImportMarksTest, WhatASnapshotBringsBackAfterItsMarkIsGoneIsAskedAboutAgain)
+{
+    arrive({file});
+    store->removeLink(file.id);
+    marks->dropGone();
+    EXPECT_FALSE(asks(file));
+    ASSERT_TRUE(store->undoLastDestructiveStep());
+    EXPECT_TRUE(asks(file));
+}
+
 TEST_F(ImportMarksTest, AnEditMadeAgainOnAnotherProcessesTreeIsMarkedAsItEnds)
 {
     put(u"a"_s);
