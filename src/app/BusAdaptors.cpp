@@ -1,5 +1,6 @@
 #include "app/BusAdaptors.h"
 
+#include <QDir>
 #include <QUrl>
 
 namespace orvelle {
@@ -14,7 +15,7 @@ void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &)
     QStringList paths;
     for (const QString &uri : uris) {
         const QUrl url(uri, QUrl::StrictMode);
-        if (url.isLocalFile())
+        if (url.isLocalFile() && url.host().isEmpty() && paths.size() < maxOpenedDocuments)
             paths += url.toLocalFile();
     }
     m_requests.open(paths);
@@ -28,7 +29,10 @@ void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList 
 int CommandAdaptor::RunCommand(const QStringList &arguments, const QString &workingDirectory, QByteArray &output,
                                QByteArray &errorOutput)
 {
-    const CommandResult result = m_requests.run(arguments, workingDirectory);
+    const bool isSound = arguments.size() <= maxCommandArguments &&
+                         (workingDirectory.isEmpty() || QDir::isAbsolutePath(workingDirectory));
+    const CommandResult result = !isSound ? CommandResult::wrongUsage(QStringLiteral("The call is not a command line."))
+                                          : m_requests.run(arguments, workingDirectory);
     output = result.out;
     errorOutput = result.err;
     return result.exitCode;

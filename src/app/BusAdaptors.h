@@ -8,6 +8,15 @@
 
 namespace orvelle {
 
+// What other programs of the session can ask for: these methods and no others,
+// with arguments of these types. Nothing of it trusts the caller; what is known
+// of the platform data is left alone, as nothing here needs it.
+
+/// A call hands over at most so many documents, each of which asks the user.
+constexpr qsizetype maxOpenedDocuments = 16;
+/// More words than a command line of the system has.
+constexpr qsizetype maxCommandArguments = 4096;
+
 /// org.freedesktop.Application, Desktop Entry Specification 1.5, "D-Bus
 /// Activation".
 class ApplicationAdaptor : public QDBusAbstractAdaptor
@@ -23,6 +32,8 @@ public:
 
 public slots:
     void Activate(const QVariantMap &platformData);
+    /// Files of this machine only; others, and those beyond
+    /// maxOpenedDocuments, are left out.
     void Open(const QStringList &uris, const QVariantMap &platformData);
     void ActivateAction(const QString &name, const QVariantList &parameter, const QVariantMap &platformData);
 
@@ -40,7 +51,8 @@ public:
     CommandAdaptor(QObject *object, const BusRequests &requests) : QDBusAbstractAdaptor(object), m_requests(requests) {}
 
 public slots:
-    /// Output as bytes, because a stored text may hold what a D-Bus string may
+    /// The working directory is absolute, or empty for one that is gone. Output
+    /// as bytes, because a stored text may hold what a D-Bus string may
     /// not (NUL).
     int RunCommand(const QStringList &arguments, const QString &workingDirectory, QByteArray &output,
                    QByteArray &errorOutput);

@@ -1,11 +1,16 @@
 #!/usr/bin/env python3
-"""proof_privacy.py PROGRAM
+"""proof_privacy.py PROGRAM [--day]
 
 Runs Orvelle in a network of its own, in which every address leads back to this
 test, and lists whom it calls: nobody from a fresh profile, and only the two
-services that have a switch once they have something to ask. Exits with 77 where
-such a network may not be made.
+services that have a switch once they have something to ask. With --day each of
+these profiles is left running for 24 hours, on a clock that libfaketime puts
+forward by half an hour again and again, with the menu opened each time. In
+between it goes as fast as any, so that requests have the time that they need.
+Exits with 77 where such a network may not be made, or there is no such clock.
 """
+import glob
+import json
 import os
 import shutil
 import socket
@@ -19,13 +24,17 @@ import time
 # Start-up has jobs after one, three and five seconds.
 QUIET_SECONDS = 7
 ETH_P_ALL = 3
+DAY_SECONDS = 24 * 3600
+EPOCH = 978307200  # stored dates count from 2001
+LEAP_SECONDS = 1800
+PAUSE_SECONDS = 1
 
 
 class Network:
     """Names get an address each; whatever is sent to one is noted."""
 
     def __init__(self):
-        self.names, self.calls, self.lock = {}, set(), threading.Lock()
+        self.names, self.calls, self.openings, self.lock = {}, set(), 0, threading.Lock()
         for command in (["link", "set", "lo", "up"], ["route", "add", "local", "default", "dev", "lo"],
                         ["-6", "route", "add", "local", "default", "dev", "lo"]):
             # A machine without IPv6 has nothing to be called by it.
@@ -61,6 +70,7 @@ class Network:
             if called:
                 with self.lock:
                     self.calls.add(called)
+                    self.openings += 1
 
     def destination(self, packet):
         if packet[0] >> 4 == 6:
@@ -83,12 +93,28 @@ class Network:
     def take_calls(self):
         with self.lock:
             calls, self.calls = self.calls, set()
-        return sorted(calls)
+            openings, self.openings = self.openings, 0
+        return sorted(calls), openings
+
+
+class LeapingClock:
+    """A clock for other programs; `library` is libfaketime."""
+
+    def __init__(self, library, folder):
+        self.place, self.ahead = os.path.join(folder, "ahead"), 0
+        self.leap(0)
+        self.environment = {"LD_PRELOAD": library, "FAKETIME_TIMESTAMP_FILE": self.place, "FAKETIME_NO_CACHE": "1"}
+
+    def leap(self, seconds):
+        self.ahead += seconds
+        with open(self.place + ".new", "w") as file:
+            file.write(f"+{self.ahead}s\n")
+        os.replace(self.place + ".new", self.place)
 
 
 class Profile:
-    def __init__(self, program, folder):
-        self.program = program
+    def __init__(self, program, folder, library):
+        self.program, self.library, self.folder = program, library, folder
         self.environment = {"PATH": os.environ["PATH"], "HOME": folder, "LANG": "C.UTF-8",
                             "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": folder}
         self.bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
@@ -102,10 +128,13 @@ class Profile:
         result = self.command(*arguments)
         if result.returncode != 0:
             sys.exit(f"orvelle {' '.join(arguments)}: {result.stderr.decode()}")
+        return result.stdout.decode().strip()
 
     def run(self):
         """A start, everything shown once, and the end."""
-        running = subprocess.Popen([self.program], env=self.environment, stderr=subprocess.DEVNULL)
+        clock = LeapingClock(self.library, self.folder) if self.library else None
+        running = subprocess.Popen([self.program], env=self.environment | (clock.environment if clock else {}),
+                                   stderr=subprocess.DEVNULL)
         deadline = time.monotonic() + 30
         while self.command("toggle").returncode != 0:
             if time.monotonic() > deadline:
@@ -113,20 +142,49 @@ class Profile:
         for shown in ("settings", "quick-add", "toggle"):
             self.must(shown)
         time.sleep(QUIET_SECONDS)
+        if clock:
+            self.pass_a_day(clock)
         self.must("quit")
         running.wait(30)
 
 
-def inside(program):
+    def pass_a_day(self, clock):
+        for _ in range(DAY_SECONDS // LEAP_SECONDS):
+            clock.leap(LEAP_SECONDS)
+            self.must("toggle")  # wakes whoever waits by the former time
+            time.sleep(PAUSE_SECONDS)
+        link = self.must("add", "file:///etc")
+        created = [each["createdAt"] for each in json.loads(self.must("links", "--json")) if each["stableId"] == link]
+        self.must("remove", link)
+        passed = created[0] + EPOCH - time.time()
+        print(f"{passed / 3600:.1f} hours passed", flush=True)
+        if passed < DAY_SECONDS * 0.95:
+            sys.exit("the application's clock does not leap")
+
+
+def leaping_library():
+    for path in glob.glob("/usr/lib/*/faketime/libfaketime.so.1"):
+        with tempfile.TemporaryDirectory() as folder:
+            clock = LeapingClock(path, folder)
+            clock.leap(LEAP_SECONDS)
+            ahead = subprocess.run([sys.executable, "-c", "import time; print(time.time(), time.monotonic())"],
+                                   env=os.environ | clock.environment, capture_output=True, text=True).stdout.split()
+            if len(ahead) == 2 and float(ahead[0]) - time.time() > 1700 and float(ahead[1]) - time.monotonic() > 1700:
+                return path
+    print("skipped: there is no clock here that can be put forward")
+    sys.exit(77)
+
+
+def inside(program, library):
     with tempfile.TemporaryDirectory() as folder:
-        network, profile = Network(), Profile(program, folder)
+        network, profile = Network(), Profile(program, folder, library)
         failures = 0
 
         def expect(what, calls):
             nonlocal failures
             profile.run()
-            seen = network.take_calls()
-            print(f"{what}: {', '.join(seen) or 'nobody'}")
+            seen, openings = network.take_calls()
+            print(f"{what}: {', '.join(seen) or 'nobody'} ({openings} connections)", flush=True)
             if seen != sorted(calls):
                 print(f"  expected: {', '.join(sorted(calls)) or 'nobody'}")
                 failures += 1
@@ -157,7 +215,7 @@ def private_network():
 
 
 def main():
-    if len(sys.argv) > 2 and sys.argv[2] == "--inside":
+    if "--inside" in sys.argv:
         for path, content in (("/etc/resolv.conf", "nameserver 127.0.0.1\n"), ("/etc/nsswitch.conf", "hosts: files dns\n")):
             with tempfile.NamedTemporaryFile("w") as file:
                 file.write(content)
@@ -166,11 +224,12 @@ def main():
                 # The file stays where it is mounted after its name is gone.
                 if subprocess.run(["mount", "--bind", file.name, os.path.realpath(path)]).returncode != 0:
                     sys.exit(77)
-        inside(sys.argv[1])
+        inside(sys.argv[1], leaping_library() if "--day" in sys.argv else None)
     if not shutil.which("ip") or not shutil.which("unshare") or not (command := private_network()):
         print("skipped: no network of its own can be made here")
         sys.exit(77)
-    os.execvp(command[0], [*command, sys.executable, os.path.abspath(__file__), os.path.abspath(sys.argv[1]), "--inside"])
+    os.execvp(command[0], [*command, sys.executable, os.path.abspath(__file__), os.path.abspath(sys.argv[1]),
+                           *sys.argv[2:], "--inside"])
 
 
 main()
