@@ -34,6 +34,8 @@ public:
 
     /// How long each answer and each delivery takes.
     std::chrono::milliseconds latency{0};
+    /// Whether versionsOf() and deliversAgain() know what was there before.
+    bool keepsHistory = true;
 
     Kind kind() const { return m_kind; }
     bool has(const QString &name) const { return m_files.contains(name); }
@@ -67,7 +69,8 @@ private:
     File put(const QString &name, const QByteArray &bytes, const FakeCloudContainer *by)
     {
         m_files[name] = {bytes, versionOf(bytes), m_clock.now()};
-        m_history[name] += bytes;
+        if (keepsHistory)
+            m_history[name] += bytes;
         ++m_writeCount;
         announce(name, by);
         return m_files.value(name);

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QHash>
 #include <QProcess>
@@ -34,8 +35,8 @@ public:
     }
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
-    /// Another program on the bus with each call.
     QString address() const { return m_address; }
+    /// Another program on the bus with each call.
     QDBusConnection connection()
     {
         m_names += QUuid::createUuid().toString();
