@@ -1,11 +1,12 @@
 #include "ui/menu/MenuAccessible.h"
 
+#include "ui/common/WindowsAccessible.h"
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuPanel.h"
+#include "ui/menu/rows/WidgetRowView.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QKeyEvent>
 
 #include <map>
 
@@ -32,10 +33,17 @@ public:
     bool isValid() const override { return m_panel && place().row < m_panel->rows().count(); }
     QObject *object() const override { return nullptr; }
     QAccessibleInterface *parent() const override { return QAccessible::queryAccessibleInterface(m_panel); }
-    QAccessibleInterface *child(int) const override { return nullptr; }
+    /// The open submenu.
+    int childCount() const override { return submenu() ? 1 : 0; }
+    QAccessibleInterface *child(int index) const override
+    {
+        return index == 0 && submenu() ? QAccessible::queryAccessibleInterface(submenu()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *wanted) const override
+    {
+        return submenu() && wanted && wanted->object() == submenu() ? 0 : -1;
+    }
     QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     void setText(QAccessible::Text, const QString &) override {}
 
     QString text(QAccessible::Text kind) const override
@@ -47,7 +55,8 @@ public:
 
     QRect rect() const override
     {
-        return isValid() ? m_panel->rowRect(place().row).translated(m_panel->mapToGlobal(QPoint())) : QRect();
+        return isValid() ? m_panel->childRect(place().row, place().button).translated(m_panel->mapToGlobal(QPoint()))
+                         : QRect();
     }
 
     QAccessible::Role role() const override
@@ -55,44 +64,58 @@ public:
         return isValid() && entry().kind == MenuEntry::Kind::Separator ? QAccessible::Separator : QAccessible::MenuItem;
     }
 
-    QAccessible::State state() const override
-    {
-        QAccessible::State result;
-        if (!isValid()) {
-            result.invalid = true;
-            return result;
-        }
-        const ChildPlace at = place();
-        result.disabled = !entry().enabled;
-        result.focusable = m_panel->rows().isSelectable(at.row);
-        result.hasPopup = entry().kind == MenuEntry::Kind::Submenu;
-        result.expanded = m_panel->openRow() == at.row;
-        result.focused = m_panel->currentRow() == at.row &&
-                         (entry().kind != MenuEntry::Kind::BottomRow || m_panel->currentButton() == at.button);
-        return result;
-    }
+    QAccessible::State state() const override;
 
     void *interface_cast(QAccessible::InterfaceType type) override
     {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
+        const bool acts = type == QAccessible::ActionInterface && isValid() && isChoosable();
+        return acts ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
     }
-    QStringList actionNames() const override { return {pressAction()}; }
+    QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
     QStringList keyBindingsForAction(const QString &) const override { return {}; }
     void doAction(const QString &action) override
     {
-        if (!isValid() || action != pressAction() || !m_panel->rows().isSelectable(place().row))
+        if (!isValid() || !isChoosable())
             return;
-        m_panel->setCurrent(place().row, place().button);
-        QCoreApplication::postEvent(m_panel, new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
+        if (action == pressAction())
+            m_panel->choose(place().row, place().button);
+        else if (action == setFocusAction())
+            m_panel->pointTo(place().row, place().button);
     }
 
 private:
     ChildPlace place() const { return childPlace(*m_panel, m_index); }
     const MenuEntry &entry() const { return m_panel->rows().at(place().row); }
+    bool isChoosable() const { return m_panel->rows().isSelectable(place().row); }
+    bool isOpen() const { return isValid() && m_panel->openRow() == place().row; }
+    MenuPanel *submenu() const { return isOpen() ? m_panel->openPanel() : nullptr; }
 
     QPointer<MenuPanel> m_panel;
     int m_index;
 };
+
+QAccessible::State MenuItemAccessible::state() const
+{
+    QAccessible::State result;
+    if (!isValid()) {
+        result.invalid = true;
+        return result;
+    }
+    const ChildPlace at = place();
+    result.disabled = !entry().enabled;
+    result.invisible = !m_panel->isVisible();
+    result.offscreen = !m_panel->isInSight(at.row);
+    result.focusable = result.selectable = isChoosable();
+    const bool isSubmenu = entry().kind == MenuEntry::Kind::Submenu;
+    result.hasPopup = result.expandable = isSubmenu;
+    result.expanded = isOpen();
+    result.collapsed = isSubmenu && !isOpen();
+    const bool isBelow = m_panel->openPanel() && m_panel->openPanel()->currentRow() >= 0;
+    result.focused = !isBelow && m_panel->currentRow() == at.row &&
+                     (entry().kind != MenuEntry::Kind::BottomRow || m_panel->currentButton() == at.button);
+    result.selected = result.focused;
+    return result;
+}
 
 class MenuPanelAccessible : public QAccessibleWidget
 {
@@ -102,6 +125,16 @@ public:
     {
         for (const auto &[index, id] : m_items)
             QAccessible::deleteAccessibleInterface(id);
+    }
+
+    /// A submenu belongs to its row.
+    QAccessibleInterface *parent() const override
+    {
+        const MenuPanel *above = m_panel->panelAbove();
+        QAccessibleInterface *menu = above && above->openPanel() == m_panel
+                                         ? QAccessible::queryAccessibleInterface(const_cast<MenuPanel *>(above))
+                                         : nullptr;
+        return menu ? menu->child(above->openRow()) : QAccessibleWidget::parent();
     }
 
     int childCount() const override
@@ -130,7 +163,19 @@ public:
             if (QAccessible::accessibleInterface(id) == wanted)
                 return index;
         }
-        return QAccessibleWidget::indexOfChild(wanted);
+        for (int row = 0; wanted && wanted->object() && row < m_panel->rows().scrollingCount(); ++row) {
+            if (m_panel->rowWidget(row) == wanted->object())
+                return row;
+        }
+        return -1;
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State result = QAccessibleWidget::state();
+        result.active = true; // it has the keyboard
+        result.focused = m_panel->currentRow() < 0 && result.focused;
+        return result;
     }
 
     QAccessibleInterface *focusChild() const override
@@ -143,16 +188,52 @@ private:
     mutable std::map<int, QAccessible::Id> m_items; ///< made when asked for
 };
 
+/// A row that can be chosen as a whole is an item like others, one with
+/// buttons their group, and any other is read.
+class WidgetRowAccessible : public QAccessibleWidget
+{
+public:
+    explicit WidgetRowAccessible(WidgetRowView *row) : QAccessibleWidget(row), m_row(row) {}
+
+    QAccessible::Role role() const override
+    {
+        if (m_row->isChoosable())
+            return QAccessible::MenuItem;
+        return m_row->findChild<MenuRowButton *>() ? QAccessible::Grouping : QAccessible::StaticText;
+    }
+    QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (m_row->isChoosable())
+            names.prepend(pressAction());
+        return names;
+    }
+    void doAction(const QString &action) override
+    {
+        if (action == pressAction() && m_row->isChoosable())
+            QMetaObject::invokeMethod(m_row, &WidgetRowView::choose, Qt::QueuedConnection);
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    WidgetRowView *m_row;
+};
+
 QAccessibleInterface *makeMenuInterface(const QString &, QObject *object)
 {
-    auto *panel = qobject_cast<MenuPanel *>(object);
-    return panel ? new MenuPanelAccessible(panel) : nullptr;
+    if (auto *panel = qobject_cast<MenuPanel *>(object))
+        return new MenuPanelAccessible(panel);
+    if (auto *row = qobject_cast<WidgetRowView *>(object))
+        return new WidgetRowAccessible(row);
+    return nullptr;
 }
 
 } // namespace
 
 void installMenuAccessibility()
 {
+    installWindowAccessibility();
     QAccessible::removeFactory(makeMenuInterface);
     QAccessible::installFactory(makeMenuInterface);
 }

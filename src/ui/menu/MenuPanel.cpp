@@ -1,8 +1,5 @@
 #include "ui/menu/MenuPanel.h"
 
-#include "ui/menu/BottomRowView.h"
-
-#include <QAccessible>
 #include <QApplication>
 #include <QEvent>
 #include <QPaintEvent>
@@ -10,6 +7,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace orvelle {
 namespace {
@@ -124,11 +122,25 @@ QRect MenuPanel::rowRect(int row) const
     return {view.x(), view.y() + m_rows.top(row) - m_offset, view.width(), m_rows.height(row)};
 }
 
+QList<BottomRowView::Button> MenuPanel::bottomButtons() const
+{
+    return BottomRowView::buttons(pinnedRect(), m_look.fontMetrics(), layoutDirection() == Qt::RightToLeft);
+}
+
+QRect MenuPanel::childRect(int row, int button) const
+{
+    return m_rows.isPinned(row) ? bottomButtons().at(button).rect : rowRect(row);
+}
+
+bool MenuPanel::isInSight(int row) const
+{
+    return m_rows.height(row) > 0 && (m_rows.isPinned(row) || rowRect(row).intersects(viewport()));
+}
+
 MenuPanel::Hit MenuPanel::hit(const QPoint &position) const
 {
     if (m_rows.pinnedHeight() > 0 && pinnedRect().contains(position)) {
-        const auto buttons =
-            BottomRowView::buttons(pinnedRect(), m_look.fontMetrics(), layoutDirection() == Qt::RightToLeft);
+        const auto buttons = bottomButtons();
         for (int i = 0; i < buttons.size(); ++i) {
             if (buttons[i].rect.contains(position))
                 return {pinnedRow(), i, 0};
@@ -153,19 +165,63 @@ void MenuPanel::setCurrent(int row, int button)
     m_current = row;
     m_button = button;
     updateRow(m_current);
-    if (m_current >= 0) {
-        QAccessibleEvent focused(this, QAccessible::Focus);
-        focused.setChild(m_current + m_button);
-        QAccessible::updateAccessibility(&focused);
-    }
+    announceCurrent();
     emit currentChanged();
+}
+
+void MenuPanel::announceCurrent()
+{
+    if (m_current >= 0)
+        announceChild(QAccessible::Focus, m_current + m_button);
+}
+
+void MenuPanel::announceExpanded(int row)
+{
+    QAccessible::State changed;
+    changed.expanded = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    event.setChild(row);
+    QAccessible::updateAccessibility(&event);
+}
+
+void MenuPanel::announceChild(QAccessible::Event type, int child)
+{
+    QAccessibleEvent event(this, type);
+    event.setChild(child);
+    QAccessible::updateAccessibility(&event);
+}
+
+/// Children are rows; what follows the rows that scroll is announced when it
+/// has the focus.
+void MenuPanel::announceEntries(const MenuRows &before)
+{
+    if (!QAccessible::isActive())
+        return;
+    const int known = before.scrollingCount();
+    for (int row = 0; row < m_rows.scrollingCount(); ++row) {
+        if (row >= known)
+            announceChild(QAccessible::ObjectCreated, row);
+        else if (m_rows.at(row).title != before.at(row).title)
+            announceChild(QAccessible::NameChanged, row);
+    }
 }
 
 void MenuPanel::setOpenRow(int row)
 {
-    updateRow(m_openRow);
-    m_openRow = row;
-    updateRow(m_openRow);
+    const int before = std::exchange(m_openRow, row);
+    for (const int changed : {before, row}) {
+        updateRow(changed);
+        if (changed >= 0 && before != row)
+            announceExpanded(changed);
+    }
+    if (row < 0)
+        m_openPanel = nullptr;
+}
+
+void MenuPanel::setOpenPanel(MenuPanel *submenu)
+{
+    m_openPanel = submenu;
+    submenu->m_panelAbove = this;
 }
 
 void MenuPanel::updateRow(int row)
@@ -235,6 +291,7 @@ void MenuPanel::replaceEntries(const QList<MenuEntry> &entries)
     m_current = m_current < 0 ? -1 : sameEntry(before.at(m_current));
     m_openRow = m_openRow < 0 ? -1 : sameEntry(before.at(m_openRow));
     layOut();
+    announceEntries(before);
     emit wantedSizeChanged();
     scrollTo(m_offset);
     placeWidgets();

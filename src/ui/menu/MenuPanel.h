@@ -1,7 +1,9 @@
 #pragma once
 
+#include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuLook.h"
 
+#include <QAccessible>
 #include <QHash>
 #include <QPointer>
 #include <QVariantAnimation>
@@ -32,9 +34,19 @@ public:
     int currentRow() const { return m_current; }
     int currentButton() const { return m_button; }
     void setCurrent(int row, int button = 0);
+    /// Tells assistive technology where the keyboard is, after it was elsewhere.
+    void announceCurrent();
     /// The row whose submenu is open; it stays highlighted.
     int openRow() const { return m_openRow; }
     void setOpenRow(int row);
+    /// The open submenu, and the menu whose submenu this is; null for none.
+    MenuPanel *openPanel() const { return m_openPanel; }
+    MenuPanel *panelAbove() const { return m_panelAbove; }
+    void setOpenPanel(MenuPanel *submenu);
+
+    /// As if the row, or its button, were clicked or gone to.
+    void choose(int row, int button) { emit chosen(row, button); }
+    void pointTo(int row, int button) { emit pointedTo(row, button); }
 
     struct Hit {
         int row = -1;
@@ -44,6 +56,10 @@ public:
     Hit hit(const QPoint &position) const;
     /// The row in the panel's coordinates, also when it is out of sight.
     QRect rowRect(int row) const;
+    /// The same of a row or, in a bottom row, of one of its buttons.
+    QRect childRect(int row, int button) const;
+    /// Whether a part of the row can be seen.
+    bool isInSight(int row) const;
     QWidget *rowWidget(int row) const { return m_widgets.value(row); }
 
     int scrollOffset() const { return m_offset; }
@@ -67,6 +83,9 @@ signals:
     /// A widget row or the entries want another height.
     void wantedSizeChanged();
     void currentChanged();
+    /// By assistive technology.
+    void chosen(int row, int button);
+    void pointedTo(int row, int button);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -84,6 +103,10 @@ private:
     void updateRow(int row);
     void paintRows(QPainter &painter, const QRect &dirty) const;
     int sameEntry(const MenuEntry &entry) const;
+    QList<BottomRowView::Button> bottomButtons() const;
+    void announceEntries(const MenuRows &before);
+    void announceExpanded(int row);
+    void announceChild(QAccessible::Event type, int child);
 
     MenuLook m_look;
     MenuRows m_rows;
@@ -93,6 +116,8 @@ private:
     int m_current = -1;
     int m_button = 0;
     int m_openRow = -1;
+    QPointer<MenuPanel> m_openPanel;
+    QPointer<MenuPanel> m_panelAbove;
     int m_offset = 0;
     bool m_paintedOnce = false;
 };

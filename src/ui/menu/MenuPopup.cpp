@@ -84,6 +84,13 @@ MenuPopup::PanelPointer MenuPopup::makePanel(const QList<MenuEntry> &entries)
     made->installEventFilter(this);
     MenuPanel *raw = made.get();
     connect(raw, &MenuPanel::wantedSizeChanged, this, [this, raw] { fitPanel(raw); });
+    // Later, as the panel may be gone when this comes back.
+    connect(
+        raw, &MenuPanel::chosen, this, [this, raw](int row, int button) { choose(*raw, row, button); },
+        Qt::QueuedConnection);
+    connect(
+        raw, &MenuPanel::pointedTo, this, [this, raw](int row, int button) { moveTo(levelOf(*raw), row, button); },
+        Qt::QueuedConnection);
     return made;
 }
 
@@ -96,6 +103,7 @@ void MenuPopup::present(const Menu &menu, const MenuPlacement &placement, std::f
     m_typeAhead.reset();
     const bool waits = openStage(placement);
     m_panels.push_back(makePanel(menu.entries));
+    panel(0).setAccessibleName(QStringLiteral("Orvelle"));
     connect(&panel(0), &MenuPanel::painted, this, &MenuPopup::opened);
     if (!waits)
         place(placement);
@@ -151,6 +159,7 @@ void MenuPopup::place(MenuPlacement placement)
     // The toolkit grabs when it shows a popup; this one tries again where the
     // tray host still held the pointer, and waits for the first frame.
     connect(&root, &MenuPanel::painted, this, &MenuPopup::grabInput);
+    root.setFocus();
     root.show();
 }
 
@@ -212,7 +221,9 @@ void MenuPopup::openSubmenu(int level, int row, bool selectFirst)
             made->winId();
             made->windowHandle()->setTransientParent(parentPanel.windowHandle());
         }
+        made->setAccessibleName(parentPanel.rows().at(row).title);
         parentPanel.setOpenRow(row);
+        parentPanel.setOpenPanel(made.get());
         m_panels.push_back(std::move(made));
         m_panels.back()->show();
     }
@@ -222,11 +233,14 @@ void MenuPopup::openSubmenu(int level, int row, bool selectFirst)
 
 void MenuPopup::closeBelow(int level)
 {
+    const bool comesBack = keyLevel() > level;
     while (depth() > level + 1) {
         m_panels.back()->removeEventFilter(this);
         m_panels.pop_back();
     }
     panel(level).setOpenRow(-1);
+    if (comesBack)
+        panel(level).announceCurrent();
 }
 
 void MenuPopup::finish(const MenuAction &chosen)
@@ -278,6 +292,29 @@ void MenuPopup::select(int level, int row, int button)
     panel(level).setCurrent(row, button);
     for (int below = level + 1; below < depth(); ++below)
         panel(below).setCurrent(-1);
+}
+
+int MenuPopup::levelOf(const MenuPanel &wanted) const
+{
+    for (int level = 0; level < depth(); ++level) {
+        if (&panel(level) == &wanted)
+            return level;
+    }
+    return -1;
+}
+
+/// Chooses a row that need not be the current one; an open submenu closes.
+void MenuPopup::choose(const MenuPanel &on, int row, int button)
+{
+    const int level = levelOf(on);
+    if (level < 0 || m_parked || !on.rows().isSelectable(row))
+        return;
+    const bool closes = on.openRow() == row;
+    moveTo(level, row, button);
+    if (closes)
+        closeBelow(level);
+    else
+        activate(level);
 }
 
 void MenuPopup::activate(int level)

@@ -87,6 +87,8 @@ private:
     void park();
     void select(int level, int row, int button = 0);
     void activate(int level);
+    int levelOf(const MenuPanel &wanted) const;
+    void choose(const MenuPanel &on, int row, int button);
 
     // Keys
     bool keyPressed(const QKeyEvent &event);

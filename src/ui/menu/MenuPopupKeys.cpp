@@ -17,7 +17,7 @@ int MenuPopup::keyLevel() const
 
 void MenuPopup::moveTo(int level, int row, int button, Qt::FocusReason reason)
 {
-    if (row < 0)
+    if (row < 0 || level < 0)
         return;
     if (panel(level).openRow() != row)
         closeBelow(level);

@@ -43,6 +43,7 @@ TimerRowView::TimerRowView(TimerManager &manager, Notifications &notifications, 
         each = new TimerCapsuleButton(this);
         connect(each, &QAbstractButton::clicked, this, [this, each] { m_manager.start(each->duration()); });
     }
+    m_custom->raise(); // read after the presets
     m_custom->setObjectName(u"custom"_s);
     m_custom->setSymbol(u"slider.horizontal.3"_s, text("timer.customButton"_text));
     m_cancel->setObjectName(u"cancel"_s);

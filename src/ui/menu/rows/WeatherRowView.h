@@ -25,6 +25,8 @@ public:
     ~WeatherRowView() override;
 
     QSize sizeHint() const override;
+    bool isChoosable() const override { return true; }
+    void choose() override { m_open(); }
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -46,6 +46,10 @@ class WidgetRowView : public QWidget
 public:
     explicit WidgetRowView(QWidget *parent);
 
+    /// Whether the row does something as a whole, and does it.
+    virtual bool isChoosable() const { return false; }
+    virtual void choose() {}
+
 protected:
     const MenuLook &look() const { return m_look; }
     /// The icon's place on a line of the row; the first line is 0.
