@@ -3,11 +3,13 @@
 #include "base/Text.h"
 #include "links/HomePaths.h"
 #include "links/LinkDetection.h"
+#include "links/LinkIcons.h"
 #include "links/LinkStore.h"
 #include "links/SameAddress.h"
 #include "platform/Clock.h"
 #include "platform/FileBookmarks.h"
 #include "platform/Volumes.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Icons.h"
 #include "ui/quickadd/ClipboardOffer.h"
 #include "ui/quickadd/DropArea.h"
@@ -46,15 +48,20 @@ QuickAddLinkView::QuickAddLinkView(const QuickAddServices &services, const std::
       m_onDismiss(std::move(onDismiss)),
       m_url(new QLineEdit(this)),
       m_icon(m_url->addAction(symbolIcon(QStringLiteral("globe")), QLineEdit::LeadingPosition)),
+      m_paste(new QPushButton(symbolIcon(QStringLiteral("doc.on.clipboard")), text("quickAdd.paste"_text), this)),
       m_offer(new ClipboardOffer(this)),
       m_name(new QLineEdit(this)),
       m_group(new GroupPicker(services.links, this)),
       m_dropArea(new DropArea(this)),
       m_hint(new QLabel(this)),
+      m_cancel(new QPushButton(text("sheet.cancel"_text), this)),
       m_add(new QPushButton(text("quickAdd.add"_text), this)),
       m_typing(new QTimer(this))
 {
     setAcceptDrops(true);
+    // While it is the first child: this then stands before it in the order of
+    // the Tab key. Anywhere else it would send Tab back to the beginning.
+    setFocusProxy(m_url);
     buildFields();
     m_group->select(initialGroupId);
     m_typing->setSingleShot(true);
@@ -94,45 +101,36 @@ void QuickAddLinkView::buildFields()
     column->addWidget(m_offer);
     column->addWidget(m_dropArea, 1);
     column->addWidget(makeButtonRow());
-    setFocusProxy(m_url);
 }
 
 QWidget *QuickAddLinkView::makeAddressRow()
 {
     m_url->setPlaceholderText(text("quickAdd.urlPlaceholder"_text));
     m_url->setAccessibleName(text("quickAdd.address"_text));
-    m_url->setClearButtonEnabled(true);
+    addClearButton(m_url);
     m_url->setMinimumWidth(fontMetrics().horizontalAdvance(m_url->placeholderText()) + 40);
-    auto *paste = new QPushButton(symbolIcon(QStringLiteral("doc.on.clipboard")), text("quickAdd.paste"_text), this);
-    paste->setObjectName(QStringLiteral("quickAddPaste"));
-    paste->setAutoDefault(false);
-    connect(paste, &QPushButton::clicked, this, &QuickAddLinkView::pasteFromClipboard);
-
-    setTabOrder(m_url, paste);
-    setTabOrder(paste, m_offer);
-    setTabOrder(m_offer, m_name);
+    m_paste->setObjectName(QStringLiteral("quickAddPaste"));
+    m_paste->setAutoDefault(false);
+    connect(m_paste, &QPushButton::clicked, this, &QuickAddLinkView::pasteFromClipboard);
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->addWidget(m_url, 1);
-    layout->addWidget(paste);
+    layout->addWidget(m_paste);
     return row;
 }
 
 QWidget *QuickAddLinkView::makeButtonRow()
 {
-    auto *cancel = new QPushButton(text("sheet.cancel"_text), this);
-    cancel->setAutoDefault(false);
+    m_cancel->setAutoDefault(false);
     m_add->setDefault(true);
-    connect(cancel, &QPushButton::clicked, this, m_onDismiss);
-    setTabOrder(m_group, cancel);
-    setTabOrder(cancel, m_add);
+    connect(m_cancel, &QPushButton::clicked, this, m_onDismiss);
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->setSpacing(8);
     layout->addWidget(m_hint, 1);
-    layout->addWidget(cancel);
+    layout->addWidget(m_cancel);
     layout->addWidget(m_add);
     return row;
 }
@@ -175,6 +173,10 @@ void QuickAddLinkView::refresh()
     m_name->setPlaceholderText(valid ? defaultName(m_url->text(), detectedType())
                                      : text("quickAdd.namePlaceholder"_text));
     m_icon->setIcon(symbolIcon(iconName()));
+    LinkItem found;
+    found.type = detectedType();
+    found.path = m_url->text();
+    m_icon->setText(text(kindLabel(found)));
     if (!m_url->text().isEmpty())
         m_offer->setLink(QString());
 }

@@ -72,13 +72,16 @@ private:
 
     QuickAddServices m_services;
     std::function<void()> m_onDismiss;
+    // In the order of the Tab key.
     QLineEdit *m_url;
     QAction *m_icon;
+    QPushButton *m_paste;
     ClipboardOffer *m_offer;
     QLineEdit *m_name;
     GroupPicker *m_group;
     DropArea *m_dropArea;
     QLabel *m_hint;
+    QPushButton *m_cancel;
     QPushButton *m_add;
     QTimer *m_typing; ///< runs while it is too early to find fault
 };
