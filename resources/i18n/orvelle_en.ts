@@ -537,6 +537,9 @@
     <message id="settings.removed %@">
         <translation>“%@” was removed.</translation>
     </message>
+    <message id="field.clear">
+        <translation>Clear</translation>
+    </message>
     <message id="settings.empty.title">
         <translation>No links yet</translation>
     </message>

@@ -537,6 +537,9 @@
     <message id="settings.removed %@">
         <translation>« %@ » a été supprimé.</translation>
     </message>
+    <message id="field.clear">
+        <translation>Effacer</translation>
+    </message>
     <message id="settings.empty.title">
         <translation>Aucun lien pour l’instant</translation>
     </message>

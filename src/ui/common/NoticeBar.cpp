@@ -63,6 +63,13 @@ void NoticeBar::showNotice(const QString &message, const QList<Action> &actions,
         });
         m_buttons->addWidget(close);
     }
+    // New widgets stand behind all others.
+    QWidget *before = this;
+    for (int i = 0; i < m_buttons->count(); ++i) {
+        QWidget *button = m_buttons->itemAt(i)->widget();
+        setTabOrder(before, button);
+        before = button;
+    }
     show();
 }
 

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "links/ExchangeDocument.h"
 #include "links/LinkTree.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/NoticeBar.h"
 
 #include <QButtonGroup>
@@ -118,6 +119,7 @@ void ImportDialog::addModes(QVBoxLayout *column)
         QFont font = button->font();
         font.setBold(true);
         button->setFont(font);
+        reachWhenChecked(button);
         m_modes->addButton(button, static_cast<int>(mode.mode));
         QLabel *description = descriptionOf(button, text(mode.description));
         auto *rows = new QVBoxLayout;

@@ -35,7 +35,7 @@ NoteLinkBar::NoteLinkBar(QWidget *parent)
     QToolButton *close = addButton(QStringLiteral("xmark"), text("note.link.close"_text));
     for (QToolButton *button : {apply, m_open, m_remove, close})
         row->addWidget(button);
-    connect(m_address, &QLineEdit::textEdited, this, [this] { showProblem(false); });
+    connect(m_address, &QLineEdit::textChanged, this, [this] { showProblem(false); });
     connect(apply, &QToolButton::clicked, this, &NoteLinkBar::take);
     connect(m_open, &QToolButton::clicked, this, [this] { emit openRequested(m_address->text()); });
     connect(m_remove, &QToolButton::clicked, this, [this] {

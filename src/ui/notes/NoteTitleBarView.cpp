@@ -5,6 +5,7 @@
 #include "links/LinkColors.h"
 #include "links/LinkStore.h"
 #include "platform/Clock.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/ColorMenu.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
@@ -38,6 +39,7 @@ void NoteTitleBarView::buildRow()
 {
     m_name->setObjectName(QStringLiteral("noteName"));
     m_name->setFrame(false);
+    countAllAsTyped(m_name);
     m_name->setAccessibleName(text("note.name"_text));
     m_name->setPlaceholderText(text("note.name"_text));
     QFont font = m_name->font();
@@ -64,7 +66,7 @@ void NoteTitleBarView::setNote(const LinkItem &note)
 {
     m_note = note;
     if (!m_name->isModified())
-        m_name->setText(note.name);
+        showName();
     updateColors();
 }
 
@@ -86,7 +88,13 @@ void NoteTitleBarView::commitName()
     const QString name = m_name->text();
     m_name->setModified(false);
     applyChanges(name, colorKey());
+    showName();
+}
+
+void NoteTitleBarView::showName()
+{
     m_name->setText(m_note.name);
+    m_name->setModified(false);
 }
 
 void NoteTitleBarView::applyChanges(const QString &name, const QString &colorKey)
@@ -95,7 +103,7 @@ void NoteTitleBarView::applyChanges(const QString &name, const QString &colorKey
     const QString newName = name.trimmed().isEmpty() ? m_note.name : name.trimmed();
     auto current = m_services.links.findByText(m_note.stableId);
     if (!current || (current->name == newName && this->colorKey() == colorKey)) {
-        m_name->setText(m_note.name);
+        showName();
         return;
     }
     current->name = newName;

@@ -40,6 +40,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showName();
     void buildRow();
     void updateColors();
     QString colorKey() const;

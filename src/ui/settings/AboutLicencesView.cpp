@@ -55,7 +55,7 @@ void AboutLicencesView::addLine(QGridLayout *grid, const AboutLicence &licence)
         return;
     auto *read = new QPushButton(text("about.readLicence"_text), this);
     read->setObjectName(QStringLiteral("licence.") + licence.name);
-    read->setAccessibleDescription(licence.name);
+    read->setAccessibleName(spokenLabel(read->text()) + QStringLiteral(": ") + licence.name);
     connect(read, &QPushButton::clicked, this, [this, licence] { showText(licence); });
     grid->addWidget(read, row, 2);
 }

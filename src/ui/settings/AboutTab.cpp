@@ -124,12 +124,13 @@ void AboutTab::addPlace(QFormLayout *form, const QString &label, const QString &
     pathField->setReadOnly(true);
     pathField->setFrame(false);
     pathField->setToolTip(plainToolTip(path));
-    pathField->setAccessibleName(label);
+    pathField->setAccessibleName(spokenLabel(label));
+    pathField->setAccessibleDescription(path);
     QPalette flat = pathField->palette();
     flat.setColor(QPalette::Base, Qt::transparent);
     pathField->setPalette(flat);
     auto *show = new QPushButton(text("about.showFolder"_text), this);
-    show->setAccessibleDescription(label);
+    show->setAccessibleName(spokenLabel(show->text()) + QStringLiteral(": ") + spokenLabel(label));
     show->setEnabled(static_cast<bool>(m_services.showFolder));
     connect(show, &QPushButton::clicked, this, [this, folder] { m_services.showFolder(folder); });
     auto *row = new QHBoxLayout;

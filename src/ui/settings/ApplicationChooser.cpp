@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "ui/common/ApplicationIcons.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/settings/Sections.h"
 
 #include <QAction>
@@ -43,8 +44,9 @@ ApplicationChooser::ApplicationChooser(const Applications &applications, QWidget
     setWindowTitle(text("quicklaunch.chooserTitle"_text));
     m_search->setPlaceholderText(text("quicklaunch.search"_text));
     m_search->setAccessibleName(text("quicklaunch.search"_text));
-    m_search->setClearButtonEnabled(true);
+    addClearButton(m_search);
     m_search->installEventFilter(this);
+    followSelection(m_list);
     m_list->setAccessibleName(text("quicklaunch.slots"_text));
     m_list->setIconSize({iconSide, iconSide});
     m_list->setUniformItemSizes(true);

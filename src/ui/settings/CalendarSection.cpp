@@ -3,6 +3,7 @@
 #include "base/Notifications.h"
 #include "links/LinkColors.h"
 #include "platform/Alerts.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/ColorMenu.h"
 #include "widgets/calendar/CalendarManager.h"
 
@@ -99,6 +100,7 @@ QWidget *CalendarSection::makeFolders(const Folders &folders, FolderChooser &cho
     auto *list = new QListWidget(whole);
     list->setObjectName(u"folders"_s);
     list->setAccessibleName(text("calendar.folders"_text));
+    followSelection(list);
     list->setWordWrap(true);
     list->setTextElideMode(Qt::ElideMiddle);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -23,6 +23,7 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
       m_services(services),
       m_links(new LinksSection(services, this)),
       m_icons(new MenuletIconPicker(services.defaults, services.notifications, this)),
+      m_shortcut(services.shortcut ? new ShortcutSection(*services.shortcut, services.notifications, this) : nullptr),
       m_confirmQuit(new QCheckBox(text("settings.confirmBeforeQuit"_text), this)),
       m_launchAtLogin(new QCheckBox(text("settings.launchAtLogin"_text), this)),
       m_siteIcons(new QCheckBox(text("settings.siteIcons"_text), this))
@@ -41,8 +42,8 @@ GeneralTab::GeneralTab(const SettingsServices &services, QWidget *parent)
     column->addWidget(m_icons);
     column->addSpacing(6);
     column->addWidget(sectionTitle(text("settings.behaviour"_text), this));
-    if (services.shortcut)
-        column->addWidget(new ShortcutSection(*services.shortcut, services.notifications, this));
+    if (m_shortcut)
+        column->addWidget(m_shortcut);
     column->addLayout(makeBehaviour());
 
     connect(m_confirmQuit, &QCheckBox::clicked, this, &GeneralTab::setConfirmBeforeQuit);

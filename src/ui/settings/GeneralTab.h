@@ -11,6 +11,7 @@ namespace orvelle {
 
 class LinksSection;
 class MenuletIconPicker;
+class ShortcutSection;
 
 /// The links, the tray icon, and how Orvelle behaves.
 class GeneralTab : public QWidget
@@ -39,6 +40,7 @@ private:
     // In the order of the Tab key.
     LinksSection *m_links;
     MenuletIconPicker *m_icons;
+    ShortcutSection *m_shortcut; ///< null where there are no global shortcuts
     QCheckBox *m_confirmQuit;
     QCheckBox *m_launchAtLogin;
     QCheckBox *m_siteIcons;

@@ -100,6 +100,7 @@ InfoView::InfoView(const SettingsServices &services, QWidget *parent)
     column->setSpacing(0);
     column->addWidget(scroll, 1);
     column->addLayout(foot);
+    setTabOrder(m_importBookmarks, start);
     start->setFocus();
     // As high as its wrapped lines want it, on a screen that has the room.
     const int width = qMax(windowWidth, column->totalMinimumSize().width());

@@ -225,11 +225,11 @@ void LinkEditor::addButtons(QVBoxLayout &column)
     m_sort = commandButton(m_actions.sort, m_form);
     m_open = commandButton(m_actions.open, m_form);
     m_reveal = commandButton(m_actions.reveal, m_form);
-    m_remove = commandButton(m_actions.remove, m_form);
     m_move = new QPushButton(m_actions.moveMenu()->icon(), m_actions.moveMenu()->title(), m_form);
     m_move->setObjectName(QStringLiteral("editor.move"));
     m_move->setAutoDefault(false);
     m_move->setMenu(m_actions.moveMenu());
+    m_remove = commandButton(m_actions.remove, m_form);
     column.addSpacing(8);
     for (QPushButton *button : {m_sort, m_open, m_reveal, m_move, m_remove})
         column.addWidget(button);

@@ -1,5 +1,7 @@
 #include "ui/settings/LinkField.h"
 
+#include "ui/common/AssistedInput.h"
+
 #include <QFocusEvent>
 #include <QKeyEvent>
 
@@ -8,6 +10,7 @@ namespace orvelle {
 LinkField::LinkField(std::function<bool(const QString &)> commit, QWidget *parent)
     : QLineEdit(parent), m_commit(std::move(commit))
 {
+    countAllAsTyped(this);
 }
 
 void LinkField::setStored(const QString &text)
@@ -16,6 +19,7 @@ void LinkField::setStored(const QString &text)
     if (isModified() || text == this->text())
         return;
     setText(text);
+    setModified(false);
     setCursorPosition(0); // the beginning says more than the end
 }
 
@@ -39,8 +43,8 @@ void LinkField::commit()
 
 void LinkField::revert()
 {
-    setModified(false);
     setText(m_stored);
+    setModified(false);
     emit settled();
 }
 

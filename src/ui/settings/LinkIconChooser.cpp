@@ -1,6 +1,7 @@
 #include "ui/settings/LinkIconChooser.h"
 
 #include "base/Text.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/LinkSearch.h"
 
@@ -34,12 +35,13 @@ LinkIconChooser::LinkIconChooser(QWidget *parent)
     setAccessibleName(text("settings.icon"_text));
     m_search->setPlaceholderText(text("settings.iconSearch"_text));
     m_search->setAccessibleName(text("settings.iconSearch"_text));
-    m_search->setClearButtonEnabled(true);
+    addClearButton(m_search);
     m_search->installEventFilter(this);
     m_nothing->setText(text("settings.iconNone"_text));
     m_nothing->setAlignment(Qt::AlignCenter);
     m_nothing->hide();
 
+    followSelection(m_grid);
     m_grid->setAccessibleName(text("settings.icon"_text));
     m_grid->setViewMode(QListView::IconMode);
     m_grid->setMovement(QListView::Static);

@@ -1,6 +1,7 @@
 #include "ui/settings/LinkRowDelegate.h"
 
 #include "base/Text.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/LinkIconView.h"
 #include "ui/settings/LinkTreeModel.h"
@@ -95,11 +96,25 @@ int LinkRowDelegate::kindWidth(const QWidget &view) const
     return widest + kindPadding;
 }
 
+QWidget *LinkRowDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                       const QModelIndex &index) const
+{
+    QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+    if (auto *line = qobject_cast<QLineEdit *>(editor)) {
+        line->setAccessibleName(text("settings.column.name"_text));
+        countAllAsTyped(line);
+    }
+    return editor;
+}
+
 void LinkRowDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
-    const auto *line = qobject_cast<const QLineEdit *>(editor);
-    if (!line || !line->isModified())
-        QStyledItemDelegate::setEditorData(editor, index);
+    auto *line = qobject_cast<QLineEdit *>(editor);
+    if (line && line->isModified())
+        return;
+    QStyledItemDelegate::setEditorData(editor, index);
+    if (line)
+        line->setModified(false);
 }
 
 void LinkRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &given, const QModelIndex &index) const

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "links/LinkStore.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/settings/LinkRowDelegate.h"
 #include "ui/settings/LinkTreeModel.h"
 
@@ -26,6 +27,7 @@ LinkTreeView::LinkTreeView(LinkTreeModel &model, LinkStore &links, QWidget *pare
     setAccessibleName(text("settings.links"_text));
     setModel(&model);
     setItemDelegate(m_rows);
+    followSelection(this);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setSelectionMode(ExtendedSelection);

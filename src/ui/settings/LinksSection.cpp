@@ -4,6 +4,7 @@
 #include "links/LinkStore.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/EmptyState.h"
 #include "ui/common/Icons.h"
 #include "ui/common/NoticeBar.h"
@@ -108,8 +109,9 @@ QWidget *LinksSection::makeTopRow()
     m_search->setObjectName(QStringLiteral("linkSearch"));
     m_search->setPlaceholderText(text("settings.search"_text));
     m_search->setAccessibleName(text("settings.search"_text));
-    m_search->setClearButtonEnabled(true);
-    m_search->addAction(symbolIcon(QStringLiteral("magnifyingglass")), QLineEdit::LeadingPosition);
+    addClearButton(m_search);
+    m_search->addAction(symbolIcon(QStringLiteral("magnifyingglass")), QLineEdit::LeadingPosition)
+        ->setText(text("settings.search"_text));
     m_search->setMaximumWidth(280);
     m_search->installEventFilter(this);
     auto *top = new QWidget(this);

@@ -65,7 +65,7 @@ QLineEdit *PassphraseDialog::addField(QBoxLayout *column, const char *name, cons
     auto *edit = new QLineEdit(this);
     edit->setObjectName(QString::fromLatin1(name));
     edit->setEchoMode(QLineEdit::Password);
-    edit->setAccessibleName(QString(label).remove(u':').trimmed());
+    edit->setAccessibleName(spokenLabel(label));
     caption->setBuddy(edit);
     column->addWidget(caption);
     column->addWidget(edit);

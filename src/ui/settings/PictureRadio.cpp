@@ -1,5 +1,6 @@
 #include "ui/settings/PictureRadio.h"
 
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 
@@ -27,7 +28,7 @@ QColor faint(QColor color, float alpha)
 PictureRadio::PictureRadio(const QString &symbol, const QString &title, QWidget *parent)
     : QRadioButton(title, parent), m_symbol(symbol)
 {
-    setFocusPolicy(Qt::StrongFocus);
+    reachWhenChecked(this);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 

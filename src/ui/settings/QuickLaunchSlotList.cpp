@@ -4,6 +4,7 @@
 #include "menubar/QuickLaunchManager.h"
 #include "platform/Applications.h"
 #include "ui/common/ApplicationIcons.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
@@ -44,6 +45,7 @@ QuickLaunchSlotList::QuickLaunchSlotList(QuickLaunchManager &manager, const Appl
     setDefaultDropAction(Qt::CopyAction); // the row itself stays: only contents change places
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    followSelection(this);
     refresh();
     setCurrentRow(0);
 }

@@ -56,6 +56,14 @@ QString plainToolTip(const QString &text)
     return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
 }
 
+QString spokenLabel(QString label)
+{
+    label.remove(u'&');
+    while (label.endsWith(u':') || label.endsWith(u'…') || (!label.isEmpty() && label.back().isSpace()))
+        label.chop(1);
+    return label;
+}
+
 QLabel *pageTitle(const QString &text, QWidget *parent)
 {
     QLabel *label = sectionTitle(text, parent);

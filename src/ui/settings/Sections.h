@@ -25,6 +25,10 @@ QLabel *sectionSubtitle(const QString &text, QWidget *parent);
 /// not under the box, and describes it to screen readers.
 QLabel *checkBoxHint(const QString &text, QCheckBox *box);
 
+/// What a label's control is called to screen readers: without the colon,
+/// the dots and the mark of its key.
+QString spokenLabel(QString label);
+
 /// A tool tip that shows `text` as it stands, also when it looks like markup,
 /// and wraps it when it is long.
 QString plainToolTip(const QString &text);

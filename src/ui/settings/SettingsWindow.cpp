@@ -135,6 +135,9 @@ public:
 void SettingsWindow::Private::makeTabs()
 {
     tabs->setDocumentMode(true);
+    // Its bar has the focus, and is what is read.
+    tabs->setFocusProxy(nullptr);
+    tabs->setFocusPolicy(Qt::NoFocus);
     tabs->setIconSize({16, 16});
     tabs->tabBar()->setExpanding(false);
     tabs->tabBar()->setUsesScrollButtons(true);

@@ -7,6 +7,7 @@
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "services/DebugModeManager.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/EmptyState.h"
 #include "ui/common/Icons.h"
 #include "ui/common/NoticeBar.h"
@@ -100,6 +101,7 @@ QTreeView *SnapshotSection::makeList()
     header->setSectionResizeMode(SnapshotModel::DateColumn, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(SnapshotModel::ReasonColumn, QHeaderView::Stretch);
     header->setSectionResizeMode(SnapshotModel::CountColumn, QHeaderView::ResizeToContents);
+    followSelection(list);
     connect(list, &QTreeView::activated, this, &SnapshotSection::preview);
     connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &SnapshotSection::refreshButtons);
     return list;

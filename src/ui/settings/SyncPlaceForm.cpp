@@ -82,7 +82,7 @@ SyncPlaceForm::SyncPlaceForm(FolderChooser *folderChooser, QWidget *parent)
     addButtons();
     connect(m_kind, &QComboBox::currentIndexChanged, this, &SyncPlaceForm::edited);
     for (QLineEdit *edit : {m_folder, m_server, m_user, m_password}) {
-        connect(edit, &QLineEdit::textEdited, this, &SyncPlaceForm::edited);
+        connect(edit, &QLineEdit::textChanged, this, &SyncPlaceForm::edited);
         connect(edit, &QLineEdit::returnPressed, m_configure, &QPushButton::click);
     }
     connect(m_choose, &QPushButton::clicked, this, &SyncPlaceForm::chooseFolder);
@@ -105,7 +105,7 @@ void SyncPlaceForm::addRows()
                                                   {"cloudSync.password"_text, m_password}};
     for (const auto &[label, widget] : rows) {
         m_form->addRow(text(label), widget);
-        const QString name = text(label).remove(u':').trimmed();
+        const QString name = spokenLabel(text(label));
         widget->setAccessibleName(name);
         if (widget == m_folderRow)
             m_folder->setAccessibleName(name);

@@ -98,7 +98,7 @@ QWidget *SyncTab::makeExchangeSection()
         const auto kind = static_cast<std::size_t>(command.row);
         auto *button = new QPushButton(symbolIcon(QString::fromLatin1(command.symbol)), text(command.title), section);
         button->setObjectName(QString::fromLatin1(command.name));
-        button->setAccessibleDescription(text(kinds.at(kind).title));
+        button->setAccessibleName(spokenLabel(text(command.title)) + QStringLiteral(": ") + text(kinds.at(kind).title));
         connect(button, &QPushButton::clicked, this,
                 [this, run = command.run] { (m_services.exchange.*run)(window()); });
         grid->addWidget(button, command.row, 1 + used.at(kind)++, 1, command.columns);

@@ -1,6 +1,7 @@
 #include "ui/settings/TimerSection.h"
 
 #include "base/Notifications.h"
+#include "ui/settings/Sections.h"
 #include "widgets/timer/TimerManager.h"
 
 #include <QHBoxLayout>
@@ -44,7 +45,7 @@ QWidget *TimerSection::makePresets()
         field->setObjectName(u"preset.%1"_s.arg(i));
         field->setRange(1, mostMinutes);
         field->setSuffix(text("timer.minutesSuffix"_text));
-        field->setAccessibleName(text("timer.presetsLabel"_text) + u" %1"_s.arg(i + 1));
+        field->setAccessibleName(spokenLabel(text("timer.presetsLabel"_text)) + u" %1"_s.arg(i + 1));
         field->setKeyboardTracking(false);
         addReader([this, field, i] {
             const QSignalBlocker blocker(field);
@@ -67,7 +68,7 @@ QWidget *TimerSection::makeCustom()
     auto *minutes = new QLineEdit(row);
     minutes->setObjectName(u"customMinutes"_s);
     minutes->setPlaceholderText(text("timer.customPlaceholder"_text));
-    minutes->setAccessibleName(text("timer.customMessage"_text));
+    minutes->setAccessibleName(spokenLabel(text("timer.customMessage"_text)));
     minutes->setValidator(new QIntValidator(1, mostMinutes, minutes));
     minutes->setMaximumWidth(minutes->fontMetrics().averageCharWidth() * 16);
     auto *start = new QPushButton(text("timer.startCustom"_text), row);

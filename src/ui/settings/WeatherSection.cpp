@@ -1,6 +1,7 @@
 #include "ui/settings/WeatherSection.h"
 
 #include "base/Notifications.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/settings/WeatherStyleRadio.h"
 #include "widgets/weather/WeatherManager.h"
 
@@ -43,6 +44,7 @@ QWidget *WeatherSection::makeCity()
     fields->setContentsMargins({});
     m_city = new QLineEdit(row);
     m_city->setObjectName(u"city"_s);
+    countAllAsTyped(m_city);
     m_city->setPlaceholderText(text("weather.cityPlaceholder"_text));
     m_city->setAccessibleName(text("weather.modeManual"_text));
     auto *find = new QPushButton(text("weather.search"_text), row);
@@ -54,8 +56,10 @@ QWidget *WeatherSection::makeCity()
     connect(find, &QPushButton::clicked, this, &WeatherSection::search);
     addReader([this, row] {
         // What is being typed is not taken away.
-        if (!m_city->isModified())
+        if (!m_city->isModified()) {
             m_city->setText(m_manager.manualCity());
+            m_city->setModified(false);
+        }
         const bool isManual = m_manager.locationMode() == WeatherLocationMode::Manual;
         for (QWidget *each : row->findChildren<QWidget *>())
             each->setEnabled(isManual);

@@ -1,5 +1,6 @@
 #include "ui/settings/WeatherStyleRadio.h"
 
+#include "ui/common/AssistedInput.h"
 #include "widgets/weather/WeatherManager.h"
 
 #include <QPainter>
@@ -33,6 +34,7 @@ WeatherFace sample()
 WeatherStyleRadio::WeatherStyleRadio(WeatherDisplayStyle style, QWidget *parent)
     : QRadioButton(weatherStyleLabel(style), parent), m_style(style)
 {
+    reachWhenChecked(this);
     setObjectName(u"style."_s + rawValue(style));
 }
 

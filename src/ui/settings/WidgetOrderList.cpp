@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "menubar/WidgetOrderManager.h"
+#include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/WidgetSection.h"
@@ -34,6 +35,7 @@ WidgetOrderList::WidgetOrderList(WidgetOrderManager &order, QWidget *parent) : Q
     setUniformItemSizes(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(&m_order, &WidgetOrderManager::orderChanged, this, &WidgetOrderList::refresh);
+    followSelection(this);
     refresh();
     setCurrentRow(0);
 }

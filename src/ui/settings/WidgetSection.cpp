@@ -1,5 +1,6 @@
 #include "ui/settings/WidgetSection.h"
 
+#include "ui/common/AssistedInput.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"
 
@@ -30,14 +31,6 @@ const std::array<WidgetPresentation, 7> presentations{{
     {"network.title"_text, "network.subtitle"_text, "network", "green"},
     {"timer.title"_text, "timer.subtitle"_text, "timer", "purple"},
 }};
-
-/// The accessible name that a visible label gives: without its colon.
-QString nameFromLabel(QString label)
-{
-    while (label.endsWith(u':') || (!label.isEmpty() && label.back().isSpace()))
-        label.chop(1);
-    return label;
-}
 
 } // namespace
 
@@ -97,7 +90,7 @@ QCheckBox *WidgetSection::addEnableSwitch(const SettingAccess<bool> &access)
 void WidgetSection::addModeChoice(int offValue, const QList<Choice> &modes, const SettingAccess<int> &access)
 {
     auto *row = new QWidget(this);
-    row->setAccessibleName(nameFromLabel(text("widget.mode"_text)));
+    row->setAccessibleName(spokenLabel(text("widget.mode"_text)));
     auto *buttons = new QHBoxLayout(row);
     buttons->setContentsMargins({});
     buttons->setSpacing(14);
@@ -105,6 +98,7 @@ void WidgetSection::addModeChoice(int offValue, const QList<Choice> &modes, cons
     for (const Choice &choice : QList<Choice>{{text("widget.off"_text), offValue}} + modes) {
         auto *button = new QRadioButton(choice.title, row);
         button->setObjectName(QStringLiteral("mode.") + QString::number(choice.value));
+        reachWhenChecked(button);
         group->addButton(button, choice.value);
         buttons->addWidget(button);
     }
@@ -169,7 +163,7 @@ QComboBox *WidgetSection::addComboBox(const QString &objectName, const QString &
 void WidgetSection::addRow(const QString &label, QWidget *control)
 {
     if (control->accessibleName().isEmpty())
-        control->setAccessibleName(nameFromLabel(label));
+        control->setAccessibleName(spokenLabel(label));
     m_form->addRow(label, control);
     addDependent(m_form->labelForField(control));
     addDependent(control);
