@@ -56,12 +56,12 @@ void Theme::apply()
               QApplication::palette().color(QPalette::Window)};
     if (wish == m_applied)
         return;
-    // An unresolved palette stands for the theme's own.
+    // Roles that nobody set are the theme's, also when it has changed since.
     if (m_replaced)
-        QApplication::setPalette(QPalette());
-    const QPalette own = QApplication::palette();
-    const QPalette palette = chosen(own, wish.dark, wish.highContrast);
-    m_replaced = palette != own;
+        QApplication::setPalette(m_own);
+    m_own = QApplication::palette();
+    const QPalette palette = chosen(m_own, wish.dark, wish.highContrast);
+    m_replaced = palette != m_own;
     if (m_replaced)
         QApplication::setPalette(palette);
     wish.ground = QApplication::palette().color(QPalette::Window);

@@ -39,6 +39,7 @@ private:
 
     const Appearance &m_appearance;
     std::optional<Wish> m_applied;
+    QPalette m_own;          ///< what was there before
     bool m_replaced = false; ///< the palette is ours
     bool m_applying = false;
 };
