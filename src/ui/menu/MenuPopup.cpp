@@ -51,6 +51,12 @@ MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
     connect(&m_aimTimer, &QTimer::timeout, this, [this] { hover(placeAt(m_lastPointer)); });
     connect(&m_scrollTimer, &QTimer::timeout, this, &MenuPopup::autoScroll);
     connect(&m_grabTimer, &QTimer::timeout, this, &MenuPopup::grabInput);
+    // Where it is a window like others, which sees no press beside it.
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        const bool isWindow = !m_stage && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+        if (state != Qt::ApplicationActive && isWindow)
+            finish({});
+    });
 }
 
 MenuPopup::~MenuPopup()

@@ -2,6 +2,7 @@
 
 #include "platform/OverlayShell.h"
 
+#include <QElapsedTimer>
 #include <QEnterEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,8 +14,12 @@ namespace orvelle {
 namespace {
 
 // In milliseconds.
-constexpr int longestSearch = 200;
+constexpr int longestSearch = 300; ///< of a compositor that shows the stage
+constexpr int longestMapping = 1500;
 constexpr int longestFrame = 150;
+/// A timer that comes later has waited for this program, and so may the pointer.
+constexpr int lateness = 50;
+constexpr int mostSearches = 5;
 
 } // namespace
 
@@ -57,23 +62,41 @@ bool MenuStage::open()
     if (!m_isCovering)
         return false;
     resize(windowHandle()->size());
+    windowHandle()->installEventFilter(this);
     show();
     setFocus();
-    QTimer::singleShot(longestSearch, this, [this] { found(mapToGlobal(rect().center())); });
+    giveUpAfter(longestMapping);
     return true;
 }
 
-bool MenuStage::event(QEvent *event)
+/// Of the window: the toolkit does not hand each of them on to the widget.
+bool MenuStage::eventFilter(QObject *window, QEvent *event)
 {
     if (event->type() == QEvent::Enter)
         found(static_cast<QEnterEvent *>(event)->globalPosition().toPoint());
     else if (event->type() == QEvent::MouseMove)
         found(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
-    return QWidget::event(event);
+    return QWidget::eventFilter(window, event);
+}
+
+/// The middle will do for a menu that would otherwise not come.
+void MenuStage::giveUpAfter(int milliseconds)
+{
+    QElapsedTimer passed;
+    passed.start();
+    QTimer::singleShot(milliseconds, this, [this, milliseconds, passed] {
+        if (passed.hasExpired(milliseconds + lateness) && ++m_searches < mostSearches)
+            giveUpAfter(milliseconds);
+        else
+            found(mapToGlobal(rect().center()));
+    });
 }
 
 void MenuStage::paintEvent(QPaintEvent *event)
 {
+    // The compositor tells of the pointer once it has this frame.
+    if (!std::exchange(m_isPainted, true))
+        giveUpAfter(longestSearch);
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.fillRect(event->rect(), Qt::transparent);

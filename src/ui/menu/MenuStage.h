@@ -31,15 +31,18 @@ signals:
     void pointerFound(const QPoint &global);
 
 protected:
-    bool event(QEvent *event) override;
+    bool eventFilter(QObject *window, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void giveUpAfter(int milliseconds);
     void found(const QPoint &global);
 
     OverlayShell &m_shell;
     bool m_isCovering = false;
     bool m_isFound = false;
+    bool m_isPainted = false;
+    int m_searches = 0;
 };
 
 } // namespace orvelle
