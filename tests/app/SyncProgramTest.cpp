@@ -1,113 +1,7 @@
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-
-using namespace Qt::StringLiterals;
+#include "app/ProgramMachine.h"
 
 namespace orvelle::test {
 namespace {
-
-struct Answer {
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-/// One user's machine: a home and a session bus of its own, and the real
-/// program.
-class Machine
-{
-public:
-    Machine() : m_environment(QProcessEnvironment::systemEnvironment())
-    {
-        for (const char *unset : {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "LC_ALL"})
-            m_environment.remove(QString::fromLatin1(unset));
-        const std::pair<const char *, const char *> folders[] = {{"HOME", ""},
-                                                                 {"XDG_CONFIG_HOME", "/config"},
-                                                                 {"XDG_DATA_HOME", "/data"},
-                                                                 {"XDG_CACHE_HOME", "/cache"},
-                                                                 {"XDG_RUNTIME_DIR", "/runtime"}};
-        for (const auto &[name, folder] : folders) {
-            const QString path = m_home.path() + QLatin1StringView(folder);
-            QDir().mkpath(path);
-            m_environment.insert(QString::fromLatin1(name), path);
-        }
-        m_environment.insert(u"LANG"_s, u"C.UTF-8"_s);
-        m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-        m_environment.insert(u"https_proxy"_s, u"http://127.0.0.1:9"_s);
-        m_bus.setProcessEnvironment(m_environment);
-        m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
-        m_bus.waitForReadyRead(10'000);
-        m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromLatin1(m_bus.readLine()).trimmed());
-    }
-    ~Machine()
-    {
-        kill();
-        m_bus.terminate();
-        m_bus.waitForFinished();
-    }
-
-    void startProgram()
-    {
-        m_program = std::make_unique<QProcess>();
-        m_program->setProcessEnvironment(m_environment);
-        m_program->setProcessChannelMode(QProcess::MergedChannels);
-        m_program->start(program(), QStringList());
-        EXPECT_TRUE(becomes([this] { return run("toggle").code == 0; }, 20'000));
-    }
-    /// As a power cut does.
-    void kill()
-    {
-        if (!m_program)
-            return;
-        m_program->kill();
-        m_program->waitForFinished();
-        m_program.reset();
-    }
-
-    Answer run(const QString &line, const QByteArray &input = {})
-    {
-        QProcess process;
-        process.setProcessEnvironment(m_environment);
-        process.start(program(), line.split(u' '));
-        process.write(input);
-        process.closeWriteChannel();
-        if (!process.waitForFinished(60'000))
-            return {};
-        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-    }
-    Answer run(const char *line) { return run(QString::fromUtf8(line)); }
-    bool shows(const char *name) { return run("menu").out.contains(name); }
-    QJsonObject status() { return QJsonDocument::fromJson(run("sync status --json").out).object(); }
-
-    static bool becomes(const std::function<bool()> &condition, qint64 patience)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition()) {
-            if (timer.elapsed() > patience)
-                return false;
-        }
-        return true;
-    }
-
-private:
-    static QString program() { return QStringLiteral(ORVELLE_BINARY_DIR "/bin/orvelle"); }
-
-    QTemporaryDir m_home;
-    QProcessEnvironment m_environment;
-    QProcess m_bus;
-    std::unique_ptr<QProcess> m_program;
-};
 
 class SyncProgram : public ::testing::Test
 {
@@ -214,6 +108,43 @@ TEST_F(SyncProgram, AnEditReachesTheOtherRunningProgramAndAKillLosesNothing)
             << machine->run("menu").out.toStdString() << machine->run("sync status").out.toStdString();
     }
     EXPECT_FALSE(b.status()[u"needsUser"].toBool());
+}
+
+TEST_F(SyncProgram, ADocumentIsSynchronisedIntoTheRunningProgramAndTravelsOn)
+{
+    const QString exported = shared.filePath(u"exported"_s);
+    ASSERT_EQ(b.run("add https://one.invalid/").code, 0);
+    ASSERT_EQ(b.run("add https://two.invalid/").code, 0);
+    ASSERT_EQ(b.run(u"export "_s + exported).code, 0);
+    ASSERT_EQ(a.run(u"import "_s + exported + u" --mode replace"_s).code, 0);
+    ASSERT_EQ(b.run("add https://three.invalid/").code, 0);
+    ASSERT_EQ(b.run(u"export "_s + exported).code, 0);
+    a.startProgram();
+    ASSERT_EQ(a.run(configure()).code, 0);
+    ASSERT_EQ(a.run("add https://since.invalid/").code, 0); // after the document was written
+
+    const QString import = u"import "_s + exported + u" --mode sync"_s;
+    const Answer told = a.run(import);
+    EXPECT_TRUE(told.err.contains("Nothing was changed")) << told.err.toStdString();
+    EXPECT_FALSE(a.shows("three.invalid"));
+    const Answer applied = a.run(import + u" --apply --json"_s);
+    ASSERT_EQ(applied.code, 0) << applied.err.toStdString();
+    const QJsonObject figures = QJsonDocument::fromJson(applied.out).object();
+    EXPECT_EQ(figures[u"addedCount"].toInt(), 1) << applied.out.toStdString();
+    EXPECT_EQ(figures[u"removedCount"].toInt(), 0);
+    for (const char *name : {"one.invalid", "two.invalid", "three.invalid", "since.invalid"})
+        EXPECT_TRUE(a.shows(name)) << name;
+    EXPECT_TRUE(a.run("snapshots").out.contains("sync"));
+    EXPECT_EQ(a.run("sync now").code, 0);
+    QFile written(document());
+    ASSERT_TRUE(written.open(QFile::ReadOnly));
+    EXPECT_TRUE(written.readAll().contains("three.invalid")) << "the running program knows of the change";
+
+    // A second time there is nothing to do, and a step back takes it all back.
+    EXPECT_TRUE(a.run(import + u" --apply --json"_s).out.contains("\"addedCount\":0"));
+    EXPECT_EQ(a.run("undo").code, 0);
+    EXPECT_FALSE(a.shows("three.invalid"));
+    EXPECT_TRUE(a.shows("since.invalid"));
 }
 
 } // namespace
