@@ -2270,23 +2270,23 @@ You can change or remove everything here.</translation>
     <message id="openProgram.askFirst">
         <translation>The link came with an import or from another device; choose it in the menu of Orvelle, which asks first.</translation>
     </message>
-    <message id="shortcut.undecided">
-        <translation>The desktop asks whether Orvelle may hold this combination.</translation>
-    </message>
-    <message id="shortcut.denied">
-        <translation>The desktop or you refused the shortcut. Allow it in the desktop’s settings, or bind the command “orvelle toggle” to a key there.</translation>
-    </message>
-    <message id="shortcut.desktopTrigger %@">
-        <translation>The desktop has set: %@</translation>
-    </message>
     <message id="about.manual">
         <translation>Manual</translation>
     </message>
     <message id="about.manualPage">
         <translation>manual.html</translation>
     </message>
+    <message id="shortcut.undecided">
+        <translation>The desktop asks whether Orvelle may hold this combination.</translation>
+    </message>
     <message id="shortcut.portalDescription">
         <translation>Open the Orvelle menu</translation>
+    </message>
+    <message id="shortcut.denied">
+        <translation>The desktop or you refused the shortcut. Allow it in the desktop’s settings, or bind the command “orvelle toggle” to a key there.</translation>
+    </message>
+    <message id="shortcut.desktopTrigger %@">
+        <translation>The desktop has set: %@</translation>
     </message>
     <message id="clipboard.forbidden">
         <translation>The desktop does not show what is copied</translation>

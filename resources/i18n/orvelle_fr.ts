@@ -2270,23 +2270,23 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="openProgram.askFirst">
         <translation>Le lien vient d’un import ou d’un autre appareil ; choisissez-le dans le menu d’Orvelle, qui demande d’abord.</translation>
     </message>
-    <message id="shortcut.undecided">
-        <translation>Le bureau demande si Orvelle peut utiliser cette combinaison.</translation>
-    </message>
-    <message id="shortcut.denied">
-        <translation>Le bureau ou vous avez refusé le raccourci. Autorisez-le dans les réglages du bureau, ou associez-y une touche à la commande « orvelle toggle ».</translation>
-    </message>
-    <message id="shortcut.desktopTrigger %@">
-        <translation>Défini par le bureau : %@</translation>
-    </message>
     <message id="about.manual">
         <translation>Manuel</translation>
     </message>
     <message id="about.manualPage">
         <translation>manual.fr.html</translation>
     </message>
+    <message id="shortcut.undecided">
+        <translation>Le bureau demande si Orvelle peut utiliser cette combinaison.</translation>
+    </message>
     <message id="shortcut.portalDescription">
         <translation>Ouvrir le menu d’Orvelle</translation>
+    </message>
+    <message id="shortcut.denied">
+        <translation>Le bureau ou vous avez refusé le raccourci. Autorisez-le dans les réglages du bureau, ou associez-y une touche à la commande « orvelle toggle ».</translation>
+    </message>
+    <message id="shortcut.desktopTrigger %@">
+        <translation>Défini par le bureau : %@</translation>
     </message>
     <message id="clipboard.forbidden">
         <translation>Le bureau ne montre pas ce qui est copié</translation>

@@ -57,8 +57,6 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
     m_presenter.setOverlayShell(&m_layerShell);
     m_presenter.setWidgetRowFactory(
         [this](WidgetType type, QWidget *parent) { return m_widgets.jobs.makeRow(type, parent); });
-}
-
     offerTrayMenu();
 }
 
@@ -67,8 +65,11 @@ void Application::offerTrayMenu()
     if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland")) || m_layerShell.isAvailable())
         return;
     m_trayMenu.emplace(TrayMenu::Services{m_core.links, m_core.widgetOrder, m_widgets.jobs, m_core.notifications,
-                                          m_core.clock, [this](const MenuAction &action) { m_menuBar.perform(action); }});
+                                          m_core.clock,
+                                          [this](const MenuAction &action) { m_menuBar.perform(action); }});
     m_trayMenu->giveTo(m_statusItem);
+}
+
 Application::~Application()
 {
     m_core.jobs.attach(nullptr);
@@ -145,6 +146,7 @@ void Application::start()
     m_services.launchAtLogin.followProgram();
     m_colorScheme.start();
     m_core.links.restoreRootAccess();
+    m_core.importMarks.dropGone();
     m_core.defaults->startWatching();
     m_sync.open();
     m_powerEvents.start();
@@ -162,7 +164,6 @@ void Application::reportHowSettingsOpened()
 {
     if (m_damagedCopy)
         m_storageAlerts.damagedSettingsMovedTo(*m_damagedCopy);
-    m_core.importMarks.dropGone();
     if (m_notWritable)
         m_storageAlerts.writeFailed(*m_notWritable);
     // The tree was loaded before anybody could listen. A command of another

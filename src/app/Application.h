@@ -70,10 +70,10 @@ private:
     Windows::Services windowServices();
     SettingsServices settingsServices(AppWindows &windows);
     CommandContext commandContext(const QString &workingDirectory);
+    void offerTrayMenu();
     void reportHowSettingsOpened();
     void saveAndExit();
 
-    void offerTrayMenu();
     Surroundings m_surroundings;
     std::optional<QString> m_damagedCopy;
     std::optional<DefaultsError> m_notWritable;
@@ -95,10 +95,10 @@ private:
     ExchangeController m_importer;
     Windows m_windows;
     MenuBarManager m_menuBar;
+    std::optional<TrayMenu> m_trayMenu; ///< where no program can place a menu
     TimerToolTip m_timerToolTip;
     AppDelegate m_delegate;
     StorageAlerts m_storageAlerts;
-    std::optional<TrayMenu> m_trayMenu; ///< where no program can place a menu
 };
 
 } // namespace orvelle

@@ -200,6 +200,7 @@ TEST_F(SettingsTest, EveryLibraryOfTheBuildHasItsLicence)
                                         {QStringLiteral("SECRET"), QStringLiteral("libsecret")},
                                         {QStringLiteral("SODIUM"), QStringLiteral("libsodium")},
                                         {QStringLiteral("WAYLAND"), QStringLiteral("Wayland")},
+                                        {QStringLiteral("XKB"), QStringLiteral("xkbcommon")},
                                         {QStringLiteral("STARTUP"), QStringLiteral("startup-notification")},
                                         {QStringLiteral("CANBERRA"), QStringLiteral("libcanberra")}};
     QStringList listed;

@@ -18,7 +18,6 @@ constexpr auto patience = 10s;
 /// More transfers at once than that are no pasting.
 constexpr std::size_t mostTransfers = 64;
 
-
 } // namespace
 
 XcbSelectionServer::XcbSelectionServer(XcbConnection &x, Clock &clock, xcb_window_t window, xcb_atom_t selection)

@@ -24,7 +24,7 @@ struct Component {
 
 /// Package names carry the number of the library's interface, which differs
 /// between distributions.
-const std::array<Component, 21> components{{
+const std::array<Component, 22> components{{
     {"Orvelle", "Apache-2.0", ":/licences/orvelle"},
     {"Phosphor Icons", "MIT", ":/licences/icons"},
     {"Qt 6", "LGPL-3.0", "libqt6core6*"},
@@ -44,6 +44,7 @@ const std::array<Component, 21> components{{
     {"libcanberra", "LGPL-2.1+", "libcanberra0*"},
     {"XCB", "MIT", "libxcb1"},
     {"Wayland", "MIT", "libwayland-client0"},
+    {"xkbcommon", "MIT", "libxkbcommon0"},
     {"startup-notification", "LGPL-2.0+", "libstartup-notification0"},
     {"systemd", "LGPL-2.1+", "libsystemd0*"},
 }};

@@ -1,4 +1,5 @@
 #include "platform/freedesktop/DesktopPasteboard.h"
+
 #include "support/FakeClock.h"
 
 #include <QCoreApplication>

@@ -22,7 +22,6 @@ constexpr int buttonGap = 5;
 constexpr int titleExtra = 4; ///< beyond a line, for the buttons
 constexpr int titleLine = -1;
 constexpr int noLine = -2;
-constexpr double iconContrast = 3;
 
 } // namespace
 
@@ -57,9 +56,9 @@ void ClipboardRowView::refresh()
     const bool paused = m_manager.isPaused();
     const QString action = paused ? text("clipboard.resume"_text) : text("clipboard.pause"_text);
     m_pause->setSymbol(paused ? u"play.fill"_s : u"pause.fill"_s, action);
+    m_pause->setToolTip(action.toHtmlEscaped());
     if (m_manager.isForbidden())
         m_pause->hide();
-    m_pause->setToolTip(action.toHtmlEscaped());
     const int line = currentLine();
     if (refreshEntries()) {
         m_clear->setVisible(!m_entries.isEmpty());
@@ -74,11 +73,11 @@ void ClipboardRowView::refresh()
     place();
     update();
 }
+
 QString ClipboardRowView::emptyText() const
 {
     return m_manager.isForbidden() ? text("clipboard.forbidden"_text) : text("clipboard.empty"_text);
 }
-
 
 /// What is still there keeps its line, and with it the focus. False when
 /// nothing has changed.
@@ -259,7 +258,7 @@ void ClipboardRowView::paintEvent(QPaintEvent *)
     QRect icon = iconRect();
     icon.moveTop((height - icon.height()) / 2);
     paintSymbol(painter, u"list.clipboard"_s, icon,
-                readable(toQColor(chosen, palette()), look().ground(), textColor(), iconContrast));
+                readable(toQColor(chosen, palette()), look().ground(), textColor(), textContrast(palette())));
     QRect place = contentRect();
     place.setHeight(height);
     const auto write = [&](const QString &words, const QColor &color) {
