@@ -95,11 +95,7 @@ CloudSync::Private::Loaded CloudSync::Private::replaceBy(const DocumentPtr &docu
 {
     if (const auto why = replaceTree(loading))
         return CloudSyncError{CloudSyncError::Kind::ReadFailed, why->sentence};
-    isApplyingRemoteSettings = true;
-    s.settings.apply(*document->content.document);
-    isApplyingRemoteSettings = false;
-    setLocalSettingsModifiedAt(document->content.document->settingsModifiedAt);
-    settingsTouched = false;
+    takeSettings(*document->content.document);
     cancelPending();
     deferred = false;
     mustWrite = false;

@@ -163,7 +163,6 @@ struct CloudSync::Private {
     std::optional<SyncProblem> commitTree(const DocumentPtr &document, const SyncMergeInput &input,
                                           const Merged &merged);
     void noteTaken(const DocumentPtr &document, SyncSource source);
-    bool settingsAreNewer(const SyncDocument &document);
 
     // CloudSyncCopies.cpp
     void takeConflictCopies();
@@ -174,7 +173,10 @@ struct CloudSync::Private {
     std::optional<Timestamp> localSettingsModifiedAt() const;
     void setLocalSettingsModifiedAt(const std::optional<Timestamp> &date);
     void touchSettingsModifiedAt();
+    bool isInDocument(Timestamp settings) const;
+    void takeSettings(const ExportData &document);
     void applySyncSettings(const SyncDocument &document);
+    bool settingsAreNewer(const SyncDocument &document);
 
     // CloudSyncSchedule.cpp
     void schedule(std::chrono::milliseconds delay);
@@ -264,8 +266,7 @@ struct CloudSync::Private {
     };
     std::optional<Seen> seen;
     QHash<QString, Timestamp> saidAt;
-    QString polledLine;           ///< the last line of a poll
-    bool settingsTouched = false; ///< changed in this run and not written yet
+    QString polledLine; ///< the last line of a poll
     QStringList unreadableCopies;
     QString beingWritten; ///< a version whose write was begun, and perhaps done
     std::optional<SyncBase> baseOfBeingWritten;

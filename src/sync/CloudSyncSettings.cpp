@@ -18,6 +18,12 @@ QString settingsModifiedAtBaseKey()
     return u"orvelle_settingsModifiedAt"_s;
 }
 
+// What was taken over last, and what became of it here: two digests.
+QString settingsTakenBaseKey()
+{
+    return u"orvelle_settingsTaken"_s;
+}
+
 QString dateText(const std::optional<Timestamp> &date)
 {
     return date ? date->toDateTime().toString(Qt::ISODateWithMs) : u"nil"_s;
@@ -28,10 +34,18 @@ Timestamp wholeSeconds(Timestamp date)
     return {std::floor(date.seconds)};
 }
 
-QByteArray settingsDigest(ExportData document)
+/// Of what travels: the unit of temperatures is each machine's own.
+QString settingsDigest(ExportData document)
 {
     document.links.clear();
-    return exchangeDigests(document).content;
+    if (document.weatherSettings)
+        document.weatherSettings->temperatureUnit.reset();
+    return QString::fromLatin1(exchangeDigests(document).content);
+}
+
+QString takenText(const QString &theirs, const QString &here)
+{
+    return theirs + u' ' + here;
 }
 
 } // namespace
@@ -50,8 +64,19 @@ void CloudSync::Private::touchSettingsModifiedAt()
 {
     if (isApplyingRemoteSettings)
         return;
-    settingsTouched = true;
-    setLocalSettingsModifiedAt(editDate(localSettingsModifiedAt(), s.clock.now()));
+    const auto before = localSettingsModifiedAt();
+    Timestamp date = editDate(before, s.clock.now());
+    if (before && isInDocument(*before) && wholeSeconds(date) == wholeSeconds(*before))
+        date = wholeSeconds(date) + 1; // or it would be as old there as what it changed
+    setLocalSettingsModifiedAt(date);
+}
+
+/// Whether other machines may know settings of that date. Dates that were taken
+/// over have no fraction.
+bool CloudSync::Private::isInDocument(Timestamp settings) const
+{
+    return settings == wholeSeconds(settings) || (seen && seen->settings == settings) ||
+           (upload && upload->settings == settings);
 }
 
 void CloudSync::syncableSettingsDidChange()
@@ -70,14 +95,26 @@ void CloudSync::Private::applySyncSettings(const SyncDocument &document)
                    dateText(ours), dateText(theirs));
         return;
     }
-    isApplyingRemoteSettings = true;
-    s.settings.apply(*document.content.document);
-    setLocalSettingsModifiedAt(theirs);
-    settingsTouched = false;
-    isApplyingRemoteSettings = false;
+    takeSettings(*document.content.document);
 }
 
-/// Whether the settings here are to be written over the document's.
+void CloudSync::Private::takeSettings(const ExportData &document)
+{
+    isApplyingRemoteSettings = true;
+    s.settings.apply(document);
+    setLocalSettingsModifiedAt(document.settingsModifiedAt);
+    isApplyingRemoteSettings = false;
+    const QString theirs = settingsDigest(document);
+    const QString here = settingsDigest(s.exchange.gatherDocument());
+    store(settingsTakenBaseKey(),
+          theirs == here ? std::nullopt : std::optional<DefaultsValue>(takenText(theirs, here)));
+}
+
+/// Whether the settings here are to be written over the document's. Of two that
+/// are equally old neither machine takes the other's, so the one with the
+/// greater digest becomes newer. The other one shows what it has, as nobody
+/// else may know that there are two. Only one of them is ever made newer, and
+/// taking that one ends it.
 bool CloudSync::Private::settingsAreNewer(const SyncDocument &document)
 {
     const auto theirs = document.content.document->settingsModifiedAt;
@@ -86,11 +123,14 @@ bool CloudSync::Private::settingsAreNewer(const SyncDocument &document)
         return ours.has_value();
     if (wholeSeconds(*ours) != *theirs)
         return *ours > *theirs;
-    // Changed here and there in the same second: as neither would ever take
-    // the other's, this one becomes newer.
-    if (!settingsTouched || settingsDigest(s.exchange.gatherDocument()) == settingsDigest(*document.content.document))
+    const QString there = settingsDigest(*document.content.document);
+    const QString here = settingsDigest(s.exchange.gatherDocument());
+    // What cannot be had here, such as a section that the document lacks, is
+    // no difference once the document was taken over.
+    if (there == here || s.defaults.get<QString>(key(settingsTakenBaseKey())) == takenText(there, here))
         return false;
-    setLocalSettingsModifiedAt(*theirs + 1);
+    if (here > there)
+        setLocalSettingsModifiedAt(*theirs + 1);
     return true;
 }
 

@@ -254,7 +254,6 @@ void CloudSync::Private::written(const UploadPtr &begun, const Result<CloudFile,
     setLastWritten(begun->exported);
     lastKnownSyncFileModDate = result->modifiedAt;
     seen = {result->version, begun->links, begun->settings, true};
-    settingsTouched = settingsTouched && begun->settings != localSettingsModifiedAt();
     succeed(begun);
 }
 
