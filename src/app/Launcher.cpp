@@ -307,7 +307,7 @@ void becomeProgram(const QByteArray &path)
     ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
     // The second is what runs now, where an update has taken the file away.
     for (const char *file : {path.constData(), "/proc/self/exe"})
-        ::execl(file, path.constData(), static_cast<char *>(nullptr));
+        ::execl(file, path.constData(), "--login", static_cast<char *>(nullptr));
     std::perror("orvelle: The program cannot be started again");
 }
 
