@@ -2,11 +2,15 @@
 #include "platform/freedesktop/SystemClock.h"
 #include "platform/freedesktop/XcbPasteboard.h"
 
+#include <QClipboard>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QTimer>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace orvelle::test {
 namespace {
@@ -147,6 +151,7 @@ public:
         m_process.kill();
         m_process.waitForFinished();
     }
+    void hang() { ::kill(pid_t(m_process.processId()), SIGSTOP); }
 
 private:
     const QByteArray m_former = qgetenv("DISPLAY");
@@ -167,6 +172,12 @@ TEST(PasteboardServerTest, IsJoinedAgainAfterItWasKilled)
         return waitFor([&] { return pasteboard.changeCount() > before; }, 1000);
     };
     ASSERT_TRUE(waitFor(hearsOfCopies, 30'000));
+    const auto gives = [&pasteboard](const QByteArray &text) {
+        const qint64 before = pasteboard.changeCount();
+        pasteboard.write({{u"text/plain"_s, text}});
+        return waitFor([&] { return pasteboard.changeCount() > before; }) && pasted(u"UTF8_STRING"_s) == text;
+    };
+    EXPECT_TRUE(gives("before"));
     const auto other = silentOwner();
     std::optional<Result<QStringList, PasteboardError>> answer;
     pasteboard.types(&context, [&answer](const auto &given) { answer = given; });
@@ -175,6 +186,24 @@ TEST(PasteboardServerTest, IsJoinedAgainAfterItWasKilled)
     EXPECT_FALSE(*answer);
     server.start();
     EXPECT_TRUE(waitFor(hearsOfCopies, 60'000));
+    EXPECT_TRUE(gives("after"));
+}
+
+TEST(PasteboardServerTest, EndsSoonWhereItHangs)
+{
+    MortalServer server;
+    SystemClock clock;
+    auto pasteboard = std::make_unique<XcbPasteboard>(clock);
+    const auto isOwner = [&pasteboard] {
+        pasteboard->write({{u"text/plain"_s, "lost"}});
+        return waitFor([&pasteboard] { return pasteboard->changeCount() > 0; }, 1000);
+    };
+    ASSERT_TRUE(waitFor(isOwner, 30'000));
+    server.hang();
+    QElapsedTimer passed;
+    passed.start();
+    pasteboard.reset();
+    EXPECT_LT(passed.elapsed(), 5000);
 }
 
 TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)
@@ -287,6 +316,24 @@ TEST_F(PasteboardTest, GivesOtherProgramsWhatWasWritten)
     pasteboard.write({});
     ASSERT_TRUE(changes(before + 2));
     EXPECT_EQ(types().error().kind, PasteboardError::Kind::Refused) << "and empty is empty";
+}
+
+// The toolkit waits for the owner's answer on the main thread, also where the
+// owner is this program.
+TEST_F(PasteboardTest, AnswersWhileTheMainThreadWaits)
+{
+    const QByteArray picture = manyBytes(5 * megabyte + 3);
+    const qint64 before = pasteboard.changeCount();
+    pasteboard.write({{u"image/png"_s, picture}, {u"text/plain"_s, "h\xc3\xa9"}});
+    ASSERT_TRUE(changes(before));
+    const std::pair<QString, QByteArray> cases[] = {{u"UTF8_STRING"_s, "h\xc3\xa9"}, {u"image/png"_s, picture}};
+    for (const auto &[type, content] : cases) {
+        QProcess other;
+        other.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type});
+        ASSERT_TRUE(other.waitForFinished(10'000)) << qPrintable(type);
+        EXPECT_TRUE(other.readAllStandardOutput() == content) << qPrintable(type);
+    }
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"h\u00e9"_s);
 }
 
 /// Asks for several forms in one request (ICCCM 2.6.2).

@@ -7,7 +7,6 @@
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 
-#include <poll.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
@@ -22,7 +21,6 @@ namespace {
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
 constexpr auto longestTurn = std::chrono::milliseconds(8);
-constexpr auto longestHandOver = std::chrono::seconds(1);
 /// Before another look for a server that has gone; each is twice the one before.
 constexpr std::chrono::seconds firstPause{1};
 constexpr std::chrono::seconds longestPause{300};
@@ -37,8 +35,7 @@ XcbPasteboard::XcbPasteboard(Clock &clock, QObject *parent) : Pasteboard(parent)
 
 XcbPasteboard::~XcbPasteboard()
 {
-    if (m_x && !m_x->isBroken())
-        handOver();
+    m_owner.reset();
     dropConnection();
 }
 
@@ -48,9 +45,7 @@ bool XcbPasteboard::connected()
         serverGone();
     if (m_x)
         return true;
-    m_x = XcbConnection::open({"CLIPBOARD", "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "INCR", "NULL",
-                               "ATOM_PAIR", "CLIPBOARD_MANAGER", "UTF8_STRING", "STRING", "TEXT", "text/plain",
-                               "text/plain;charset=utf-8", "ORVELLE_TIME", "ORVELLE_HAND_OVER"});
+    m_x = XcbConnection::open({"CLIPBOARD", "TARGETS", "INCR", "UTF8_STRING", "STRING", "text/plain"});
     if (!m_x)
         return false;
     m_window = xcb_generate_id(m_x->raw());
@@ -62,7 +57,6 @@ bool XcbPasteboard::connected()
         return false;
     }
     m_reader = std::make_unique<XcbSelectionReader>(*m_x, m_clock, m_window, m_x->atom("CLIPBOARD"));
-    m_server = std::make_unique<XcbSelectionServer>(*m_x, m_clock, m_window, m_x->atom("CLIPBOARD"));
     m_readable = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_x->raw()), QSocketNotifier::Read);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &XcbPasteboard::readEvents);
     // What is sent or asked may take events off the socket, which then stays quiet.
@@ -93,8 +87,6 @@ void XcbPasteboard::dropConnection()
 {
     m_readable.reset(); // before the connection whose socket it watches
     m_reader.reset();
-    m_server.reset();
-    m_toWrite.reset();
     m_names.clear();
     m_x.reset();
 }
@@ -158,12 +150,6 @@ void XcbPasteboard::handle(const xcb_generic_event_t &event)
         m_reader->selectionNotify(reinterpret_cast<const xcb_selection_notify_event_t &>(event));
     else if (type == XCB_PROPERTY_NOTIFY)
         propertyChanged(reinterpret_cast<const xcb_property_notify_event_t &>(event));
-    else if (type == XCB_SELECTION_REQUEST)
-        m_server->selectionRequest(reinterpret_cast<const xcb_selection_request_event_t &>(event));
-    else if (type == XCB_SELECTION_CLEAR)
-        m_server->lost();
-    else if (type == XCB_DESTROY_NOTIFY)
-        m_server->windowGone(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
 }
 
 void XcbPasteboard::ownerChanged(const xcb_generic_event_t &event)
@@ -183,16 +169,8 @@ void XcbPasteboard::ownerChanged(const xcb_generic_event_t &event)
 
 void XcbPasteboard::propertyChanged(const xcb_property_notify_event_t &event)
 {
-    const bool arrived = event.state == XCB_PROPERTY_NEW_VALUE;
-    if (event.window == m_window && event.atom == m_x->atom("ORVELLE_TIME") && arrived) {
-        if (m_toWrite)
-            m_server->own(*std::exchange(m_toWrite, std::nullopt), event.time);
-        return;
-    }
-    if (event.window == m_window && arrived)
+    if (event.window == m_window && event.state == XCB_PROPERTY_NEW_VALUE)
         m_reader->propertyArrived(event.atom);
-    else if (!arrived)
-        m_server->propertyDeleted(event.window, event.atom);
 }
 
 void XcbPasteboard::convert(xcb_atom_t target, qint64 maxBytes, QObject *context, DataHandler handler)
@@ -275,35 +253,9 @@ void XcbPasteboard::write(const QList<PasteboardItem> &forms)
 {
     if (!connected())
         return;
-    m_toWrite = forms;
-    // The convention wants a time of the server; it comes with the notice of
-    // this change.
-    xcb_change_property(m_x->raw(), XCB_PROP_MODE_APPEND, m_window, m_x->atom("ORVELLE_TIME"), XCB_ATOM_INTEGER, 32, 0,
-                        nullptr);
-    xcb_flush(m_x->raw());
-}
-
-void XcbPasteboard::handOver()
-{
-    if (!m_server->owns() || m_x->selectionOwner(m_x->atom("CLIPBOARD_MANAGER")) == XCB_WINDOW_NONE)
-        return;
-    xcb_convert_selection(m_x->raw(), m_window, m_x->atom("CLIPBOARD_MANAGER"), m_x->atom("SAVE_TARGETS"),
-                          m_x->atom("ORVELLE_HAND_OVER"), m_server->ownedSince());
-    xcb_flush(m_x->raw());
-    const auto end = std::chrono::steady_clock::now() + longestHandOver;
-    for (bool saved = false; !saved && !m_x->isBroken();) {
-        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_x->raw())}) {
-            const auto &notice = reinterpret_cast<const xcb_selection_notify_event_t &>(*event);
-            saved = saved || ((event->response_type & 0x7f) == XCB_SELECTION_NOTIFY &&
-                              notice.selection == m_x->atom("CLIPBOARD_MANAGER"));
-            handle(*event);
-        }
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-        if (saved || left.count() <= 0)
-            break;
-        pollfd readable{xcb_get_file_descriptor(m_x->raw()), POLLIN, 0};
-        poll(&readable, 1, int(left.count()));
-    }
+    if (!m_owner)
+        m_owner = std::make_unique<XcbClipboardOwner>();
+    m_owner->write(forms);
 }
 
 } // namespace orvelle

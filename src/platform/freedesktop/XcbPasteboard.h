@@ -1,12 +1,10 @@
 #pragma once
 
 #include "platform/Pasteboard.h"
+#include "platform/freedesktop/XcbClipboardOwner.h"
 #include "platform/freedesktop/XcbSelectionReader.h"
-#include "platform/freedesktop/XcbSelectionServer.h"
 
 #include <QSocketNotifier>
-
-#include <optional>
 
 namespace orvelle {
 
@@ -25,7 +23,7 @@ class XcbPasteboard : public Pasteboard
 
 public:
     explicit XcbPasteboard(Clock &clock, QObject *parent = nullptr);
-    /// Hands what is written here over to the desktop's clipboard manager, if
+    /// Hands what was written here over to the desktop's clipboard manager, if
     /// there is one; waits for it a second at most.
     ~XcbPasteboard() override;
 
@@ -49,21 +47,19 @@ private:
     void convert(xcb_atom_t target, qint64 maxBytes, QObject *context, DataHandler handler);
     QStringList typeNames(const QByteArray &atoms);
     xcb_atom_t targetFor(const QString &type);
-    void handOver();
 
     Clock &m_clock;
     std::unique_ptr<XcbConnection> m_x;
     std::unique_ptr<QSocketNotifier> m_readable;
     std::unique_ptr<XcbSelectionReader> m_reader;
-    std::unique_ptr<XcbSelectionServer> m_server;
+    std::unique_ptr<XcbClipboardOwner> m_owner; ///< from the first write on
     xcb_window_t m_window = XCB_WINDOW_NONE;
     quint8 m_firstFixesEvent = 0;
     qint64 m_changeCount = 0;
     std::pair<xcb_window_t, xcb_timestamp_t> m_lastOwner;
     QHash<xcb_atom_t, QString> m_names;
-    QStringList m_offered;                          ///< the targets of the last types()
-    std::optional<QList<PasteboardItem>> m_toWrite; ///< waits for the server's time
-    std::unique_ptr<Timer> m_joining;               ///< after the server went
+    QStringList m_offered;            ///< the targets of the last types()
+    std::unique_ptr<Timer> m_joining; ///< after the server went
 };
 
 } // namespace orvelle

@@ -128,7 +128,7 @@ bool XcbSelectionServer::answerContent(xcb_window_t requestor, xcb_atom_t target
 
 void XcbSelectionServer::sendPieces(Transfer transfer)
 {
-    // Our own window, in tests, has its mask and keeps it.
+    // Whoever asks may name our own window, which keeps its mask.
     if (transfer.requestor != m_window) {
         const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         xcb_change_window_attributes(m_x.raw(), transfer.requestor, XCB_CW_EVENT_MASK, &mask);

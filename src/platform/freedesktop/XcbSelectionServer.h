@@ -12,7 +12,8 @@ class Timer;
 
 /// Answers other programs that paste what this one owns: TARGETS, MULTIPLE,
 /// TIMESTAMP, SAVE_TARGETS, text in its older forms, and large contents in
-/// pieces (ICCCM 2.2, 2.6 and 2.7.2). Main thread.
+/// pieces (ICCCM 2.2, 2.6 and 2.7.2). In the thread that made it, whose event
+/// loop the clock's timers need.
 class XcbSelectionServer
 {
 public:
