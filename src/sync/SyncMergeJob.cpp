@@ -81,8 +81,8 @@ QSet<QString> removable(const SyncMergeInput &input)
 
 /// A note whose text was never edited has no date of that, and would count as
 /// edited when it was last renamed: a rename would win over an edit made
-/// elsewhere. Among machines that do date such edits, its text is as old as
-/// the note.
+/// elsewhere. Among machines that do date such edits, its text is a bit older
+/// than the note: edits in the second in which it was made come after it.
 class UneditedTexts
 {
 public:
@@ -92,7 +92,7 @@ public:
             if (item.type != LinkType::Note || item.contentModifiedAt)
                 return std::nullopt;
             LinkItem note = item;
-            note.contentModifiedAt = creationDate(item);
+            note.contentModifiedAt = wholeSeconds(creationDate(item)) + -1;
             m_dates[item.stableId] += *note.contentModifiedAt;
             return note;
         });

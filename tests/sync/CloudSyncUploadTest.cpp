@@ -246,6 +246,29 @@ TEST_F(CloudSyncUploadTest, olderAndEquallyOldSettingsAreNotApplied)
     }
 }
 
+TEST_F(CloudSyncUploadTest, aTextWrittenInTheSecondInWhichTheNoteWasMadeArrives)
+{
+    clock.advance(700ms);
+    const auto a = machine(u"A"_s);
+    const auto b = machine(u"B"_s);
+    const Timestamp made = clock.now();
+    for (const char *before : {"", "first"}) {
+        LinkItem note = LinkItem::make(u"note"_s + QLatin1StringView(before), {}, LinkType::Note, made);
+        note.noteContent = QString::fromLatin1(before);
+        a->links().addLink(note);
+        settle();
+        LinkItem rewritten = b->links().links().last();
+        ASSERT_EQ(rewritten.name, note.name);
+        rewritten.noteContent = u"text"_s;
+        rewritten.contentModifiedAt = *rewritten.modifiedAt + 0.2; // by a clock that is behind
+        b->links().updateLink(rewritten);
+        settle();
+        settle();
+        for (SyncMachine *one : {a.get(), b.get()})
+            EXPECT_EQ(one->links().links().last().noteContent, u"text"_s);
+    }
+}
+
 TEST_F(CloudSyncUploadTest, theManualUploadTellsWhatItDid)
 {
     SyncMachine a(clock, place, u"A"_s, false);
