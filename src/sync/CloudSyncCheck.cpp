@@ -98,6 +98,8 @@ void CloudSync::Private::checkTaken(const Taken &taken)
         retryAt.reset();
         setProblem(std::nullopt);
     }
+    if (!taken.heldBack)
+        dropOvertaken();
     followUp(taken);
     if (taken.heldBack)
         checkEnded();

@@ -33,11 +33,12 @@ std::optional<HeldBackChange> CloudSync::heldBack() const
 
 /// Nothing is stored of it: while the file stays as it is, each start comes to
 /// the same decision.
-bool CloudSync::Private::holdsBack(const DocumentPtr &document, const Merged &merged)
+bool CloudSync::Private::holdsBack(const DocumentPtr &document, SyncSource source, const Merged &merged)
 {
     if (!merged.outcome.massRemoval || !guardEnabled() || accepted == document->versionId)
         return false;
     hold(document, *merged.outcome.massRemoval, *merged.analysis, false);
+    held->isCopy = source == SyncSource::ConflictCopy;
     return true;
 }
 
@@ -61,6 +62,16 @@ void CloudSync::Private::release()
     held.reset();
     accepted.clear();
     rejected.clear();
+}
+
+/// Nothing is left to decide about a version that is not in the file any more.
+void CloudSync::Private::dropOvertaken()
+{
+    if (!held || held->change.isLoad || held->isCopy)
+        return;
+    qCInfo(lcCloudSync) << "What was held back is not in the file any more";
+    held.reset();
+    announce();
 }
 
 void CloudSync::acceptHeldBack()

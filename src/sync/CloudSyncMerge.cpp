@@ -100,7 +100,7 @@ CloudSync::Private::Taken CloudSync::Private::commit(const DocumentPtr &document
     if (!merged.fits)
         return {.problem =
                     problemOf(SyncDocumentError{SyncDocumentError::Kind::TooLarge, u"the result is too large"_s})};
-    if (holdsBack(document, merged))
+    if (holdsBack(document, source, merged))
         return {.heldBack = true};
     if (merged.outcome.changesTree) {
         if (const auto refused = commitTree(document, input, merged))

@@ -79,6 +79,7 @@ struct CloudSync::Private {
     struct Held {
         HeldBackChange change;
         DocumentPtr document;
+        bool isCopy = false; ///< it lies beside the file
     };
 
     // CloudSync.cpp: what is stored, and what is told.
@@ -205,9 +206,10 @@ struct CloudSync::Private {
 
     // CloudSyncGuard.cpp
     bool guardEnabled() const;
-    bool holdsBack(const DocumentPtr &document, const Merged &merged);
+    bool holdsBack(const DocumentPtr &document, SyncSource source, const Merged &merged);
     void hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis, bool isLoad);
     void release();
+    void dropOvertaken();
 
     // CloudSyncLoad.cpp
     using Loaded = Result<SyncResult, CloudSyncError>;

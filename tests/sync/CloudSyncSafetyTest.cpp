@@ -191,6 +191,30 @@ TEST_F(CloudSyncSafetyTest, aRefusedRemovalIsUndoneElsewhere)
     EXPECT_EQ(countAll(a->links().links()), 31);
 }
 
+TEST_F(CloudSyncSafetyTest, whatIsNotThereAnyMoreIsNotHeldBackEither)
+{
+    const QStringList names = many(30);
+    pair(names);
+    a->links().removeLinks(idsOf(names.mid(10)));
+    settle();
+    ASSERT_TRUE(b->sync().heldBack());
+    const ExportData copy = documentOf(treeFrom(u"n0"_s));
+    clock.advance(1s);
+    add(*b, u"mine"_s);
+    ASSERT_TRUE(a->links().undo());
+    settle();
+    EXPECT_FALSE(b->sync().heldBack());
+    settle();
+    EXPECT_EQ(countAll(a->links().links()), 31) << "and what was changed meanwhile is written";
+
+    // A copy beside the file stays there, and is decided about once.
+    const LogCapture log;
+    b->container.hasConflictCopy(u"copy"_s, encodeExchange(copy));
+    clock.advance(600s);
+    EXPECT_TRUE(b->sync().heldBack());
+    EXPECT_EQ(log.lines().filter(u"Held back"_s).size(), 1);
+}
+
 TEST_F(CloudSyncSafetyTest, theGuardCanBeSwitchedOff)
 {
     const QStringList names = many(30);
