@@ -1,5 +1,8 @@
 """What is wrong with any window for somebody who does not see it."""
 import re
+import time
+
+from gi.repository import GLib
 
 from accessible import Atspi, Failed, Role, State, key
 
@@ -27,6 +30,19 @@ class Seen:
         yield self
         for child in self.children:
             yield from child.walk()
+
+
+def looked_at(window, symbols, attempts=20):
+    """The window as it was at one moment, and its faults. What goes while it is
+    looked at, such as a row that is made anew, has it looked at again."""
+    for left in reversed(range(attempts)):
+        try:
+            seen = Seen(window)
+            return seen, faults(seen, symbols)
+        except GLib.Error:
+            if left == 0:
+                raise
+            time.sleep(0.1)
 
 
 def faults(window, symbols):

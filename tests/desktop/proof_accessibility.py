@@ -20,7 +20,7 @@ try:
 except (ImportError, ValueError) as missing:
     print(f"skipped: {missing} (script/install-packages test)")
     sys.exit(77)
-from accessibility_audit import Seen, faults, unreached
+from accessibility_audit import looked_at, unreached
 
 root = Path(__file__).resolve().parents[2]
 program, language = os.path.abspath(sys.argv[1]), sys.argv[2]
@@ -127,9 +127,8 @@ class Proof:
 
     def audit(self, window, what, keys="Tab"):
         until(lambda: window.has(State.ACTIVE), f"{window} is not active")
-        seen = Seen(window)
+        seen, found = looked_at(window, symbols)
         self.said.update(said for each in seen.walk() for said in (each.name, each.description))
-        found = faults(seen, symbols)
         if language == "en":  # the way is the same in all
             found += unreached(seen, self.events, keys)
         self.faults += [f"{what}: {fault}" for fault in found]
@@ -186,9 +185,9 @@ class Proof:
         self.menu_is_closed()
 
     def audit_menu(self, menu):
-        seen = Seen(menu)
+        seen, found = looked_at(menu, symbols)
         self.said.update(said for each in seen.walk() for said in (each.name, each.description))
-        self.faults += [f"menu: {fault}" for fault in faults(seen, symbols)]
+        self.faults += [f"menu: {fault}" for fault in found]
 
     def chooses_by_action(self):
         step("a group opens and a link in it is chosen by their actions")

@@ -59,7 +59,7 @@ protected:
     static QString focused()
     {
         const QWidget *widget = QApplication::focusWidget();
-        return widget ? widget->accessibleName() : QString();
+        return widget && !widget->isWindow() ? widget->accessibleName() : QString();
     }
 
     UiWorld world;

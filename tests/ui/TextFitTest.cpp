@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QTabWidget>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,13 @@ bool fits(const QLabel *label)
     return label->height() >= label->heightForWidth(label->width()) && label->height() >= metrics.height();
 }
 
+bool showsText(const QAbstractButton *button)
+{
+    const auto *tool = qobject_cast<const QToolButton *>(button);
+    const bool isSymbol = tool && tool->toolButtonStyle() == Qt::ToolButtonIconOnly && !tool->icon().isNull();
+    return button->isVisible() && !button->text().isEmpty() && !isSymbol;
+}
+
 /// Every visible text of `window` that has less room than it needs.
 QStringList cutTexts(QWidget &window)
 {
@@ -46,7 +54,7 @@ QStringList cutTexts(QWidget &window)
             cut += describe(label, label->text());
     }
     for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
-        if (button->isVisible() && !button->text().isEmpty() && button->width() < button->sizeHint().width())
+        if (showsText(button) && button->width() < button->sizeHint().width())
             cut += describe(button, button->text());
     }
     return cut;

@@ -84,7 +84,7 @@ protected:
     QString focused() const
     {
         const QWidget *widget = QApplication::focusWidget();
-        return widget ? widget->accessibleName() : QString();
+        return widget && !widget->isWindow() ? widget->accessibleName() : QString();
     }
 
     WidgetsWorld world;

@@ -8,6 +8,13 @@
 
 namespace orvelle {
 
+// The sanitizer's own handlers tell more, and leave no core file either.
+#if defined(__SANITIZE_ADDRESS__)
+
+void leaveNoCoreFile() {}
+
+#else
+
 namespace {
 
 /// Those whose default is a core file (signal(7)).
@@ -41,7 +48,6 @@ void giveSecondStack()
 
 void leaveNoCoreFile()
 {
-#if !defined(__SANITIZE_ADDRESS__) // whose own handlers tell more, and leave none either
     giveSecondStack();
     struct sigaction action = {};
     action.sa_sigaction = &forbidCore;
@@ -49,7 +55,8 @@ void leaveNoCoreFile()
     ::sigemptyset(&action.sa_mask);
     for (const int signal : coreSignals)
         ::sigaction(signal, &action, nullptr);
-#endif
 }
+
+#endif
 
 } // namespace orvelle
