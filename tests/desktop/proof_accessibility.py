@@ -246,6 +246,7 @@ class Proof:
         until(lambda: page.parent.name == page.name, f"{page} does not show")
 
     def close(self, window, keys="Escape"):
+        until(lambda: window.has(State.ACTIVE), f"{window} is not active")
         key(keys)
         until(lambda: window not in self.app.windows(), f"{window} stays open")
 

@@ -20,12 +20,15 @@ def growth(values):
 
 
 class RepeatedLines:
-    """Finds lines that are repeated more than once within a minute."""
+    """Finds lines that are repeated more than once within a minute by one run of
+    the program, which starts itself again when the session's bus does."""
 
     def __init__(self):
         self.said, self.repeated = {}, {}
 
     def add(self, line, moment):
+        if " top-level items" in line:  # the line of a start
+            self.said = {}
         times = self.said.setdefault(line, [])
         if len(times) == 2 and moment - times[0] < LOG_SPAN:
             self.repeated[line] = self.repeated.get(line, 0) + 1
