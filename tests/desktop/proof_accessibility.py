@@ -390,6 +390,8 @@ class Proof:
         until(lambda: files.has(State.ACTIVE), "the file dialog is not active")
         files.find(Role.TEXT).write(str(document))
         key("Return")
+        # Both may be called the same.
+        until(lambda: files not in self.app.windows(), "the file dialog stays open")
         dialog = self.named(text("import.title"))
         self.audit(dialog, "import")
         dialog.find(Role.RADIO_BUTTON, text("import.replaceAll")).do("Toggle")
