@@ -23,7 +23,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcMenuBar, "MenuBarManager", QtInfoMsg)
 
-constexpr int lastLooksMs = 500;
+constexpr std::chrono::milliseconds lastLooks{500};
 
 QString reasonOf(const LocalProgram &program)
 {
@@ -61,15 +61,7 @@ LinkOpener::LinkOpener(LinkStore &links, Workspace &workspace, Clock &clock, con
     if (!caution)
         return;
     m_caution.emplace(*caution);
-    m_looking = std::make_unique<QThreadPool>();
-    m_looking->setMaxThreadCount(2); // one dead network disk must not stop the others
-}
-
-LinkOpener::~LinkOpener()
-{
-    // The pool would wait without end for a disk that is gone.
-    if (m_looking && !m_looking->waitForDone(lastLooksMs))
-        static_cast<void>(m_looking.release());
+    m_looking.emplace(2, lastLooks); // one dead network disk must not stop the others
 }
 
 QString LinkOpener::targetOf(const LinkItem &item) const
@@ -163,7 +155,7 @@ void LinkOpener::openWithCaution(LinkType type, const QString &name, const QStri
     });
     promise->start();
     watcher->setFuture(promise->future());
-    m_looking->start([promise, type, target] {
+    m_looking->run([promise, type, target] {
         promise->addResult(programBehind(type, target));
         promise->finish();
     });

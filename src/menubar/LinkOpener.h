@@ -1,14 +1,13 @@
 #pragma once
 
+#include "base/PatientThreads.h"
 #include "links/LinkItem.h"
 #include "links/LocalPrograms.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace orvelle {
@@ -38,7 +37,6 @@ public:
     /// program.
     LinkOpener(LinkStore &links, Workspace &workspace, Clock &clock, const std::optional<Caution> &caution = {},
                QObject *parent = nullptr);
-    ~LinkOpener() override;
 
     /// Hands a file to its application, a folder to the file manager, an
     /// address to the handler of its scheme. False when it leads nowhere, and
@@ -67,7 +65,7 @@ private:
     Workspace &m_workspace;
     Clock &m_clock;
     std::optional<Caution> m_caution;
-    std::unique_ptr<QThreadPool> m_looking;
+    std::optional<PatientThreads> m_looking;
 };
 
 /// Why a command that cannot ask does not open what is behind the link.

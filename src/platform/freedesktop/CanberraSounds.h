@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/PatientThreads.h"
 #include "platform/Sounds.h"
-#include "platform/freedesktop/PatientThreads.h"
 
 namespace orvelle {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/PatientThreads.h"
 #include "platform/Applications.h"
-#include "platform/freedesktop/PatientThreads.h"
 
 namespace orvelle {
 

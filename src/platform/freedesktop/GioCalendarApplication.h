@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/PatientThreads.h"
+#include "base/PatientThreads.h"
 
 namespace orvelle {
 

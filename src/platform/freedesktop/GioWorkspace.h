@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/PatientThreads.h"
 #include "platform/Workspace.h"
-#include "platform/freedesktop/PatientThreads.h"
 
 #include <QDBusConnection>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/PatientThreads.h"
+#include "base/PatientThreads.h"
 
 namespace orvelle {
 
