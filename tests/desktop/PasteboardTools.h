@@ -48,11 +48,11 @@ private:
 };
 
 /// What a program prints that pastes.
-inline QByteArray printed(const QString &program, const QStringList &arguments)
+inline QByteArray printed(const QString &program, const QStringList &arguments, int milliseconds = 30'000)
 {
     QProcess process;
     process.start(program, arguments);
-    EXPECT_TRUE(waitFor([&process] { return process.state() == QProcess::NotRunning; }, 30'000));
+    EXPECT_TRUE(waitFor([&process] { return process.state() == QProcess::NotRunning; }, milliseconds));
     return process.readAllStandardOutput();
 }
 

@@ -67,15 +67,7 @@ private:
             putTargets(asked);
         else
             done = putContent(asked);
-        xcb_selection_notify_event_t notice{};
-        notice.response_type = XCB_SELECTION_NOTIFY;
-        notice.time = asked.time;
-        notice.requestor = asked.requestor;
-        notice.selection = asked.selection;
-        notice.target = asked.target;
-        notice.property = done ? asked.property : xcb_atom_t(XCB_ATOM_NONE);
-        xcb_send_event(m_x.raw(), 0, asked.requestor, 0, reinterpret_cast<const char *>(&notice));
-        xcb_flush(m_x.raw());
+        m_x.answerSelection(asked, done ? asked.property : xcb_atom_t(XCB_ATOM_NONE));
         std::fflush(stdout);
     }
 

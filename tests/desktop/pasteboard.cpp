@@ -1,4 +1,4 @@
-#include "desktop/tray_tools.h"
+#include "desktop/PasteboardTools.h"
 #include "platform/freedesktop/SystemClock.h"
 #include "platform/freedesktop/XcbPasteboard.h"
 
@@ -17,27 +17,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 megabyte = 1024 * 1024;
-
 /// Another program that copies, and answers until it is ended.
-class OtherProgram
-{
-public:
+struct OtherProgram : CopyingProgram {
     OtherProgram(const QByteArray &content, const QString &type)
+        : CopyingProgram(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type}, content)
     {
-        m_process.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type});
-        m_process.waitForStarted();
-        m_process.write(content);
-        m_process.closeWriteChannel();
     }
-    ~OtherProgram()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-
-private:
-    QProcess m_process;
 };
 
 /// A program that has copied something and never answers.
@@ -55,18 +40,7 @@ std::unique_ptr<XcbConnection> silentOwner()
 /// What another program gets when it pastes.
 QByteArray pasted(const QString &type)
 {
-    QProcess process;
-    process.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type});
-    EXPECT_TRUE(waitFor([&process] { return process.state() == QProcess::NotRunning; }));
-    return process.readAllStandardOutput();
-}
-
-QByteArray manyBytes(qint64 count)
-{
-    QByteArray bytes(count, Qt::Uninitialized);
-    for (qint64 i = 0; i < count; ++i)
-        bytes[i] = char(i * 7 + i / 251);
-    return bytes;
+    return printed(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type}, 10'000);
 }
 
 /// The longest times from one turn of the event loop to the next, in
@@ -106,28 +80,16 @@ private:
 class PasteboardTest : public testing::Test
 {
 protected:
-    bool changes(qint64 before) const
-    {
-        return waitFor([this, before] { return pasteboard.changeCount() > before; });
-    }
-    Result<QStringList, PasteboardError> types()
-    {
-        std::optional<Result<QStringList, PasteboardError>> answer;
-        pasteboard.types(&context, [&answer](const auto &given) { answer = given; });
-        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }));
-        return answer.value_or(PasteboardError{});
-    }
+    bool changes(qint64 before) const { return reader.changes(before); }
+    Result<QStringList, PasteboardError> types() { return reader.types(); }
     Result<QByteArray, PasteboardError> data(const QString &type, qint64 most = 50 * megabyte)
     {
-        std::optional<Result<QByteArray, PasteboardError>> answer;
-        pasteboard.data(type, most, &context, [&answer](const auto &given) { answer = given; });
-        EXPECT_TRUE(waitFor([&answer] { return answer.has_value(); }, 40'000));
-        return answer.value_or(PasteboardError{});
+        return reader.data(type, most);
     }
 
     SystemClock clock;
-    QObject context;
     XcbPasteboard pasteboard{clock};
+    PasteboardReader reader{pasteboard};
 };
 
 /// An X server that ends before the test does.

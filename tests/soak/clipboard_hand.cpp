@@ -35,22 +35,15 @@ public:
 private:
     void answer(const xcb_selection_request_event_t &asked) const
     {
-        xcb_selection_notify_event_t notice{};
-        notice.response_type = XCB_SELECTION_NOTIFY;
-        notice.time = asked.time;
-        notice.requestor = asked.requestor;
-        notice.selection = asked.selection;
-        notice.target = asked.target;
-        notice.property = asked.property;
+        bool done = true;
         const xcb_atom_t text = m_x.atom("UTF8_STRING");
         if (asked.target == m_x.atom("TARGETS"))
             putTargets(asked, {m_x.atom("TARGETS"), text});
         else if (asked.target == text)
             m_x.setText(asked.requestor, asked.property, text, m_text);
         else
-            notice.property = XCB_ATOM_NONE;
-        xcb_send_event(m_x.raw(), 0, asked.requestor, 0, reinterpret_cast<const char *>(&notice));
-        xcb_flush(m_x.raw());
+            done = false;
+        m_x.answerSelection(asked, done ? asked.property : xcb_atom_t(XCB_ATOM_NONE));
     }
 
     void putTargets(const xcb_selection_request_event_t &asked, std::initializer_list<quint32> targets) const

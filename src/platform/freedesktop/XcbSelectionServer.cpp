@@ -53,21 +53,13 @@ std::vector<quint32> XcbSelectionServer::targets() const
 
 void XcbSelectionServer::selectionRequest(const xcb_selection_request_event_t &event)
 {
-    xcb_selection_notify_event_t notice{};
-    notice.response_type = XCB_SELECTION_NOTIFY;
-    notice.time = event.time;
-    notice.requestor = event.requestor;
-    notice.selection = event.selection;
-    notice.target = event.target;
     // Programs older than the convention name no property and mean the target.
     const xcb_atom_t property = event.property == XCB_ATOM_NONE ? event.target : event.property;
     const bool isOurs = event.selection == m_selection && owns();
     const bool done = isOurs && (event.target == m_x.atom("MULTIPLE")
                                      ? event.property != XCB_ATOM_NONE && answerMultiple(event.requestor, property)
                                      : answer(event.requestor, event.target, property));
-    notice.property = done ? property : xcb_atom_t(XCB_ATOM_NONE);
-    xcb_send_event(m_x.raw(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&notice));
-    xcb_flush(m_x.raw());
+    m_x.answerSelection(event, done ? property : xcb_atom_t(XCB_ATOM_NONE));
 }
 
 bool XcbSelectionServer::answer(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)

@@ -85,6 +85,19 @@ void XcbConnection::sendMessage(xcb_window_t to, xcb_window_t about, xcb_atom_t 
     xcb_send_event(raw(), 0, to, eventMask, reinterpret_cast<const char *>(&message));
 }
 
+void XcbConnection::answerSelection(const xcb_selection_request_event_t &asked, xcb_atom_t property) const
+{
+    xcb_selection_notify_event_t notice{};
+    notice.response_type = XCB_SELECTION_NOTIFY;
+    notice.time = asked.time;
+    notice.requestor = asked.requestor;
+    notice.selection = asked.selection;
+    notice.target = asked.target;
+    notice.property = property;
+    xcb_send_event(raw(), 0, asked.requestor, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&notice));
+    xcb_flush(raw());
+}
+
 quint8 XcbConnection::depthOf(xcb_visualid_t visual) const
 {
     for (auto depth = xcb_screen_allowed_depths_iterator(m_screen); depth.rem > 0; xcb_depth_next(&depth)) {

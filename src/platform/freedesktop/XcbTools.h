@@ -46,6 +46,10 @@ public:
     void sendMessage(xcb_window_t to, xcb_window_t about, xcb_atom_t type, quint32 eventMask,
                      std::initializer_list<quint32> numbers) const;
 
+    /// Tells who asked for a selection that its content is in `property` of the
+    /// asking window, or with none that it is refused.
+    void answerSelection(const xcb_selection_request_event_t &asked, xcb_atom_t property) const;
+
     /// How many bits a pixel of that visual has; 0 for an unknown visual.
     quint8 depthOf(xcb_visualid_t visual) const;
 
