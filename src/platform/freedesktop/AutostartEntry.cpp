@@ -1,5 +1,7 @@
 #include "platform/freedesktop/AutostartEntry.h"
 
+#include "platform/freedesktop/GLibPointers.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -27,17 +29,8 @@ constexpr const char16_t loginOption[] = u" --login";
 /// By which desktops turn an entry off without hiding it.
 constexpr const char *switchKeys[] = {"X-GNOME-Autostart-enabled", "X-MATE-Autostart-enabled"};
 
-struct FreeString {
-    void operator()(char *text) const { g_free(text); }
-};
-struct FreeError {
-    void operator()(GError *error) const { g_error_free(error); }
-};
 struct FreeList {
     void operator()(char **list) const { g_strfreev(list); }
-};
-struct Unref {
-    void operator()(void *object) const { g_object_unref(object); }
 };
 
 /// One argument of a command as desktop entries quote them.
@@ -64,7 +57,7 @@ QString quotedProgram(const QString &path)
 /// Where a desktop finds the program; empty when it finds none.
 QString found(const QString &program)
 {
-    const std::unique_ptr<char, FreeString> path(g_find_program_in_path(QFile::encodeName(program).constData()));
+    const GText path(g_find_program_in_path(QFile::encodeName(program).constData()));
     return path ? QFile::decodeName(path.get()) : QString();
 }
 
@@ -91,7 +84,7 @@ Result<AutostartEntry, QString> AutostartEntry::read(const QString &path)
     GError *error = nullptr;
     const auto flags = static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
     if (!g_key_file_load_from_file(file.get(), QFile::encodeName(path).constData(), flags, &error)) {
-        const std::unique_ptr<GError, FreeError> owned(error);
+        const GErrorPtr owned(error);
         return QString::fromUtf8(owned->message);
     }
     if (!g_key_file_has_group(file.get(), group))
@@ -120,7 +113,7 @@ AutostartEntry AutostartEntry::fresh(const QString &program)
 
 QString AutostartEntry::text(const char *key) const
 {
-    const std::unique_ptr<char, FreeString> value(g_key_file_get_string(m_file.get(), group, key, nullptr));
+    const GText value(g_key_file_get_string(m_file.get(), group, key, nullptr));
     return QString::fromUtf8(value.get());
 }
 
@@ -128,7 +121,7 @@ bool AutostartEntry::flag(const char *key, bool fallback) const
 {
     GError *error = nullptr;
     const bool value = g_key_file_get_boolean(m_file.get(), group, key, &error);
-    const std::unique_ptr<GError, FreeError> owned(error);
+    const GErrorPtr owned(error);
     return error ? fallback : value;
 }
 
@@ -182,8 +175,7 @@ bool AutostartEntry::startsIn(const QStringList &currentDesktop) const
         }
     }
     // Reads Type, Exec and TryExec and looks for the programs.
-    const std::unique_ptr<GDesktopAppInfo, Unref> info(isShown ? g_desktop_app_info_new_from_keyfile(m_file.get())
-                                                               : nullptr);
+    const ObjectPtr<GDesktopAppInfo> info(isShown ? g_desktop_app_info_new_from_keyfile(m_file.get()) : nullptr);
     return info && !command().isEmpty();
 }
 
@@ -245,7 +237,7 @@ bool AutostartEntry::isUnedited() const
 QByteArray AutostartEntry::bytes() const
 {
     gsize size = 0;
-    const std::unique_ptr<char, FreeString> data(g_key_file_to_data(m_file.get(), &size, nullptr));
+    const GText data(g_key_file_to_data(m_file.get(), &size, nullptr));
     return QByteArray(data.get(), static_cast<qsizetype>(size));
 }
 
