@@ -136,9 +136,11 @@ void ImportMarks::allow(const LinkItem &item, const QString &target)
 
 void ImportMarks::dropGone()
 {
-    QSet<QString> present;
-    walk(m_links.links(), [&present](const LinkItem &item) { present.insert(idOf(item)); });
-    change(m_defaults, key(), [&present](Marks &marks) {
+    change(m_defaults, key(), [this](Marks &marks) {
+        if (marks.isEmpty()) // as with most, whose whole tree need not be gone through
+            return false;
+        QSet<QString> present;
+        walk(m_links.links(), [&present](const LinkItem &item) { present.insert(idOf(item)); });
         return marks.removeIf([&present](const Marks::iterator &each) { return !present.contains(each.key()); }) > 0;
     });
 }
