@@ -77,6 +77,16 @@ start_orvelle() { # [ARGUMENT...]: sets orvelle_pid
     orvelle_pid=$!
 }
 
+# Starts it on a desktop that shows nothing else; sets x and y, where its icon is
+# in the tray.
+start_in_tray() { # SECONDS
+    local before=$ORVELLE_DESKTOP/before.png
+    shot "$before"
+    start_orvelle
+    wait_until "$1" tray_icon "$before" || fail "no icon appeared in the tray"
+    read -r x y < <(tray_icon "$before")
+}
+
 is_running() { kill -0 "$orvelle_pid" 2> /dev/null; }
 has_ended() { ! is_running; }
 

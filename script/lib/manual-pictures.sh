@@ -44,10 +44,7 @@ seed_tree "$tree"
 for setting in 'TimerEnabled bool true' 'ClipboardEnabled bool true' 'SystemInfoDisplayMode string discreet'; do
     "$orvelle" defaults write $setting
 done
-shot "$ORVELLE_DESKTOP/before.png"
-start_orvelle
-wait_until 40 tray_icon "$ORVELLE_DESKTOP/before.png" || fail "no icon appeared in the tray"
-read -r x y < <(tray_icon "$ORVELLE_DESKTOP/before.png")
+start_in_tray 40
 
 click "$x" "$y"
 wait_until 20 menus_open 1 || fail "no menu opened"

@@ -12,10 +12,7 @@ fail() {
 
 xsetroot -solid '#3b5a72' 2> /dev/null || true
 seed_tree "$tree"
-shot "$ORVELLE_DESKTOP/before.png"
-start_orvelle
-wait_until 20 tray_icon "$ORVELLE_DESKTOP/before.png" || fail "no icon appeared in the tray"
-read -r x y < <(tray_icon "$ORVELLE_DESKTOP/before.png")
+start_in_tray 20
 
 click "$x" "$y"
 wait_until 10 menus_open 1 || fail "a click on the icon at $x,$y opened no menu"
