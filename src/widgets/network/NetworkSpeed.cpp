@@ -1,6 +1,7 @@
 #include "widgets/network/NetworkSpeed.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
