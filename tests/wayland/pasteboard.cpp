@@ -2,6 +2,11 @@
 #include "platform/freedesktop/SystemClock.h"
 #include "platform/freedesktop/wayland/WaylandPasteboard.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QRasterWindow>
+
 namespace orvelle::test {
 namespace {
 
@@ -104,6 +109,31 @@ TEST_F(WaylandPasteboardTest, WritesWhatOtherProgramsPaste)
     EXPECT_TRUE(waitFor([] { return pasted(u"text/plain"_s) == "second"; }));
     pasteboard->write({});
     EXPECT_TRUE(waitFor([this] { return !types(); }));
+}
+
+// The toolkit waits for the owner's answer on the main thread, also where the
+// owner is this program.
+TEST_F(WaylandPasteboardTest, AnswersWhileTheMainThreadWaits)
+{
+    const QByteArray picture = manyBytes(5 * megabyte + 3);
+    const qint64 before = pasteboard->changeCount();
+    pasteboard->write({{u"image/png"_s, picture}, {u"text/plain"_s, "h\xc3\xa9"}});
+    ASSERT_TRUE(changes(before));
+    const std::pair<QString, QByteArray> cases[] = {{u"UTF8_STRING"_s, "h\xc3\xa9"}, {u"image/png"_s, picture}};
+    for (const auto &[type, content] : cases) {
+        QProcess other;
+        other.start(u"wl-paste"_s, {u"--no-newline"_s, u"--type"_s, type});
+        ASSERT_TRUE(other.waitForFinished(10'000)) << qPrintable(type);
+        EXPECT_TRUE(other.readAllStandardOutput() == content) << qPrintable(type);
+    }
+
+    QRasterWindow window;
+    window.resize(200, 100);
+    window.show();
+    const QClipboard &toolkits = *QGuiApplication::clipboard();
+    ASSERT_TRUE(waitFor([&toolkits] { return toolkits.mimeData() && toolkits.mimeData()->hasText(); }))
+        << "the compositor tells the window with the focus";
+    EXPECT_EQ(toolkits.text(), u"h\u00e9"_s);
 }
 
 TEST_F(WaylandPasteboardTest, AReaderThatGoesAwayHarmsNobody)

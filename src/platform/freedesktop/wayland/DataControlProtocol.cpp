@@ -1,5 +1,7 @@
 #include "platform/freedesktop/wayland/DataControlProtocol.h"
 
+#include "platform/freedesktop/wayland/WaylandConnection.h"
+
 namespace orvelle {
 
 namespace {
@@ -78,6 +80,17 @@ const DataControlProtocol &wlrDataControl()
                                 "zwlr_data_control_device_v1", "zwlr_data_control_offer_v1"},
                                2, "2?o");
     return family.protocol();
+}
+
+const DataControlProtocol *offeredDataControl(const WaylandConnection &connection)
+{
+    if (!connection.has(wl_seat_interface))
+        return nullptr;
+    for (const DataControlProtocol *family : {&extDataControl(), &wlrDataControl()}) {
+        if (connection.has(*family->manager))
+            return family;
+    }
+    return nullptr;
 }
 
 } // namespace orvelle

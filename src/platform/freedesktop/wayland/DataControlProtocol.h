@@ -6,6 +6,8 @@
 
 namespace orvelle {
 
+class WaylandConnection;
+
 /// The interfaces by which a compositor lets a program without a window read
 /// and set the clipboard. There are two families of the same shape: the
 /// staging protocol ext_data_control_v1 (wayland-protocols 1.39) and the older
@@ -21,6 +23,10 @@ struct DataControlProtocol {
 
 const DataControlProtocol &extDataControl();
 const DataControlProtocol &wlrDataControl();
+
+/// The family to speak with this compositor; null where there is none, or no
+/// seat whose clipboard it would be.
+const DataControlProtocol *offeredDataControl(const WaylandConnection &connection);
 
 /// The numbers of the requests, by their order in the protocols.
 struct DataControlRequest {

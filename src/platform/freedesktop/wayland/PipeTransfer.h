@@ -14,7 +14,7 @@ namespace orvelle {
 
 /// Reads from a pipe what another program writes into it, to its end. The
 /// callback runs once from the event loop; it may destroy this object. A
-/// writer that is silent for two seconds has timed out. Main thread.
+/// writer that is silent for two seconds has timed out. One thread.
 class PipeReader
 {
 public:
@@ -42,7 +42,7 @@ private:
 
 /// Writes bytes into a pipe that another program reads. `done` runs once from
 /// the event loop when all is written, the reader has gone, or has taken
-/// nothing for two seconds; it may destroy this object. Main thread.
+/// nothing for two seconds; it may destroy this object. One thread.
 class PipeWriter
 {
 public:

@@ -14,7 +14,7 @@ namespace orvelle {
 
 /// A connection of our own to the compositor, served by the event loop. Apart
 /// from the toolkit's, so that it works before there is a window and without
-/// the toolkit's private interfaces. Main thread.
+/// the toolkit's private interfaces. One thread.
 class WaylandConnection : public QObject
 {
     Q_OBJECT

@@ -18,22 +18,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
-bool isText(QByteArrayView type)
-{
-    return std::ranges::any_of(textRequests, [type](const char *each) { return type == each; });
-}
-
-void listen(wl_proxy *proxy, void (*const functions[])(), void *self)
-{
-    wl_proxy_add_listener(proxy, const_cast<void (**)()>(functions), self);
-}
-
-template<typename Function>
-constexpr auto asListener(Function *function)
-{
-    return reinterpret_cast<void (*)()>(function);
-}
-
 template<typename Handler, typename Value>
 void answerLater(QObject *context, Handler handler, Value value)
 {
@@ -46,13 +30,10 @@ void answerLater(QObject *context, Handler handler, Value value)
 std::unique_ptr<WaylandPasteboard> WaylandPasteboard::open(Clock &clock)
 {
     auto connection = WaylandConnection::open();
-    if (!connection || !connection->has(wl_seat_interface))
+    const DataControlProtocol *protocol = connection ? offeredDataControl(*connection) : nullptr;
+    if (!protocol)
         return nullptr;
-    for (const DataControlProtocol *protocol : {&extDataControl(), &wlrDataControl()}) {
-        if (connection->has(*protocol->manager))
-            return std::unique_ptr<WaylandPasteboard>(new WaylandPasteboard(std::move(connection), *protocol, clock));
-    }
-    return nullptr;
+    return std::unique_ptr<WaylandPasteboard>(new WaylandPasteboard(std::move(connection), *protocol, clock));
 }
 
 WaylandPasteboard::WaylandPasteboard(std::unique_ptr<WaylandConnection> connection, const DataControlProtocol &protocol,
@@ -68,9 +49,6 @@ WaylandPasteboard::WaylandPasteboard(std::unique_ptr<WaylandConnection> connecti
 WaylandPasteboard::~WaylandPasteboard()
 {
     m_readers.clear();
-    m_writers.clear();
-    for (const Source &source : m_sources)
-        wl_proxy_destroy(source.proxy);
     for (const Offer &offer : m_offers)
         wl_proxy_destroy(offer.proxy);
     for (wl_proxy *proxy : {m_device, m_manager, m_seat}) {
@@ -202,62 +180,7 @@ void WaylandPasteboard::receive(const QString &type, qint64 maxBytes, QObject *c
 
 void WaylandPasteboard::write(const QList<PasteboardItem> &forms)
 {
-    if (!m_device)
-        return;
-    if (forms.isEmpty()) {
-        sendRequest(m_device, DataControlRequest::SetSelection, static_cast<wl_proxy *>(nullptr));
-        m_connection->flush();
-        return;
-    }
-    static void (*const functions[])() = {asListener(&sendAsked), asListener(&sourceCancelled)};
-    wl_proxy *proxy = wl_proxy_marshal_flags(m_manager, DataControlRequest::CreateSource, m_protocol.source,
-                                             wl_proxy_get_version(m_manager), 0, nullptr);
-    m_sources.push_back({this, proxy, forms});
-    listen(proxy, functions, &m_sources.back());
-    for (const PasteboardItem &form : forms) {
-        if (form.type != textType()) {
-            sendRequest(proxy, DataControlRequest::AddType, form.type.toUtf8().constData());
-            continue;
-        }
-        for (const char *type : textRequests)
-            sendRequest(proxy, DataControlRequest::AddType, type);
-    }
-    sendRequest(m_device, DataControlRequest::SetSelection, proxy);
-    m_connection->flush();
-}
-
-void WaylandPasteboard::sendAsked(void *source, wl_proxy *, const char *type, int fd)
-{
-    const auto &asked = *static_cast<Source *>(source);
-    asked.owner->serve(asked, type, fd);
-}
-
-void WaylandPasteboard::serve(const Source &source, const char *type, int fd)
-{
-    const QString wanted = isText(type) ? textType() : QString::fromUtf8(type);
-    const auto form = std::ranges::find(source.forms, wanted, &PasteboardItem::type);
-    if (form == source.forms.end()) {
-        close(fd);
-        return;
-    }
-    const QByteArray bytes = isText(type) ? textInForm(form->data, type) : form->data;
-    const auto place = m_writers.emplace(m_writers.end());
-    *place = std::make_unique<PipeWriter>(fd, bytes, m_clock, [this, place] {
-        const auto finished = std::move(*place);
-        m_writers.erase(place);
-    });
-}
-
-void WaylandPasteboard::sourceCancelled(void *source, wl_proxy *)
-{
-    auto *cancelled = static_cast<Source *>(source);
-    cancelled->owner->dropSource(cancelled);
-}
-
-void WaylandPasteboard::dropSource(const Source *source)
-{
-    sendDestroy(source->proxy, DataControlRequest::DestroySource);
-    m_sources.remove_if([source](const Source &each) { return &each == source; });
+    m_owner.write(forms);
 }
 
 } // namespace orvelle

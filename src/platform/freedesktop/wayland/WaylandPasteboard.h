@@ -3,6 +3,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/freedesktop/wayland/DataControlProtocol.h"
 #include "platform/freedesktop/wayland/PipeTransfer.h"
+#include "platform/freedesktop/wayland/WaylandClipboardOwner.h"
 #include "platform/freedesktop/wayland/WaylandConnection.h"
 
 #include <list>
@@ -35,21 +36,12 @@ private:
         wl_proxy *proxy = nullptr;
         QStringList types;
     };
-    /// What was written here and is still served. Outlives being replaced
-    /// until the compositor says so.
-    struct Source {
-        WaylandPasteboard *owner = nullptr;
-        wl_proxy *proxy = nullptr;
-        QList<PasteboardItem> forms;
-    };
 
     WaylandPasteboard(std::unique_ptr<WaylandConnection> connection, const DataControlProtocol &protocol, Clock &clock);
     void watch();
     void connectionLost();
     void setSelection(wl_proxy *offer);
     void dropOffer(wl_proxy *offer);
-    void serve(const Source &source, const char *type, int fd);
-    void dropSource(const Source *source);
     void receive(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler);
 
     // Called by the compositor.
@@ -58,8 +50,6 @@ private:
     static void primarySelected(void *self, wl_proxy *device, wl_proxy *offer);
     static void deviceFinished(void *self, wl_proxy *device);
     static void typeOffered(void *self, wl_proxy *offer, const char *type);
-    static void sendAsked(void *source, wl_proxy *proxy, const char *type, int fd);
-    static void sourceCancelled(void *source, wl_proxy *proxy);
 
     std::unique_ptr<WaylandConnection> m_connection;
     const DataControlProtocol &m_protocol;
@@ -70,9 +60,8 @@ private:
     std::list<Offer> m_offers; ///< announced; the selection is one of them
     wl_proxy *m_selection = nullptr;
     qint64 m_changeCount = 0;
-    std::list<Source> m_sources;
+    WaylandClipboardOwner m_owner;
     std::list<std::unique_ptr<PipeReader>> m_readers;
-    std::list<std::unique_ptr<PipeWriter>> m_writers;
 };
 
 } // namespace orvelle
