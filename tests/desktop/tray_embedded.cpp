@@ -202,5 +202,21 @@ TEST(EmbeddedWithoutDisplayTest, IsNoTrayAndNoError)
     EXPECT_EQ(hosts, QList{Host::None});
 }
 
+// The session's X server may only run once somebody wants it.
+TEST_F(EmbeddedTest, LeavesTheXServerOfAWaylandSessionAlone)
+{
+    qputenv("WAYLAND_DISPLAY", "wayland-of-a-test");
+    FakeTray tray(0x202020, {4, 4, 40, 40});
+    QList<Host> hosts;
+    QObject::connect(&item, &StatusItem::hostChanged, [&](Host host) { hosts += host; });
+    item.show();
+    settle();
+    qunsetenv("WAYLAND_DISPLAY");
+    EXPECT_FALSE(tray.hasIcon());
+    EXPECT_EQ(tray.requests, 0);
+    clock.advance(std::chrono::seconds(5));
+    EXPECT_EQ(hosts, QList{Host::None});
+}
+
 } // namespace
 } // namespace orvelle::test

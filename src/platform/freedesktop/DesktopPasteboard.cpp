@@ -35,16 +35,44 @@ private:
     }
 };
 
+/// The X server's beside a compositor, joined at the first use: it may run only
+/// as long as X programs do, and joining it would start it.
+class LateXcbPasteboard : public Pasteboard
+{
+public:
+    explicit LateXcbPasteboard(Clock &clock) : m_clock(clock) {}
+
+    qint64 changeCount() const override { return joined().changeCount(); }
+    void types(QObject *context, TypesHandler handler) override { joined().types(context, std::move(handler)); }
+    void data(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler) override
+    {
+        joined().data(type, maxBytes, context, std::move(handler));
+    }
+    void write(const QList<PasteboardItem> &forms) override { joined().write(forms); }
+
+private:
+    XcbPasteboard &joined() const
+    {
+        if (!m_x)
+            m_x = std::make_unique<XcbPasteboard>(m_clock);
+        return *m_x;
+    }
+
+    Clock &m_clock;
+    mutable std::unique_ptr<XcbPasteboard> m_x;
+};
+
 } // namespace
 
 std::unique_ptr<Pasteboard> desktopPasteboard(Clock &clock)
 {
     if (auto wayland = WaylandPasteboard::open(clock))
         return wayland;
-    const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !hasX)
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return std::make_unique<XcbPasteboard>(clock);
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
         return std::make_unique<ForbiddenPasteboard>();
-    return std::make_unique<XcbPasteboard>(clock);
+    return std::make_unique<LateXcbPasteboard>(clock);
 }
 
 } // namespace orvelle

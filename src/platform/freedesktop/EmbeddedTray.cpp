@@ -44,6 +44,10 @@ void EmbeddedTray::start()
 {
     if (m_x)
         return;
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        qCInfo(lcEmbeddedTray, "a Wayland session, so no embedded tray");
+        return;
+    }
     m_x = XcbConnection::open({"MANAGER", "_XEMBED_INFO", "_NET_WM_PID", "_NET_WM_NAME", "UTF8_STRING",
                                "_NET_SYSTEM_TRAY_OPCODE", "_NET_SYSTEM_TRAY_VISUAL", "_NET_SYSTEM_TRAY_COLORS"});
     if (!m_x) {

@@ -18,7 +18,9 @@ class XcbConnection;
 
 /// The icon in an X11 system tray (freedesktop.org System Tray Protocol 0.4,
 /// XEmbed 0.5), over a connection of its own; a tray may come and go. Where
-/// there is no X server it stays undocked. Main thread.
+/// there is no X server it stays undocked, and so it does on Wayland: panels
+/// there host no X windows, and connecting would start a server for nothing.
+/// Main thread.
 class EmbeddedTray : public QObject
 {
     Q_OBJECT
