@@ -1,6 +1,9 @@
 #include "desktop/PasteboardTools.h"
+#include "platform/freedesktop/DesktopPasteboard.h"
 #include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/XcbClipboardOwner.h"
 #include "platform/freedesktop/XcbPasteboard.h"
+#include "support/LogCapture.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -151,21 +154,26 @@ TEST(PasteboardServerTest, IsJoinedAgainAfterItWasKilled)
     EXPECT_TRUE(gives("after"));
 }
 
+// A hung server holds the owner up wherever that is.
 TEST(PasteboardServerTest, EndsSoonWhereItHangs)
 {
-    MortalServer server;
-    SystemClock clock;
-    auto pasteboard = std::make_unique<XcbPasteboard>(clock);
-    const auto isOwner = [&pasteboard] {
-        pasteboard->write({{u"text/plain"_s, "lost"}});
-        return waitFor([&pasteboard] { return pasteboard->changeCount() > 0; }, 1000);
-    };
-    ASSERT_TRUE(waitFor(isOwner, 30'000));
-    server.hang();
-    QElapsedTimer passed;
-    passed.start();
-    pasteboard.reset();
-    EXPECT_LT(passed.elapsed(), 5000);
+    for (const bool isConnected : {true, false}) {
+        MortalServer server;
+        SystemClock clock;
+        XcbPasteboard pasteboard(clock);
+        auto owner = std::make_unique<XcbClipboardOwner>();
+        const auto isOwner = [&] {
+            owner->write({{u"text/plain"_s, "lost"}});
+            return waitFor([&pasteboard] { return pasteboard.changeCount() > 0; }, 1000);
+        };
+        ASSERT_TRUE(!isConnected || waitFor(isOwner, 30'000));
+        server.hang();
+        owner->write({{u"text/plain"_s, "later"}});
+        QElapsedTimer passed;
+        passed.start();
+        owner.reset();
+        EXPECT_LT(passed.elapsed(), 5000) << isConnected;
+    }
 }
 
 TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)
@@ -444,6 +452,23 @@ TEST_F(PasteboardTest, EndsAtOnceWithoutAManagerAndSoonWithOneThatHangs)
         ending.reset();
         EXPECT_LT(passed.elapsed(), each.most) << each.hasManager;
     }
+}
+
+// The session's X server may only run once somebody wants it.
+TEST(PasteboardOnWaylandTest, JoinsTheXServerAtTheFirstUse)
+{
+    const QByteArray display = qgetenv("DISPLAY");
+    qputenv("WAYLAND_DISPLAY", "wayland-of-a-test");
+    qputenv("DISPLAY", ":4711");
+    SystemClock clock;
+    const LogCapture log;
+    const auto pasteboard = desktopPasteboard(clock);
+    const QString tried = u"Pasteboard: There is no X server; the clipboard cannot be read here"_s;
+    EXPECT_FALSE(log.contains(tried));
+    EXPECT_EQ(pasteboard->changeCount(), 0);
+    EXPECT_TRUE(log.contains(tried));
+    qunsetenv("WAYLAND_DISPLAY");
+    qputenv("DISPLAY", display);
 }
 
 } // namespace

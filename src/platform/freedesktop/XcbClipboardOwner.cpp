@@ -7,11 +7,9 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
-#include <QMutex>
 #include <QSocketNotifier>
 
 #include <poll.h>
-#include <sys/socket.h>
 
 #include <optional>
 
@@ -24,25 +22,22 @@ Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 using namespace std::chrono_literals;
 
 constexpr auto longestHandOver = 1s;
-/// For the thread's end after that, before its connection is cut.
+/// For the thread's end after that.
 constexpr auto longestEnd = 300ms;
 /// So that a program that asks without a pause does not keep a write waiting.
 constexpr auto longestTurn = 8ms;
 
 } // namespace
 
-/// The owner's thread. All but cut() is called there.
+/// The owner's thread. Everything is called there.
 class XcbClipboardOwner::Service : public QObject
 {
 public:
     void write(const QList<PasteboardItem> &forms);
     void end(const QDeadlineTimer &deadline);
-    /// Ends the connection under a thread that waits for a hung server. Any thread.
-    void cut();
 
 private:
     bool connected();
-    void setSocket(int socket);
     void drop();
     bool askForTime();
     void readEvents();
@@ -59,10 +54,6 @@ private:
     std::optional<QList<PasteboardItem>> m_toWrite; ///< waits for the server's time
     bool m_isReadQueued = false;
     bool m_isHandedOver = false;
-
-    QMutex m_lock; ///< of these two
-    int m_socket = -1;
-    bool m_isCut = false;
 };
 
 bool XcbClipboardOwner::Service::connected()
@@ -76,7 +67,6 @@ bool XcbClipboardOwner::Service::connected()
                                "text/plain;charset=utf-8", "ORVELLE_TIME", "ORVELLE_HAND_OVER"});
     if (!m_x)
         return false;
-    setSocket(xcb_get_file_descriptor(m_x->raw()));
     m_window = xcb_generate_id(m_x->raw());
     const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_x->raw(), XCB_COPY_FROM_PARENT, m_window, m_x->root(), -1, -1, 1, 1, 0,
@@ -87,25 +77,8 @@ bool XcbClipboardOwner::Service::connected()
     return true;
 }
 
-void XcbClipboardOwner::Service::setSocket(int socket)
-{
-    const QMutexLocker lock(&m_lock);
-    m_socket = socket;
-    if (m_isCut && socket >= 0)
-        ::shutdown(socket, SHUT_RDWR);
-}
-
-void XcbClipboardOwner::Service::cut()
-{
-    const QMutexLocker lock(&m_lock);
-    m_isCut = true;
-    if (m_socket >= 0)
-        ::shutdown(m_socket, SHUT_RDWR);
-}
-
 void XcbClipboardOwner::Service::drop()
 {
-    setSocket(-1);
     m_readable.reset(); // before the connection whose socket it watches
     m_server.reset();
     m_x.reset();
@@ -224,11 +197,11 @@ void XcbClipboardOwner::Service::readUntil(const QDeadlineTimer &deadline, Done 
     }
 }
 
-XcbClipboardOwner::XcbClipboardOwner() : m_service(std::make_unique<Service>())
+XcbClipboardOwner::XcbClipboardOwner() : m_thread(std::make_unique<QThread>()), m_service(std::make_unique<Service>())
 {
-    m_thread.setObjectName(QStringLiteral("clipboard"));
-    m_service->moveToThread(&m_thread);
-    m_thread.start();
+    m_thread->setObjectName(QStringLiteral("clipboard"));
+    m_service->moveToThread(m_thread.get());
+    m_thread->start();
 }
 
 XcbClipboardOwner::~XcbClipboardOwner()
@@ -236,11 +209,12 @@ XcbClipboardOwner::~XcbClipboardOwner()
     const QDeadlineTimer deadline(longestHandOver);
     QMetaObject::invokeMethod(
         m_service.get(), [service = m_service.get(), deadline] { service->end(deadline); }, Qt::QueuedConnection);
-    if (m_thread.wait(QDeadlineTimer(longestHandOver + longestEnd)))
+    if (m_thread->wait(QDeadlineTimer(longestHandOver + longestEnd)))
         return;
     qCWarning(lcPasteboard, "The X server does not answer; what was copied here ends with this program");
-    m_service->cut();
-    m_thread.wait();
+    // A thread that waits for a hung server, perhaps to be connected, cannot be called back.
+    static_cast<void>(m_service.release());
+    static_cast<void>(m_thread.release());
 }
 
 void XcbClipboardOwner::write(const QList<PasteboardItem> &forms)

@@ -19,7 +19,8 @@ public:
     /// Starts the thread, which connects at the first write.
     XcbClipboardOwner();
     /// Hands what is owned over to the desktop's clipboard manager, if there is
-    /// one; waits for it a second at most.
+    /// one; waits for it a second at most. A thread that a server holds up longer
+    /// is left to itself.
     ~XcbClipboardOwner();
 
     /// Takes the selection with these forms, or lets go of it with none, soon
@@ -30,7 +31,7 @@ public:
 private:
     class Service;
 
-    QThread m_thread;
+    std::unique_ptr<QThread> m_thread;
     std::unique_ptr<Service> m_service; ///< lives in the thread; touched directly only once that has ended
 };
 
