@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 WeatherServices::WeatherServices(const Surroundings &surroundings)
     : m_surroundings(surroundings),
-      m_location(QDBusConnection::systemBus(), surroundings.clock),
+      m_location(surroundings.clock),
       m_geocoder({surroundings.http, surroundings.clock,
                   [this] { return host(weatherkeys::geocoderHost, "geocoding-api.open-meteo.com"); },
                   [this] { return host(weatherkeys::reverseGeocoderHost, "nominatim.openstreetmap.org"); }}),

@@ -17,25 +17,22 @@ namespace orvelle::test {
 class PrivateBus
 {
 public:
-    PrivateBus()
-    {
-        m_daemon.setStandardErrorFile(QProcess::nullDevice());
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(10'000)) {
-        }
-        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    }
+    PrivateBus() { start({}); }
     ~PrivateBus()
     {
         for (const QString &name : m_names)
             QDBusConnection::disconnectFromBus(name);
-        m_daemon.kill();
-        m_daemon.waitForFinished();
+        end();
     }
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
     QString address() const { return m_address; }
+    /// Everybody's connection breaks, and another bus is at the address.
+    void restart()
+    {
+        end();
+        start({QStringLiteral("--address=") + m_address});
+    }
     /// Another program on the bus with each call.
     QDBusConnection connection()
     {
@@ -44,6 +41,23 @@ public:
     }
 
 private:
+    void start(const QStringList &options)
+    {
+        m_daemon.setStandardErrorFile(QProcess::nullDevice());
+        m_daemon.start(QStringLiteral("dbus-daemon"), options + QStringList{QStringLiteral("--session"),
+                                                                            QStringLiteral("--nofork"),
+                                                                            QStringLiteral("--print-address")});
+        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(10'000)) {
+        }
+        // Without the number that another bus does not have.
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed().section(u',', 0, 0);
+    }
+    void end()
+    {
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+    }
+
     QProcess m_daemon;
     QString m_address;
     QStringList m_names;

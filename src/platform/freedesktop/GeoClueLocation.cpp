@@ -37,14 +37,19 @@ bool isDenial(const QDBusMessage &reply)
 
 } // namespace
 
-GeoClueLocation::GeoClueLocation(const QDBusConnection &systemBus, Clock &clock, QObject *parent)
-    : LocationService(parent), m_bus(systemBus), m_clock(clock)
+GeoClueLocation::GeoClueLocation(Clock &clock, const QString &busAddress, QObject *parent)
+    : LocationService(parent),
+      m_clock(clock),
+      m_busAddress(busAddress),
+      m_connectionName(u"orvelle-location-%1"_s.arg(quintptr(this))),
+      m_bus(QString())
 {
 }
 
 GeoClueLocation::~GeoClueLocation()
 {
     end();
+    QDBusConnection::disconnectFromBus(m_connectionName);
 }
 
 LocationService::Authorization GeoClueLocation::authorization() const
@@ -79,8 +84,20 @@ void GeoClueLocation::requestAuthorization()
     });
 }
 
+/// Over a connection of its own: the shared one is never tried again after it
+/// failed or broke.
+void GeoClueLocation::joinBus()
+{
+    QDBusConnection::disconnectFromBus(m_connectionName);
+    m_bus = m_busAddress.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SystemBus, m_connectionName)
+                                   : QDBusConnection::connectToBus(m_busAddress, m_connectionName);
+    m_client.clear();
+}
+
 void GeoClueLocation::withClient(std::function<void()> next)
 {
+    if (!m_bus.isConnected())
+        joinBus();
     if (!m_client.isEmpty())
         return next();
     const QString manager = u"/org/freedesktop/GeoClue2/Manager"_s;

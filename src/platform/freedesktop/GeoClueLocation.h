@@ -22,13 +22,15 @@ class Timer;
 ///
 /// Whether the user allows it is only known once it was asked for a place. A
 /// refusal, and the absence of the service, are forgotten after a quarter of
-/// an hour, as nobody tells of a change of mind.
+/// an hour, as nobody tells of a change of mind. The bus is joined when it is
+/// first needed, and again after it was started anew.
 class GeoClueLocation : public LocationService
 {
     Q_OBJECT
 
 public:
-    GeoClueLocation(const QDBusConnection &systemBus, Clock &clock, QObject *parent = nullptr);
+    /// `clock` outlives this. An empty address is that of the system's bus.
+    explicit GeoClueLocation(Clock &clock, const QString &busAddress = {}, QObject *parent = nullptr);
     ~GeoClueLocation() override;
 
     Authorization authorization() const override;
@@ -43,6 +45,7 @@ private:
 
     void call(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments,
               Answered answered);
+    void joinBus();
     void withClient(std::function<void()> next);
     void setClientProperty(const QString &name, const QVariant &value, std::function<void()> next);
     void startClient();
@@ -51,8 +54,10 @@ private:
     void giveUp(const QString &reason);
     void decide(Authorization decision);
 
-    QDBusConnection m_bus;
     Clock &m_clock;
+    QString m_busAddress;
+    QString m_connectionName;
+    QDBusConnection m_bus;
     Authorization m_authorization = Authorization::NotDetermined;
     Timestamp m_decided;
     QString m_client; ///< object path; empty while none is held

@@ -95,7 +95,7 @@ protected:
     PrivateBus bus;
     FakeClock clock;
     GeoClue service{bus.connection()};
-    GeoClueLocation location{bus.connection(), clock};
+    GeoClueLocation location{clock, bus.address()};
     QList<Coordinates> found;
     QStringList failures;
     int decisions = 0;
@@ -188,12 +188,25 @@ TEST_F(GeoClueLocationTest, AnAnswerThatComesTooLateDoesNotDisturbTheNext)
 TEST_F(GeoClueLocationTest, GoingAwayStopsTheService)
 {
     service.objects.answers[u"Start"_s] = silence;
-    auto other = std::make_unique<GeoClueLocation>(bus.connection(), clock);
+    auto other = std::make_unique<GeoClueLocation>(clock, bus.address());
     other->requestLocation();
     ASSERT_TRUE(spinUntilCalled(u"Start"_s));
     other.reset();
     EXPECT_TRUE(spinUntilCalled(u"Stop"_s));
     EXPECT_EQ(clock.pending(), 0U);
+}
+
+TEST_F(GeoClueLocationTest, TheServiceOfABusThatWasStartedAgainIsFound)
+{
+    location.requestAuthorization();
+    ASSERT_TRUE(spinUntil([this] { return decisions > 0; }));
+    bus.restart();
+    GeoClue next(bus.connection());
+    location.requestLocation();
+    EXPECT_TRUE(spinUntil([this] { return !found.isEmpty() || !failures.isEmpty(); }));
+    EXPECT_EQ(failures, QStringList());
+    EXPECT_EQ(next.objects.calls.value(0), u"GetClient"_s) << "not the client of the former";
+    EXPECT_EQ(location.authorization(), Authorized);
 }
 
 TEST_F(GeoClueLocationTest, APlaceThatIsNoneIsRefused)
@@ -218,7 +231,7 @@ TEST(GeoClueAbsent, IsARestrictionAndNoWaiting)
 {
     PrivateBus bus;
     FakeClock clock;
-    GeoClueLocation location(bus.connection(), clock);
+    GeoClueLocation location(clock, bus.address());
     QStringList failures;
     QObject::connect(&location, &LocationService::failed, [&failures](const QString &reason) { failures += reason; });
     location.requestLocation();
