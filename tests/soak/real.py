@@ -65,7 +65,7 @@ class Program:
         """Memory in MiB, open files and threads."""
         folder = pathlib.Path(f"/proc/{self.process.pid}")
         rollup = dict(re.findall(r"^(\w+): +(\d+) kB", (folder / "smaps_rollup").read_text(), re.MULTILINE))
-        mebibytes = {name: int(rollup[name]) / 1024 for name in ("Pss", "Rss", "Pss_Anon")}
+        mebibytes = {name: int(rollup[name]) / 1024 for name in ("Rss", "Pss_Anon")}
         return {**mebibytes, "files": len(os.listdir(folder / "fd")), "threads": len(os.listdir(folder / "task"))}
 
 
@@ -356,7 +356,8 @@ class Soak:
         table.write(options.out)
 
     def conclude_long(self, table):
-        for what in ("Pss", "Pss_Anon", "Rss"):
+        # Not Pss: it grows when another program ends that used the same libraries.
+        for what in ("Pss_Anon", "Rss"):
             table.flat(f"memory ({what})", [each[what] for each in self.samples], 0.03, "MiB")
         table.flat("open files", [each["files"] for each in self.samples], 0, "")
         table.flat("threads", [each["threads"] for each in self.samples], 0, "")
