@@ -75,20 +75,37 @@ void EvolutionCalendars::setWatching(bool watching)
 {
     if (watching == std::exchange(m_watching, watching))
         return;
-    if (watching)
-        start();
-    else
+    if (!watching)
         end();
+    else if (m_make)
+        start();
+    else if (!m_loader)
+        load();
+}
+
+/// On a thread: from a disk, the libraries below the module come slowly.
+void EvolutionCalendars::load()
+{
+    m_loader = std::make_unique<SerialWorker>(this);
+    m_loader->run([this] { return [this, make = module()] { loaded(make); }; });
+}
+
+void EvolutionCalendars::loaded(MakeEvolutionEngine make)
+{
+    m_loader.reset();
+    m_make = make;
+    if (m_watching && m_make)
+        return start();
+    for (const quint64 question : m_questions.keys())
+        answer(question, {});
+    if (m_watching)
+        setPresent(false);
+    else
+        answerRequests();
 }
 
 void EvolutionCalendars::start()
 {
-    const auto make = module();
-    if (!make) {
-        QMetaObject::invokeMethod(
-            this, [this] { setPresent(false); }, Qt::QueuedConnection);
-        return;
-    }
     m_mailbox = std::make_shared<Mailbox>();
     m_mailbox->store = this;
     const auto tell = [mailbox = m_mailbox](const std::function<void(EvolutionCalendars &)> &what) {
@@ -107,7 +124,9 @@ void EvolutionCalendars::start()
     host.answered = [tell](quint64 question, const QList<CalendarEvent> &events) {
         tell([question, events](EvolutionCalendars &store) { store.answer(question, events); });
     };
-    m_engine.reset(make(std::move(host)));
+    m_engine.reset(m_make(std::move(host)));
+    for (const quint64 question : m_questions.keys())
+        ask(question);
 }
 
 void EvolutionCalendars::end()
@@ -128,12 +147,18 @@ void EvolutionCalendars::end()
 void EvolutionCalendars::fetch(Timestamp from, Timestamp to, Answered done)
 {
     const quint64 question = ++m_lastQuestion;
-    m_questions.insert(question, std::move(done));
+    m_questions.insert(question, {static_cast<qint64>(std::floor(from.unixSeconds())),
+                                  static_cast<qint64>(std::ceil(to.unixSeconds())), std::move(done)});
     if (m_engine)
-        m_engine->ask(question, static_cast<qint64>(std::floor(from.unixSeconds())),
-                      static_cast<qint64>(std::ceil(to.unixSeconds())));
-    else
+        ask(question);
+    else if (!m_loader)
         answerSoon(question);
+}
+
+void EvolutionCalendars::ask(quint64 question)
+{
+    const auto asked = m_questions.constFind(question);
+    m_engine->ask(question, asked->from, asked->to);
 }
 
 /// With nothing, as there is nobody to ask.
@@ -145,14 +170,14 @@ void EvolutionCalendars::answerSoon(quint64 question)
 
 void EvolutionCalendars::answer(quint64 question, const QList<CalendarEvent> &events)
 {
-    if (const Answered done = m_questions.take(question))
+    if (const Answered done = m_questions.take(question).done)
         done(events);
 }
 
 void EvolutionCalendars::requestAccess(std::function<void(const AccessAnswer &)> done)
 {
     m_requests += std::move(done);
-    if (m_present || !m_engine)
+    if (m_present || (!m_engine && !m_loader))
         QMetaObject::invokeMethod(
             this, [this] { answerRequests(); }, Qt::QueuedConnection);
 }

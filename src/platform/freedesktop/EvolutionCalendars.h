@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CalendarStore.h"
+#include "platform/freedesktop/SerialWorker.h"
 
 #include <QHash>
 
@@ -11,6 +12,7 @@
 namespace orvelle {
 
 class EvolutionEngine;
+struct EvolutionHost;
 
 /// The calendars that Evolution Data Server keeps for the desktop's calendar
 /// applications: all that are enabled, local and remote ones. The server and
@@ -27,7 +29,7 @@ public:
     /// `own` are further mail addresses of the user, in lower case, beside
     /// those of the accounts that the server knows.
     explicit EvolutionCalendars(const QStringList &own = {}, QObject *parent = nullptr);
-    /// Waits up to two seconds for what is under way.
+    /// Waits up to three seconds for what is under way.
     ~EvolutionCalendars() override;
 
     bool isAvailable() const override { return m_present.value_or(false); }
@@ -40,8 +42,17 @@ private:
     struct Mailbox;
     using Answered = std::function<void(const QList<CalendarEvent> &)>;
 
+    struct Question {
+        qint64 from = 0; ///< seconds since 1970
+        qint64 to = 0;
+        Answered done;
+    };
+
+    void load();
+    void loaded(EvolutionEngine *(*make)(EvolutionHost));
     void start();
     void end();
+    void ask(quint64 question);
     void setPresent(bool present);
     void answer(quint64 question, const QList<CalendarEvent> &events);
     void answerSoon(quint64 question);
@@ -53,9 +64,11 @@ private:
     std::unique_ptr<EvolutionEngine> m_engine; ///< while somebody watches and the module is there
     bool m_watching = false;
     quint64 m_lastQuestion = 0;
-    QHash<quint64, Answered> m_questions;
+    QHash<quint64, Question> m_questions;
     QList<std::function<void(const AccessAnswer &)>> m_requests;
     std::vector<std::unique_ptr<EvolutionEngine>> m_ending; ///< told to stop
+    EvolutionEngine *(*m_make)(EvolutionHost) = nullptr;    ///< once the module is loaded
+    std::unique_ptr<SerialWorker> m_loader;                 ///< while it is being loaded
 };
 
 } // namespace orvelle

@@ -188,6 +188,24 @@ TEST_F(EvolutionCalendarsTest, WithoutAServerThereIsNothingUntilItComes)
     EXPECT_TRUE(becomes(u""_s));
 }
 
+TEST_F(EvolutionCalendarsTest, WhoAsksWhileTheModuleIsLoadedIsAnswered)
+{
+    server->start();
+    for (const bool stays : {true, false}) {
+        EvolutionCalendars fresh;
+        std::optional<bool> granted;
+        bool answered = false;
+        fresh.setWatching(true);
+        fresh.requestAccess([&](const CalendarStore::AccessAnswer &answer) { granted = answer.granted; });
+        fresh.fetch(at("2026-03-28T00:00:00Z"), at("2026-03-31T00:00:00Z"),
+                    [&](const QList<CalendarEvent> &) { answered = true; });
+        EXPECT_FALSE(granted || answered) << "from inside the call";
+        fresh.setWatching(stays);
+        EXPECT_TRUE(waitFor([&] { return granted && answered; }));
+        EXPECT_EQ(granted, stays);
+    }
+}
+
 TEST_F(EvolutionCalendarsTest, OccurrencesAreThoseOfTheServer)
 {
     server->start();
