@@ -33,7 +33,8 @@ public:
     void openTimerCustom() override;
     void closeSettings() override;
 
-    void saveNotes() { m_notes.saveAll(); }
+    /// At the end of the session.
+    void saveNotes() { m_notes.finishAll(); }
     /// Raises what is open.
     static void bringToFront();
 

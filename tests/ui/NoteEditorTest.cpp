@@ -224,13 +224,28 @@ TEST_F(NoteEditorTest, AChangeByAnotherProcessThatNobodyAnnouncedYetIsNotOverwri
     EXPECT_EQ(editor()->toPlainText(), QStringLiteral("bread mine"));
 }
 
-TEST_F(NoteEditorTest, ClosingDuringAConflictKeepsBothTexts)
+TEST_F(NoteEditorTest, TheEndDuringAConflictKeepsBothTexts)
 {
-    type(" mine");
-    changeElsewhere("theirs");
-    closeWindow();
-    EXPECT_TRUE(storedText().startsWith(QStringLiteral("bread mine"))) << storedText().toStdString();
-    EXPECT_TRUE(storedText().endsWith(QStringLiteral("theirs"))) << storedText().toStdString();
+    const auto announced = [this] { changeElsewhere("theirs"); };
+    // Nobody knows of the conflict before it comes to saving.
+    const auto unannounced = [this] {
+        LinkList theirs = world.links.links();
+        theirs.front().noteContent = QStringLiteral("theirs");
+        world.defaults.otherProcessWrites(LinkStore::linksBaseKey(), encodeLinks(theirs));
+    };
+    const auto close = [this] { closeWindow(); };
+    const auto endOfSession = [this] { editors.finishAll(); };
+    for (const std::function<void()> &change : {std::function(announced), std::function(unannounced)}) {
+        for (const std::function<void()> &end : {std::function(close), std::function(endOfSession)}) {
+            changeElsewhere("bread");
+            window = editors.open(id);
+            type(" mine");
+            change();
+            end();
+            EXPECT_TRUE(storedText().startsWith(QStringLiteral("bread mine"))) << storedText().toStdString();
+            EXPECT_TRUE(storedText().endsWith(QStringLiteral("theirs"))) << storedText().toStdString();
+        }
+    }
 }
 
 TEST_F(NoteEditorTest, ARemovedNoteKeepsItsTextInTheWindow)

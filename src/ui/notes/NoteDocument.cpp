@@ -15,6 +15,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNotes, "Notes", QtInfoMsg)
 
+/// At the end, against other processes that keep changing the note.
+constexpr int mostAttempts = 16;
+
 LinkItem *findNote(LinkList &links, const QString &stableId)
 {
     for (LinkItem &item : links) {
@@ -160,9 +163,11 @@ void NoteDocument::addAgain()
 
 void NoteDocument::close()
 {
-    if (m_state == State::Conflict)
-        resolve(Choice::KeepBoth);
     save();
+    // Only in saving may it come to light that another process has written,
+    // and both texts have to be saved in their turn.
+    for (int attempt = 0; m_state == State::Conflict && attempt < mostAttempts; ++attempt)
+        resolve(Choice::KeepBoth);
     if (m_state == State::Gone && hasTyped()) {
         qCInfo(lcNotes, "Removed note has been edited since, adding it again");
         addAgain();

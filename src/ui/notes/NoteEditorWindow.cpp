@@ -47,14 +47,14 @@ NoteEditorWindow::NoteEditorWindow(const NoteEditorServices &services, const Lin
 
 NoteEditorWindow::~NoteEditorWindow() = default;
 
-void NoteEditorWindow::saveNow()
+void NoteEditorWindow::finish()
 {
-    m_p->view->saveNow();
+    m_p->view->finish();
 }
 
 void NoteEditorWindow::closeEvent(QCloseEvent *event)
 {
-    m_p->view->finish();
+    finish();
     m_p->places.remember(m_p->view->document().note().stableId, saveGeometry());
     QWidget::closeEvent(event);
 }

@@ -20,8 +20,8 @@ public:
     NoteEditorWindow(const NoteEditorServices &services, const LinkItem &note, QWidget *parent = nullptr);
     ~NoteEditorWindow() override;
 
-    /// Stores what has been typed and not yet saved.
-    void saveNow();
+    /// Stores what has been typed and not yet saved, for the last time.
+    void finish();
 
 protected:
     void closeEvent(QCloseEvent *event) override;

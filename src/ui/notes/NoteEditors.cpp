@@ -60,11 +60,11 @@ void NoteEditors::moveClear(QWidget &window) const
         window.move(place);
 }
 
-void NoteEditors::saveAll()
+void NoteEditors::finishAll()
 {
     for (const QPointer<NoteEditorWindow> &window : std::as_const(m_windows)) {
         if (window)
-            window->saveNow();
+            window->finish();
     }
 }
 

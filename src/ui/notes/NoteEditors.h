@@ -42,9 +42,9 @@ public:
     /// Opens the note or brings its window to the front. Null for an id that
     /// is no note.
     NoteEditorWindow *open(const QUuid &noteId);
-    /// Stores what has been typed and not yet saved; for the end of the
-    /// session.
-    void saveAll();
+    /// Stores what has been typed and not yet saved, also beside another text
+    /// that came from elsewhere; for the end of the session.
+    void finishAll();
 
 private:
     void moveClear(QWidget &window) const;

@@ -121,12 +121,6 @@ void QuickNoteEditorView::showConflict()
                          false);
 }
 
-void QuickNoteEditorView::saveNow()
-{
-    m_title->commitName();
-    m_document.save();
-}
-
 void QuickNoteEditorView::finish()
 {
     m_title->commitName();

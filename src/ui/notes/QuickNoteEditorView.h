@@ -21,9 +21,7 @@ public:
     QuickNoteEditorView(const NoteEditorServices &services, const LinkItem &note, QWidget *parent = nullptr);
 
     NoteDocument &document() { return m_document; }
-    /// Stores the name and the text typed so far.
-    void saveNow();
-    /// The same for the last time.
+    /// Stores the name and the text for the last time, whatever state they are in.
     void finish();
 
 private:
