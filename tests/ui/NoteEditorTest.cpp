@@ -8,8 +8,10 @@
 #include "ui/notes/QuickNoteEditorView.h"
 #include "ui/notes/RichTextEdit.h"
 
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -264,6 +266,14 @@ TEST_F(NoteEditorTest, ARemovedNoteKeepsItsTextInTheWindow)
     EXPECT_FALSE(world.links.find(id));
     closeWindow();
     EXPECT_EQ(storedText(), QStringLiteral("bread!")) << "what was typed is not lost";
+}
+
+TEST_F(NoteEditorTest, TheWindowMayCloseUnderItsContextMenu)
+{
+    QTimer::singleShot(0, window, [this] { closeWindow(); });
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, QPoint(20, 20), editor()->mapToGlobal(QPoint(20, 20)));
+    QCoreApplication::sendEvent(editor()->viewport(), &asked);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return window.isNull(); }));
 }
 
 TEST_F(NoteEditorTest, OneWindowPerNote)

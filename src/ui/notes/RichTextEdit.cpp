@@ -279,12 +279,14 @@ bool RichTextEdit::viewportEvent(QEvent *event)
 
 void RichTextEdit::contextMenuEvent(QContextMenuEvent *event)
 {
-    std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
+    // Opened without a loop of its own: the window may close under it.
+    QMenu *menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
     if (event->reason() == QContextMenuEvent::Mouse && !textCursor().hasSelection())
         setTextCursor(cursorForPosition(event->pos()));
     QAction *before = menu->actions().value(0);
     const auto add = [&](const QString &title, auto run) {
-        auto *action = new QAction(title, menu.get());
+        auto *action = new QAction(title, menu);
         connect(action, &QAction::triggered, this, run);
         menu->insertAction(before, action);
     };
@@ -297,7 +299,7 @@ void RichTextEdit::contextMenuEvent(QContextMenuEvent *event)
     QAction *plain = menu->addAction(text("note.pastePlain"_text), this, &RichTextEdit::pastePlain);
     plain->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
     plain->setEnabled(canPaste());
-    menu->exec(event->globalPos());
+    menu->popup(event->globalPos());
 }
 
 void RichTextEdit::changeEvent(QEvent *event)
