@@ -236,6 +236,20 @@ TEST_F(LinkEditorTest, FilesAndFoldersAreChosenFromTheDisk)
     EXPECT_EQ(outline(), "f[x] Folder") << "all of them as one step";
 }
 
+TEST_F(LinkEditorTest, APathForAnItemThatIsGoneIsNotTaken)
+{
+    open("a");
+    const LinkItem file = add("File", LinkType::File, "/tmp/x");
+    tree()->selectItem(file.id);
+    child<QToolButton>("editor.choose")->click();
+    auto *dialog = window->findChild<QFileDialog *>(QStringLiteral("choosePath"));
+    ASSERT_NE(dialog, nullptr);
+    world.links.removeLink(file.id);
+    emit dialog->fileSelected(QStringLiteral("/tmp/y"));
+    EXPECT_EQ(outline(), "a");
+    EXPECT_EQ(problem(), QString());
+}
+
 TEST_F(LinkEditorTest, WhatIsGoneFromTheDiskIsSaid)
 {
     open();

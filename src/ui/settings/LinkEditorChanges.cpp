@@ -40,7 +40,8 @@ bool LinkEditor::commitName(const QString &name)
 
 bool LinkEditor::commitPath(const QString &typed)
 {
-    if (m_gone)
+    // A dialog may ask for an item that has gone meanwhile.
+    if (m_gone || m_items.isEmpty())
         return false;
     const bool local = m_items.front().type == LinkType::File || m_items.front().type == LinkType::Folder;
     const QString path =
