@@ -111,8 +111,12 @@ TEST_F(QuickLaunchUiTest, SlotsAreChosenMovedAndRemoved)
     ASSERT_TRUE(manager.apps().at(0));
     EXPECT_EQ(manager.apps().at(0)->name, u"Mail"_s) << "found by its keyword";
 
-    button("slotDown")->click();
+    section.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&section));
+    button("slotDown")->setFocus();
+    QTest::keyClick(button("slotDown"), Qt::Key_Space);
     EXPECT_TRUE(manager.apps().at(1));
+    EXPECT_TRUE(button("slotDown")->hasFocus());
     EXPECT_EQ(list->currentRow(), 1);
     QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
     EXPECT_TRUE(manager.apps().at(2));

@@ -283,6 +283,21 @@ TEST_F(SettingsTest, DebugButtonsFollowTheModeAndClearAsksFirst)
     EXPECT_FALSE(world.defaults.value(QStringLiteral("debug_X")));
 }
 
+TEST_F(SettingsTest, TheButtonThatMovesAWidgetKeepsTheFocus)
+{
+    openActive();
+    window->showTab(QStringLiteral("widgets"));
+    child<WidgetOrderList>("widgetOrder")->setCurrentRow(3);
+    const WidgetType moved = world.widgetOrder.order().at(3);
+    auto *up = child<QPushButton>("moveUp");
+    up->setFocus();
+    for (int times = 0; times < 2; ++times) {
+        QTest::keyClick(up, Qt::Key_Space);
+        EXPECT_TRUE(up->hasFocus());
+    }
+    EXPECT_EQ(world.widgetOrder.order().at(1), moved);
+}
+
 class WidgetOrderListTest : public testing::Test
 {
 protected:

@@ -7,6 +7,7 @@
 #include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
 
 #include <QDropEvent>
@@ -59,6 +60,8 @@ QSize QuickLaunchSlotList::sizeHint() const
 void QuickLaunchSlotList::refresh()
 {
     const int selected = currentRow();
+    // A button for the selected row that is disabled for a moment loses the focus.
+    const QSignalBlocker untilSelected(this);
     clear();
     const QColor quiet = readable(palette().color(QPalette::Mid), palette().color(QPalette::Base),
                                   palette().color(QPalette::Text), textContrast(palette()));

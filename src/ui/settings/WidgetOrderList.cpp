@@ -60,6 +60,8 @@ QSize WidgetOrderList::sizeHint() const
 void WidgetOrderList::refresh()
 {
     const auto selected = selectedWidget();
+    // A button for the selected row that is disabled for a moment loses the focus.
+    const QSignalBlocker untilSelected(this);
     clear();
     for (const WidgetType widget : m_order.order()) {
         const WidgetPresentation &shown = presentationOf(widget);
