@@ -1,10 +1,13 @@
 #include "ui/common/MessageAlerts.h"
 
+#include "ui/common/PlainToolTip.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTextDocumentFragment>
 
 #include <gtest/gtest.h>
 
@@ -94,6 +97,22 @@ TEST_F(MessageAlertsTest, NamesCannotBringMarkup)
     for (const QLabel *label : alertOnScreen()->findChildren<QLabel *>())
         EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
     button(2)->click();
+}
+
+TEST(PlainToolTip, ShowsEachTextAsItStands)
+{
+    const QString texts[] = {QStringLiteral("Q&A"),
+                             QStringLiteral("a <b>bold</b> name"),
+                             QStringLiteral("<img src='/etc/hostname'>"),
+                             QStringLiteral("&lt;escaped&gt;"),
+                             QStringLiteral("one\ntwo <i>lines"),
+                             QStringLiteral("/a/long/path & more").repeated(20)};
+    for (const QString &text : texts) {
+        const QString tip = plainToolTip(text);
+        const bool isMarkup = Qt::mightBeRichText(tip);
+        EXPECT_EQ(isMarkup ? QTextDocumentFragment::fromHtml(tip).toPlainText() : tip, text);
+        EXPECT_TRUE(isMarkup || text.size() < 100) << "would be wider than a screen";
+    }
 }
 
 TEST(MessageAlerts, MayGoAwayWhileAnAlertIsOnScreen)

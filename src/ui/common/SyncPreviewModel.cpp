@@ -4,6 +4,7 @@
 #include "links/LinkColors.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/common/SyncSummary.h"
 
 #include <QFont>
@@ -265,7 +266,7 @@ QVariant SyncPreviewModel::data(const QModelIndex &index, int role) const
         return isCheckable(index) ? QVariant(checkState(index)) : QVariant();
     case Qt::ToolTipRole:
         if (const LinkItem *item = itemOf(index); item && !item->path.isEmpty())
-            return QStringLiteral("<span>%1</span>").arg(item->path.toHtmlEscaped());
+            return plainToolTip(item->path);
         return {};
     case Qt::FontRole: {
         QFont font = QGuiApplication::font();

@@ -1,3 +1,4 @@
+#include "ui/common/PlainToolTip.h"
 #include "ui/menu/MenuPopup.h"
 
 #include <QApplication>
@@ -8,10 +9,8 @@
 #include <QWheelEvent>
 
 namespace orvelle {
-using namespace Qt::StringLiterals;
 namespace {
 
-constexpr int longestToolTip = 1000;
 constexpr int wheelRows = 3;
 constexpr int wheelStep = 120; ///< what one notch of a wheel reports
 constexpr int autoScrollStep = 7;
@@ -187,8 +186,7 @@ void MenuPopup::showToolTip(const QHelpEvent &event)
     if (title.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(event.globalPos(), u"<p>"_s + title.left(longestToolTip).toHtmlEscaped() + u"</p>"_s,
-                           &panel(place.level));
+        QToolTip::showText(event.globalPos(), plainToolTip(title), &panel(place.level));
 }
 
 } // namespace orvelle

@@ -1,6 +1,7 @@
 #include "ui/notes/RichTextEdit.h"
 
 #include "base/Text.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/notes/LinkHighlighter.h"
 #include "ui/notes/NoteFormatting.h"
 #include "ui/notes/RichTextMime.h"
@@ -269,10 +270,7 @@ bool RichTextEdit::viewportEvent(QEvent *event)
     if (link.isEmpty())
         QToolTip::hideText();
     else
-        // As plain text: an address may hold anything.
-        QToolTip::showText(help->globalPos(),
-                           link.left(200).toHtmlEscaped() + QStringLiteral("<br>") +
-                               text("note.link.openHint"_text).toHtmlEscaped(),
+        QToolTip::showText(help->globalPos(), plainToolTip(link.left(200) + u'\n' + text("note.link.openHint"_text)),
                            viewport());
     return true;
 }

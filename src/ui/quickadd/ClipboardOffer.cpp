@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/PlainToolTip.h"
 
 #include <QPainter>
 #include <QStyleOptionFocusRect>
@@ -41,7 +42,7 @@ void ClipboardOffer::setLink(const QString &link)
 {
     m_link = link;
     setAccessibleName(offerText(link));
-    setToolTip(link);
+    setToolTip(plainToolTip(link));
     setVisible(!link.isEmpty());
     update();
 }

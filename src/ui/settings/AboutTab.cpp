@@ -5,6 +5,7 @@
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "services/DebugModeManager.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/AboutLicencesView.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SymbolTile.h"

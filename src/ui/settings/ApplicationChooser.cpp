@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "ui/common/ApplicationIcons.h"
 #include "ui/common/AssistedInput.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
 
 #include <QAction>

@@ -5,6 +5,7 @@
 #include "platform/Alerts.h"
 #include "ui/common/AssistedInput.h"
 #include "ui/common/ColorMenu.h"
+#include "ui/common/PlainToolTip.h"
 #include "widgets/calendar/CalendarManager.h"
 
 #include <QDir>
@@ -120,7 +121,7 @@ QWidget *CalendarSection::makeFolders(const Folders &folders, FolderChooser &cho
     const auto show = [list, remove, folders] {
         list->clear();
         for (const QString &each : folders.read())
-            (new QListWidgetItem(shownPath(each), list))->setToolTip(each.toHtmlEscaped());
+            (new QListWidgetItem(shownPath(each), list))->setToolTip(plainToolTip(each));
         if (list->count() == 0) {
             auto *nothing = new QListWidgetItem(text("calendar.noFolder"_text), list);
             nothing->setFlags(Qt::NoItemFlags);

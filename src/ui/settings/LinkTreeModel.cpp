@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "links/LinkIcons.h"
 #include "links/LinkStore.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/LinkPathChecker.h"
 #include "ui/settings/Sections.h"
 

@@ -51,11 +51,6 @@ QMargins tabMargins()
     return {20, 16, 20, 16};
 }
 
-QString plainToolTip(const QString &text)
-{
-    return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
-}
-
 QString spokenLabel(QString label)
 {
     label.remove(u'&');

@@ -29,8 +29,4 @@ QLabel *checkBoxHint(const QString &text, QCheckBox *box);
 /// the dots and the mark of its key.
 QString spokenLabel(QString label);
 
-/// A tool tip that shows `text` as it stands, also when it looks like markup,
-/// and wraps it when it is long.
-QString plainToolTip(const QString &text);
-
 } // namespace orvelle

@@ -5,6 +5,7 @@
 #include "links/LinkTree.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SnapshotTexts.h"
 

@@ -1,6 +1,7 @@
 #include "ui/settings/StatusLine.h"
 
 #include "platform/Clock.h"
+#include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
 
 #include <QAccessible>

@@ -6,6 +6,7 @@
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
+#include "ui/common/PlainToolTip.h"
 #include "widgets/calendar/CalendarManager.h"
 
 #include <QPainter>
@@ -41,7 +42,7 @@ public:
         m_time = time;
         const QString title = displayTitle(event.title);
         setText(title.trimmed().isEmpty() ? orvelle::text("calendar.untitled"_text) : title);
-        setToolTip(text().toHtmlEscaped());
+        setToolTip(plainToolTip(text()));
         setAccessibleName(text() + u", "_s + time);
         if (event.isDeclined)
             setAccessibleDescription(orvelle::text("calendar.declined"_text));
@@ -100,7 +101,7 @@ private:
         m_join->setObjectName(u"join"_s);
         m_join->setText(orvelle::text("calendar.join"_text));
         m_join->setAccessibleName(orvelle::text("calendar.joinEvent %@"_text, text()));
-        m_join->setToolTip(m_event->meetingAddress.host().toHtmlEscaped());
+        m_join->setToolTip(plainToolTip(m_event->meetingAddress.host()));
     }
     QColor stripe(const QColor &ground) const
     {

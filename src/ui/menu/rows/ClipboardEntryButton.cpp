@@ -4,6 +4,7 @@
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
+#include "ui/common/PlainToolTip.h"
 #include "widgets/clipboard/ClipboardEntries.h"
 
 #include <QGuiApplication>
@@ -22,18 +23,8 @@ namespace {
 constexpr int thumbnailSide = 32;
 constexpr int thumbnailMargin = 2;
 constexpr int actionGap = 4;
-constexpr qsizetype longestToolTip = 400;
 /// How far the text of what cannot be pasted is on its way to the ground.
 constexpr double dimmed = 0.4;
-
-/// Never read as markup.
-QString asToolTip(const QString &text)
-{
-    QString shown = text.left(longestToolTip);
-    if (shown.size() < text.size())
-        shown += u'\u2026';
-    return u"<p style='white-space:pre-wrap'>"_s + shown.toHtmlEscaped() + u"</p>"_s;
-}
 
 } // namespace
 
@@ -45,7 +36,7 @@ ClipboardEntryButton::ClipboardEntryButton(const ClipboardEntry &entry, const Me
     if (m_entry.payload.canPasteAsPlainText())
         setAccessibleDescription(orvelle::text("clipboard.plainTextHint"_text));
     if (m_entry.payload.kind == ClipboardPayload::Kind::Plain || m_entry.payload.canPasteAsPlainText())
-        setToolTip(asToolTip(m_entry.payload.text));
+        setToolTip(plainToolTip(m_entry.payload.text));
     connect(this, &QAbstractButton::clicked, this,
             [this] { emit chosen(QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)); });
 }
@@ -80,7 +71,7 @@ MenuRowButton *ClipboardEntryButton::makeAction(const char *name, const QString 
     auto *action = new MenuRowButton(this);
     action->setObjectName(QString::fromLatin1(name));
     action->setSymbol(symbol, title);
-    action->setToolTip(title.toHtmlEscaped());
+    action->setToolTip(title);
     // It stands on the selection, so its colours are those of the selection.
     QPalette onSelection = palette();
     onSelection.setColor(QPalette::WindowText, palette().color(QPalette::HighlightedText));

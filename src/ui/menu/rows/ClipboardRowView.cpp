@@ -36,7 +36,7 @@ ClipboardRowView::ClipboardRowView(ClipboardManager &manager, const Notification
     m_pause->setObjectName(u"pause"_s);
     m_clear->setObjectName(u"clear"_s);
     m_clear->setSymbol(u"trash"_s, text("clipboard.clear"_text));
-    m_clear->setToolTip(text("clipboard.clear"_text).toHtmlEscaped());
+    m_clear->setToolTip(text("clipboard.clear"_text));
     connect(m_pause, &QAbstractButton::clicked, this, [this] { m_manager.setPaused(!m_manager.isPaused()); });
     connect(m_clear, &QAbstractButton::clicked, this, [this] { m_manager.clearHistory(); });
     connect(&notifications, &Notifications::clipboardChanged, this, &ClipboardRowView::refresh);
@@ -56,7 +56,7 @@ void ClipboardRowView::refresh()
     const bool paused = m_manager.isPaused();
     const QString action = paused ? text("clipboard.resume"_text) : text("clipboard.pause"_text);
     m_pause->setSymbol(paused ? u"play.fill"_s : u"pause.fill"_s, action);
-    m_pause->setToolTip(action.toHtmlEscaped());
+    m_pause->setToolTip(action);
     if (m_manager.isForbidden())
         m_pause->hide();
     const int line = currentLine();

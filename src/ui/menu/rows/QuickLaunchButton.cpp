@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/PlainToolTip.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -49,7 +50,7 @@ void QuickLaunchButton::setContent(const Content &content, QuickLaunchDisplaySty
     setAccessibleName(content.name);
     setAccessibleDescription(gone);
     const QString told = gone.isEmpty() ? content.name : content.name + u"\n"_s + gone;
-    setToolTip(u"<p style='white-space:pre'>"_s + told.toHtmlEscaped() + u"</p>"_s);
+    setToolTip(plainToolTip(told));
     updateGeometry();
     update();
 }
