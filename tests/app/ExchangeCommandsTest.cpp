@@ -2,6 +2,7 @@
 
 #include "app/CommandShell.h"
 #include "links/ExchangeDocument.h"
+#include "support/FakeSyncControl.h"
 #include "support/Outline.h"
 
 #include <QDir>
@@ -60,12 +61,14 @@ TEST(ExchangeCommands, RefusalsAreOneSentenceAndChangeNothing)
     const QByteArray good = commands.content(u"good"_s);
     commands.write(u"changed"_s, QByteArray(good).replace("a.example", "x.example"));
     commands.write(u"unsigned"_s, R"({"links":[]})");
+    commands.write(u"red"_s, R"({"links":[],"checksum":"\u001b[31m\nred"})");
     commands.write(u"broken"_s, good.chopped(1));
     ASSERT_TRUE(QDir(commands.folder.path()).mkdir(u"folder"_s));
     const QByteArray before = *commands.defaults.get<QByteArray>(LinkStore::linksBaseKey());
     const std::tuple<const char *, int, const char *> cases[] = {
         {"verify changed", 1, "does not match"},
         {"verify unsigned", 1, "has no checksum"},
+        {"verify red", 1, "does not match"},
         {"verify broken", 1, "importUndecodable"},
         {"verify none", 1, "could not be read"},
         {"import broken --mode replace", 1, "importUndecodable"},
@@ -84,11 +87,23 @@ TEST(ExchangeCommands, RefusalsAreOneSentenceAndChangeNothing)
         EXPECT_TRUE(result.out.isEmpty()) << line;
         EXPECT_TRUE(result.err.contains(words)) << line << ": " << result.err.toStdString();
         EXPECT_EQ(result.err.count('\n'), 1) << line;
+        EXPECT_FALSE(result.err.contains('\x1b')) << "a terminal obeys it";
     }
     EXPECT_EQ(*commands.defaults.get<QByteArray>(LinkStore::linksBaseKey()), before);
     const QByteArray mismatch = commands.run(u"verify changed"_s).err;
     EXPECT_TRUE(mismatch.contains(linksChecksum(decodeExchange(good)->links).toLatin1())) << "both digests";
     EXPECT_TRUE(mismatch.contains(linksChecksum(decodeExchange(commands.content(u"changed"_s))->links).toLatin1()));
+}
+
+TEST(SyncCommands, WhatOtherMachinesAreCalledIsOnlyShown)
+{
+    Commands commands;
+    FakeSyncControl sync(commands.notifications);
+    sync.stored = {SyncPlace::Kind::Folder, u"/shared"_s};
+    sync.current.lastSyncedFromDevice = u"Attic\x1b[2J\nFailure: none 🏠"_s;
+    commands.context.sync = [&sync]() -> SyncControl & { return sync; };
+    const QByteArray out = commands.run(u"sync status"_s).out;
+    EXPECT_TRUE(out.contains("\nLast change from: Attic [2J Failure: none 🏠\n")) << out.toStdString();
 }
 
 } // namespace

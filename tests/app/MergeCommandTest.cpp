@@ -44,7 +44,7 @@ TEST(MergeCommand, MergesAtTheOtherDocumentsDateAndLeavesAbsentDatesAbsent)
 
     const CommandResult result = shell.run(u"merge l r -o out"_s);
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_EQ(result.err.toStdString(), "Auto-merge: suppression de 'b?[2J' (supprimé sur l'autre Mac)\n"
+    EXPECT_EQ(result.err.toStdString(), "Auto-merge: suppression de 'b [2J' (supprimé sur l'autre Mac)\n"
                                         "Auto-merge: suppression de 'c' (supprimé sur l'autre Mac)\n");
     const ExportData merged = shell.read(u"out"_s);
     EXPECT_EQ(outlineOf(merged.links), u"a f[] d");

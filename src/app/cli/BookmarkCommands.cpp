@@ -95,8 +95,8 @@ CommandResult runExportBookmarks(const CommandArguments &arguments, CommandConte
         return CommandResult::refused(u"The bookmarks could not be written: "_s + error->sentence);
     CommandResult result = CommandResult::done();
     if (written.notesLeftOut > 0)
-        result.err = u"orvelle: %1 notes were left out; a bookmark file cannot hold them.\n"_s.arg(written.notesLeftOut)
-                         .toUtf8();
+        result.err =
+            u"orvelle: Notes left out, which a bookmark file cannot hold: %1.\n"_s.arg(written.notesLeftOut).toUtf8();
     return result;
 }
 

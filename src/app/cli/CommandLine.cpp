@@ -21,15 +21,12 @@ QStringList words(const char *list)
     return latin(list).split(u' ', Qt::SkipEmptyParts);
 }
 
-/// An argument as it may stand in a message: short and on one line.
+/// An argument as it may stand in a message.
 QString quoted(const QString &argument)
 {
-    QString shown = argument.left(60);
-    for (QChar &c : shown) {
-        if (!c.isPrint())
-            c = u'?';
-    }
-    return u'"' + shown + (argument.size() > 60 ? QStringLiteral("…\"") : QStringLiteral("\""));
+    constexpr qsizetype longest = 60;
+    const QString dots = argument.size() > longest ? QStringLiteral("…") : QString();
+    return u'"' + argument.left(longest) + dots + u'"';
 }
 
 QString usageLine(const Command &command)

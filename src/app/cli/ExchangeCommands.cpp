@@ -44,7 +44,7 @@ QByteArray remarks(const PreparedImport &prepared)
     if (prepared.hasVersionMismatch)
         lines += u"orvelle: The document is of a newer version; what this one does not know was left out.\n"_s;
     if (prepared.droppedCount > 0)
-        lines += u"orvelle: %1 incomplete or too deeply nested items were left out.\n"_s.arg(prepared.droppedCount);
+        lines += u"orvelle: Items left out as incomplete or too deeply nested: %1.\n"_s.arg(prepared.droppedCount);
     return lines.toUtf8();
 }
 
@@ -191,8 +191,8 @@ CommandResult runVerify(const CommandArguments &arguments, CommandContext &conte
             u"The document has no checksum; that of its links is %1."_s.arg(report->computed));
     if (!report->matches())
         return CommandResult::refused(
-            u"The checksum does not match: the document says %1, but its links give %2."_s.arg(
-                report->stated->left(64).simplified(), report->computed));
+            u"The checksum does not match: the document says %1, but its links give %2."_s.arg(report->stated->left(64),
+                                                                                               report->computed));
     return CommandResult::done(report->computed.toLatin1() + '\n');
 }
 

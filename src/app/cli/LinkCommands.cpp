@@ -14,23 +14,14 @@ namespace orvelle {
 
 namespace {
 
-QString oneLine(QString text)
-{
-    for (QChar &c : text) {
-        if (!c.isPrint() && !c.isSurrogate())
-            c = u' ';
-    }
-    return text;
-}
-
 void appendOutline(QString &out, const LinkList &links, int depth)
 {
     for (const LinkItem &item : links) {
-        out += item.stableId + QStringLiteral("  ") + QString(depth * 2, u' ') + oneLine(item.name);
+        out += item.stableId + QStringLiteral("  ") + QString(depth * 2, u' ') + printable(item.name);
         if (item.isGroup())
             out += u'/';
         else if (item.type != LinkType::Note)
-            out += QStringLiteral("  ") + oneLine(item.path);
+            out += QStringLiteral("  ") + printable(item.path);
         out += u'\n';
         if (item.children)
             appendOutline(out, *item.children, depth + 1);
@@ -104,7 +95,7 @@ CommandResult runSnapshots(const CommandArguments &, CommandContext &context)
     for (const SnapshotInfo &snapshot : context.snapshots.list(context.debugMode.isDebugMode())) {
         out += QStringLiteral("%1  %2  %3  %4\n")
                    .arg(snapshot.name, snapshot.takenAt.toDateTime().toLocalTime().toString(Qt::ISODate),
-                        oneLine(snapshot.reason), QString::number(snapshot.itemCount));
+                        printable(snapshot.reason), QString::number(snapshot.itemCount));
     }
     return CommandResult::done(out.toUtf8());
 }

@@ -31,16 +31,6 @@ Result<ExportData, CommandResult> readDocument(const QString &name, const Comman
     return std::move(document).value();
 }
 
-/// Names come from documents, and a terminal obeys control characters.
-QString printable(QString line)
-{
-    for (QChar &c : line) {
-        if (!c.isPrint() && !c.isSurrogate())
-            c = u'?';
-    }
-    return line;
-}
-
 } // namespace
 
 CommandResult runMerge(const CommandArguments &arguments, CommandContext &context)

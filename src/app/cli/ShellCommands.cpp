@@ -65,7 +65,7 @@ CommandResult runLog(const CommandArguments &, CommandContext &context)
     }
     QByteArray out;
     for (const QString &line : lines)
-        out += line.toUtf8() + '\n';
+        out += printable(line).toUtf8() + '\n';
     return CommandResult::done(out);
 }
 

@@ -172,7 +172,7 @@ CommandResult runSyncStatus(const CommandArguments &arguments, CommandContext &c
     QString text;
     for (const Line &line : statusLines(sync, context)) {
         if (!line.value.isEmpty())
-            text += QLatin1StringView(line.label) + u": "_s + line.value + u'\n';
+            text += QLatin1StringView(line.label) + u": "_s + printable(line.value) + u'\n';
     }
     return CommandResult::done(text.toUtf8());
 }
