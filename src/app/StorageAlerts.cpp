@@ -3,11 +3,12 @@
 #include "app/CoreServices.h"
 #include "base/Text.h"
 #include "platform/Alerts.h"
+#include "platform/Clock.h"
 
 namespace orvelle {
 
-StorageAlerts::StorageAlerts(UserDefaults &defaults, LinkStore &links, Alerts &alerts, QObject *parent)
-    : QObject(parent), m_links(links), m_alerts(alerts)
+StorageAlerts::StorageAlerts(UserDefaults &defaults, LinkStore &links, Clock &clock, Alerts &alerts, QObject *parent)
+    : QObject(parent), m_links(links), m_clock(clock), m_alerts(alerts)
 {
     connect(&defaults, &UserDefaults::writeFailed, this,
             [this](const QString &, const DefaultsError &error) { writeFailed(error); });
@@ -15,22 +16,26 @@ StorageAlerts::StorageAlerts(UserDefaults &defaults, LinkStore &links, Alerts &a
     // user has to hear of it each time.
     connect(&links, &LinkStore::saveFailed, this, [this](const DefaultsError &error) {
         if (!m_links.hasUnsavedChanges())
-            m_failing = false;
+            m_lastFailure.reset();
         writeFailed(error);
     });
     connect(&links, &LinkStore::undecodableDataSetAside, this, &StorageAlerts::linksSetAside);
     connect(&links, &LinkStore::linksChanged, this, [this] {
         if (!m_links.hasUnsavedChanges())
-            m_failing = false;
+            m_lastFailure.reset();
     });
 }
 
 void StorageAlerts::writeFailed(const DefaultsError &error)
 {
     // A conflict is another process's success; the edit is made again.
-    if (error.kind == DefaultsError::Kind::Conflict || std::exchange(m_failing, true))
+    if (error.kind == DefaultsError::Kind::Conflict)
         return;
-    show(text("error.saveTitle"_text), writeErrorText(error));
+    const Timestamp now = m_clock.now();
+    const auto before = std::exchange(m_lastFailure, now);
+    const double quiet = before ? now - *before : spellEnd;
+    if (quiet < 0 || quiet >= spellEnd)
+        show(text("error.saveTitle"_text), writeErrorText(error));
 }
 
 void StorageAlerts::damagedSettingsMovedTo(const QString &path)
