@@ -2294,5 +2294,17 @@ You can change or remove everything here.</translation>
     <message id="clipboard.forbiddenHint">
         <translation>This desktop does not let programs in the background see what is copied, so the history stays empty.</translation>
     </message>
+    <message id="quit.unsavedTitle">
+        <translation>Your latest changes could not be saved</translation>
+    </message>
+    <message id="quit.unsavedMessage">
+        <translation>If Orvelle quits now, they are lost. Make room on the disk, or make the settings writable, and quit again.</translation>
+    </message>
+    <message id="quit.unsavedStay">
+        <translation>Keep running</translation>
+    </message>
+    <message id="quit.unsavedQuit">
+        <translation>Quit and lose them</translation>
+    </message>
 </context>
 </TS>

@@ -2294,5 +2294,17 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="clipboard.forbiddenHint">
         <translation>Ce bureau ne laisse pas les programmes en arrière-plan voir ce qui est copié : l’historique reste vide.</translation>
     </message>
+    <message id="quit.unsavedTitle">
+        <translation>Vos dernières modifications n’ont pas pu être enregistrées</translation>
+    </message>
+    <message id="quit.unsavedMessage">
+        <translation>Si Orvelle quitte maintenant, elles seront perdues. Libérez de l’espace sur le disque ou rendez les réglages accessibles en écriture, puis quittez à nouveau.</translation>
+    </message>
+    <message id="quit.unsavedStay">
+        <translation>Ne pas quitter</translation>
+    </message>
+    <message id="quit.unsavedQuit">
+        <translation>Quitter et les perdre</translation>
+    </message>
 </context>
 </TS>

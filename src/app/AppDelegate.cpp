@@ -114,7 +114,7 @@ void AppDelegate::reportUnreadable(const QString &reason)
     m_services.alerts.show(alert);
 }
 
-void AppDelegate::applicationShouldTerminate(std::function<void(bool)> decide)
+void AppDelegate::applicationShouldTerminate(const Decide &decide)
 {
     UserDefaults &defaults = m_services.defaults;
     if (m_isSystemShutdown)
@@ -122,26 +122,54 @@ void AppDelegate::applicationShouldTerminate(std::function<void(bool)> decide)
     if (defaults.get<bool>(skipQuitConfirmationKey()).value_or(false)) {
         // Consumed at once, so that it cannot answer a later question.
         static_cast<void>(defaults.remove(skipQuitConfirmationKey()));
-        return decide(true);
+        return saveBeforeQuit(decide);
     }
     if (!defaults.get<bool>(QStringLiteral("ConfirmBeforeQuit")).value_or(true))
-        return decide(true);
+        return saveBeforeQuit(decide);
     if (m_asking)
         return decide(false);
-    m_asking = true;
-    m_services.activateApp();
+    confirmQuit(decide);
+}
+
+void AppDelegate::confirmQuit(const Decide &decide)
+{
     Alert alert;
     alert.style = Alert::Style::Warning;
     alert.message = text("quit.confirmTitle"_text);
     alert.informativeText = text("quit.confirmMessage"_text);
     alert.buttons = {text("quit.confirm"_text), text("quit.closeWindow"_text)};
-    m_services.alerts.show(alert, [self = QPointer<AppDelegate>(this), decide = std::move(decide)](int button) {
+    ask(alert, [this, decide](int button) {
+        if (button == 0)
+            return saveBeforeQuit(decide);
+        m_services.windows.closeSettings();
+        decide(false);
+    });
+}
+
+void AppDelegate::saveBeforeQuit(const Decide &decide)
+{
+    if (m_services.save())
+        return decide(true);
+    if (m_asking)
+        return decide(false);
+    Alert alert;
+    alert.style = Alert::Style::Critical;
+    alert.message = text("quit.unsavedTitle"_text);
+    alert.informativeText = text("quit.unsavedMessage"_text);
+    alert.buttons = {text("quit.unsavedStay"_text), text("quit.unsavedQuit"_text)};
+    alert.escapeButton = 0;
+    ask(alert, [decide](int button) { decide(button == 1); });
+}
+
+void AppDelegate::ask(const Alert &alert, const std::function<void(int)> &answered)
+{
+    m_asking = true;
+    m_services.activateApp();
+    m_services.alerts.show(alert, [self = QPointer<AppDelegate>(this), answered](int button) {
         if (!self)
             return;
         self->m_asking = false;
-        if (button != 0)
-            self->m_services.windows.closeSettings();
-        decide(button == 0);
+        answered(button);
     });
 }
 

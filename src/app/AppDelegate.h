@@ -16,6 +16,7 @@ class MenuBarManager;
 class PowerEvents;
 class StartupJobs;
 class UserDefaults;
+struct Alert;
 
 /// The application's life: what starts when, what happens to documents that
 /// the desktop hands over, and whether a wish to quit is granted. Main thread.
@@ -33,6 +34,8 @@ public:
         AppWindows &windows;
         PowerEvents &powerEvents;
         ExchangeImporter &importer;
+        /// Stores what is not stored yet; false when that failed.
+        std::function<bool()> save;
         /// Brings the application's windows to the front.
         std::function<void()> activateApp;
     };
@@ -51,10 +54,11 @@ public:
     /// maxExchangeBytes are refused unread.
     void openFiles(const QStringList &paths);
 
-    /// Decides about a wish to quit, if need be by asking. `decide` is called
-    /// once: true means quit now. While the question is open, further wishes
-    /// are refused.
-    void applicationShouldTerminate(std::function<void(bool terminate)> decide);
+    using Decide = std::function<void(bool terminate)>;
+    /// Decides about a wish to quit, if need be by asking; also before changes
+    /// are lost that cannot be stored. `decide` is called once: true means quit
+    /// now. While a question is open, further wishes are refused.
+    void applicationShouldTerminate(const Decide &decide);
 
     /// Set once the machine or the session ends; never cleared.
     bool isSystemShutdown() const { return m_isSystemShutdown; }
@@ -63,6 +67,9 @@ private:
     void openDocument(const QString &path);
     void askHowToImport(const QString &fileName, const QByteArray &data);
     void reportUnreadable(const QString &reason);
+    void ask(const Alert &alert, const std::function<void(int button)> &answered);
+    void confirmQuit(const Decide &decide);
+    void saveBeforeQuit(const Decide &decide);
 
     Services m_services;
     bool m_isSystemShutdown = false;

@@ -264,10 +264,15 @@ bool Application::endUnnoticed()
     return true;
 }
 
-void Application::saveAndExit()
+bool Application::save()
 {
     m_windows.saveNotes();
-    if (m_core.links.hasUnsavedChanges() && !m_core.links.saveLinks())
+    return !m_core.links.hasUnsavedChanges() || m_core.links.saveLinks();
+}
+
+void Application::saveAndExit()
+{
+    if (!save())
         qCCritical(lcApplication, "The last changes could not be saved at the end");
     m_powerEvents.releaseInhibitor();
     // Not quit(): that asks every window, and one of them could refuse.

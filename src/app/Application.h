@@ -72,6 +72,8 @@ private:
     CommandContext commandContext(const QString &workingDirectory);
     void offerTrayMenu();
     void reportHowSettingsOpened();
+    /// Stores what is typed and not stored yet. False when that failed.
+    bool save();
     void saveAndExit();
 
     Surroundings m_surroundings;

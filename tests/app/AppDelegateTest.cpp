@@ -33,7 +33,8 @@ struct App : Shell {
     App() : Shell({item("x", LinkType::Url, "https://e")}) {}
 
     FakeImporter importer;
-    AppDelegate delegate{{manager, jobs, defaults, clock, alerts, windows, power, importer,
+    bool saves = true;
+    AppDelegate delegate{{manager, jobs, defaults, clock, alerts, windows, power, importer, [this] { return saves; },
                           [this] { calls += QStringLiteral("activate"); }}};
 
     QString write(const char *name, const QByteArray &content)
@@ -142,6 +143,36 @@ TEST(AppDelegate, DecidesAboutQuitting)
     app.power.systemPowersOff();
     EXPECT_EQ(app.askToQuit(), u"yes");
     EXPECT_EQ(app.alerts.shown.size(), alertsBefore);
+}
+
+TEST(AppDelegate, AsksBeforeChangesAreLostThatCannotBeSaved)
+{
+    App app;
+    app.delegate.applicationDidFinishLaunching();
+    app.saves = false;
+    ASSERT_TRUE(app.defaults.write(QStringLiteral("ConfirmBeforeQuit"), false));
+    for (const auto &[button, answer] : {std::pair(0, "no"), std::pair(1, "yes")}) {
+        EXPECT_EQ(app.askToQuit(), u"");
+        EXPECT_EQ(app.alerts.shown.last().buttons.value(button),
+                  QString::fromLatin1(button == 0 ? "quit.unsavedStay" : "quit.unsavedQuit"));
+        EXPECT_EQ(app.askToQuit(), u"no") << "one question at a time";
+        app.alerts.userChooses(button);
+        EXPECT_EQ(app.answer, QString::fromLatin1(answer));
+    }
+    EXPECT_EQ(app.alerts.shown.last().escapeButton, 0);
+
+    // The question may have been about something else.
+    ASSERT_TRUE(app.defaults.write(QStringLiteral("ConfirmBeforeQuit"), true));
+    EXPECT_EQ(app.askToQuit(), u"");
+    app.alerts.userChooses(0);
+    EXPECT_EQ(app.answer, u"") << "the wish is granted, the loss is not";
+    app.saves = true;
+    app.manager.quitApp();
+    EXPECT_EQ(app.askToQuit(), u"yes") << "they could be saved meanwhile";
+
+    app.saves = false;
+    app.power.systemPowersOff();
+    EXPECT_EQ(app.askToQuit(), u"yes") << "nobody can be asked";
 }
 
 } // namespace
