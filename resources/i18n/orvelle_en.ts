@@ -2306,5 +2306,8 @@ You can change or remove everything here.</translation>
     <message id="quit.unsavedQuit">
         <translation>Quit and lose them</translation>
     </message>
+    <message id="settings.launchAtLoginFailed">
+        <translation>The start at login could not be changed. The file that the desktop keeps for it cannot be written.</translation>
+    </message>
 </context>
 </TS>

@@ -2306,5 +2306,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="quit.unsavedQuit">
         <translation>Quitter et les perdre</translation>
     </message>
+    <message id="settings.launchAtLoginFailed">
+        <translation>Le lancement à l’ouverture de session n’a pas pu être modifié. Le fichier prévu par le bureau ne peut pas être écrit.</translation>
+    </message>
 </context>
 </TS>

@@ -1,3 +1,4 @@
+#include "base/Text.h"
 #include "platform/LaunchAtLogin.h"
 #include "services/LaunchAtLoginManager.h"
 #include "services/UpdateManager.h"
@@ -161,6 +162,7 @@ TEST_F(UserServicesTest, TheLoginSwitchShowsWhatTheDesktopSays)
     LogCapture log;
     box->click();
     EXPECT_TRUE(box->isChecked()) << "the switch falls back";
+    EXPECT_EQ(child<QLabel>("status")->accessibleName(), text("settings.launchAtLoginFailed"_text));
     EXPECT_EQ(log.lines(), QStringList(u"LaunchAtLogin: Erreur modification lancement au démarrage: no room"_s));
 }
 

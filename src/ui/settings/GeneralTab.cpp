@@ -95,6 +95,8 @@ void GeneralTab::setLaunchAtLogin(bool launch)
 {
     m_services.launchAtLogin->setEnabled(launch);
     readLaunchAtLogin();
+    if (m_launchAtLogin->isChecked() != launch)
+        SettingsWindow::showStatus(this, text("settings.launchAtLoginFailed"_text));
 }
 
 void GeneralTab::refresh()
