@@ -2309,5 +2309,8 @@ You can change or remove everything here.</translation>
     <message id="settings.launchAtLoginFailed">
         <translation>The start at login could not be changed. The file that the desktop keeps for it cannot be written.</translation>
     </message>
+    <message id="settings.entryDropped">
+        <translation>What you typed cannot be used, so the item is as it was.</translation>
+    </message>
 </context>
 </TS>

@@ -2309,5 +2309,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="settings.launchAtLoginFailed">
         <translation>Le lancement à l’ouverture de session n’a pas pu être modifié. Le fichier prévu par le bureau ne peut pas être écrit.</translation>
     </message>
+    <message id="settings.entryDropped">
+        <translation>La saisie ne peut pas être utilisée : l’élément reste comme il était.</translation>
+    </message>
 </context>
 </TS>

@@ -1,3 +1,4 @@
+#include "base/Text.h"
 #include "ui/GeneralTabWorld.h"
 
 #include <QCheckBox>
@@ -133,6 +134,10 @@ TEST_F(LinkEditorTest, BadAddressesAndPathsStayInTheFieldWithTheReason)
             QTest::keyClick(path(), Qt::Key_Escape);
         EXPECT_TRUE(problem().isEmpty());
     }
+    EXPECT_EQ(status(), QString());
+    type(path(), "relative");
+    tree()->selectItem(web.id);
+    EXPECT_EQ(status(), text("settings.entryDropped"_text)) << "it is said what became of it";
     EXPECT_EQ(world.links.find(file.id)->bookmarkData,
               test::FakeFileBookmarks::bookmarkOf(QStringLiteral("/etc/hosts")));
 }

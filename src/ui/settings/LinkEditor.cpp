@@ -81,6 +81,8 @@ void LinkEditor::setItems(const QList<QUuid> &ids)
             return;
         if (!m_gone)
             commit();
+        if (isBeingTyped()) // and cannot stay, nor be taken
+            SettingsWindow::showStatus(this, text("settings.entryDropped"_text));
         m_gone = false;
         m_name->revert();
         m_path->revert();
