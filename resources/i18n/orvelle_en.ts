@@ -2312,5 +2312,8 @@ You can change or remove everything here.</translation>
     <message id="settings.entryDropped">
         <translation>What you typed cannot be used, so the item is as it was.</translation>
     </message>
+    <message id="note.colorForNew">
+        <translation>Use for new notes</translation>
+    </message>
 </context>
 </TS>

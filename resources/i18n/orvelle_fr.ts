@@ -2312,5 +2312,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="settings.entryDropped">
         <translation>La saisie ne peut pas être utilisée : l’élément reste comme il était.</translation>
     </message>
+    <message id="note.colorForNew">
+        <translation>Utiliser pour les nouvelles notes</translation>
+    </message>
 </context>
 </TS>

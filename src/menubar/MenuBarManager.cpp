@@ -2,8 +2,8 @@
 
 #include "base/Notifications.h"
 #include "base/Text.h"
-#include "base/Uuid.h"
 #include "links/LinkStore.h"
+#include "links/NewNote.h"
 #include "menubar/AppWindows.h"
 #include "menubar/MenuletIcons.h"
 #include "menubar/StartupJobs.h"
@@ -218,10 +218,7 @@ void MenuBarManager::createAndOpenQuickNote()
 {
     if (m_services.presenter.isOpen())
         m_services.presenter.close();
-    LinkItem note = LinkItem::make(text("note.defaultName"_text), QStringLiteral("quicknote://") + newUuidText(),
-                                   LinkType::Note, m_services.clock.now());
-    note.customIconColor =
-        m_services.defaults.get<QString>(QStringLiteral("DefaultNoteColor")).value_or(QStringLiteral("yellow"));
+    const LinkItem note = newNote(m_services.defaults, m_services.clock.now());
     m_services.links.addLink(note);
     m_services.windows.openNoteEditor(note.id);
 }

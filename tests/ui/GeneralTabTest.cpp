@@ -1,4 +1,5 @@
 #include "links/LinkTree.h"
+#include "links/NewNote.h"
 #include "ui/GeneralTabWorld.h"
 
 #include <QCheckBox>
@@ -186,12 +187,13 @@ TEST_F(GeneralTabTest, NewItemsGoIntoTheSelectedGroupWhereThereIsRoom)
     select("x"); // its own group is at the last level
     child<QAction>("addLink")->trigger();
     EXPECT_EQ(world.windows.opened, QStringList{QStringLiteral("quickAdd:") + id("g").toString()});
+    ASSERT_TRUE(setNewNoteColor(world.defaults, QStringLiteral("pink")));
     child<QAction>("addNote")->trigger();
     EXPECT_EQ(postedSince(), QStringList{QStringLiteral("openNoteEditor")});
     const LinkItem note = item("g").children->last();
     EXPECT_EQ(note.type, LinkType::Note);
     EXPECT_TRUE(note.path.startsWith(QStringLiteral("quicknote://")));
-    EXPECT_EQ(note.customIconColor, QStringLiteral("yellow"));
+    EXPECT_EQ(note.customIconColor, QStringLiteral("pink"));
     EXPECT_EQ(tree()->selectedIds(), QList<QUuid>{note.id});
 
     select("x");

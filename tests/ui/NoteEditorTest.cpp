@@ -1,7 +1,9 @@
 #include "links/LinkCodec.h"
+#include "links/NewNote.h"
 #include "links/RtfReader.h"
 #include "links/RtfWriter.h"
 #include "ui/UiWorld.h"
+#include "ui/common/ColorMenu.h"
 #include "ui/notes/NoteEditorWindow.h"
 #include "ui/notes/NotePlaces.h"
 #include "ui/notes/NoteTitleBarView.h"
@@ -298,6 +300,22 @@ TEST_F(NoteEditorTest, TitleBarRenamesAndRecolours)
     title->applyChanges(QStringLiteral("  "), QStringLiteral("pink"));
     EXPECT_EQ(stored(), before);
     EXPECT_EQ(world.posted.size(), 1);
+}
+
+TEST_F(NoteEditorTest, ItsColourCanBecomeThatOfNewNotes)
+{
+    EXPECT_EQ(newNoteColor(world.defaults), QStringLiteral("yellow"));
+    window->findChild<NoteTitleBarView *>()->applyChanges(QStringLiteral("List"), QStringLiteral("pink"));
+    auto *menu = window->findChild<ColorMenu *>();
+    menu->popup({});
+    QAction *forNew = menu->actions().constLast();
+    EXPECT_TRUE(forNew->isEnabled());
+    forNew->trigger();
+    menu->close();
+    EXPECT_EQ(newNoteColor(world.defaults), QStringLiteral("pink"));
+    EXPECT_EQ(stored().customIconColor, QStringLiteral("pink"));
+    menu->popup({});
+    EXPECT_FALSE(forNew->isEnabled()) << "it is that already";
 }
 
 TEST_F(NoteEditorTest, ANameBeingTypedSurvivesASaveOfTheText)

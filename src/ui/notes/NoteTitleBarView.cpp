@@ -4,12 +4,14 @@
 #include "base/Text.h"
 #include "links/LinkColors.h"
 #include "links/LinkStore.h"
+#include "links/NewNote.h"
 #include "platform/Clock.h"
 #include "ui/common/AssistedInput.h"
 #include "ui/common/ColorMenu.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -31,7 +33,13 @@ NoteTitleBarView::NoteTitleBarView(const NoteEditorServices &services, const Lin
     buildRow();
     connect(m_name, &QLineEdit::editingFinished, this, &NoteTitleBarView::commitName);
     connect(m_colors, &ColorMenu::chosen, this, [this](const QString &key) { applyChanges(m_name->text(), key); });
-    connect(m_colors, &QMenu::aboutToShow, this, [this] { m_colors->setCurrent(colorKey()); });
+    m_colors->addSeparator();
+    QAction *forNew = m_colors->addAction(text("note.colorForNew"_text));
+    connect(forNew, &QAction::triggered, this, [this] { setNewNoteColor(m_services.defaults, colorKey()); });
+    connect(m_colors, &QMenu::aboutToShow, this, [this, forNew] {
+        m_colors->setCurrent(colorKey());
+        forNew->setEnabled(newNoteColor(m_services.defaults) != colorKey());
+    });
     setNote(note);
 }
 

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
+#include "links/NewNote.h"
 #include "menubar/AppWindows.h"
 #include "platform/Clock.h"
 #include "ui/settings/LinkTreeModel.h"
@@ -74,11 +75,7 @@ void LinkCommands::addLink()
 
 void LinkCommands::addNote()
 {
-    const QUuid token = QUuid::createUuid();
-    LinkItem note = LinkItem::make(text("note.defaultName"_text),
-                                   QStringLiteral("quicknote://") + token.toString(QUuid::WithoutBraces).toUpper(),
-                                   LinkType::Note, m_services.clock.now());
-    note.customIconColor = QStringLiteral("yellow");
+    const LinkItem note = newNote(m_services.defaults, m_services.clock.now());
     if (insert({note}, groupForNew(deepestForLinks), std::nullopt))
         emit m_services.notifications.openNoteEditor(note.id);
 }
