@@ -182,8 +182,8 @@ void UpdateManager::fail(const QString &reason, bool manually)
 
 bool UpdateManager::isNewer(const UpdateInfo &remote) const
 {
-    const int order = compareVersions(remote.version, m_installed.version);
-    return order != 0 ? order > 0 : compareVersions(remote.build, m_installed.build) > 0;
+    const int order = compareVersions(remote.version, currentVersion());
+    return order != 0 ? order > 0 : compareVersions(remote.build, currentBuild()) > 0;
 }
 
 QString UpdateManager::displayVersion(const QString &version, const QString &build)
@@ -220,8 +220,7 @@ void UpdateManager::presentUpToDateAlert()
 {
     Alert alert;
     alert.message = text("update.upToDate.title"_text);
-    alert.informativeText =
-        text("update.upToDate.message %@"_text, displayVersion(m_installed.version, m_installed.build));
+    alert.informativeText = text("update.upToDate.message %@"_text, displayVersion(currentVersion(), currentBuild()));
     alert.buttons = {text("sheet.ok"_text)};
     m_services.alerts.show(alert);
 }
