@@ -51,10 +51,8 @@ MenuPopup::MenuPopup(ChildEntries childEntries, QObject *parent)
     connect(&m_aimTimer, &QTimer::timeout, this, [this] { hover(placeAt(m_lastPointer)); });
     connect(&m_scrollTimer, &QTimer::timeout, this, &MenuPopup::autoScroll);
     connect(&m_grabTimer, &QTimer::timeout, this, &MenuPopup::grabInput);
-    // Where it is a window like others, which sees no press beside it.
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        const bool isWindow = !m_stage && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
-        if (state != Qt::ApplicationActive && isWindow)
+        if (state != Qt::ApplicationActive && isWindowAmongOthers())
             finish({});
     });
 }
@@ -67,6 +65,11 @@ MenuPopup::~MenuPopup()
     closeStage();
     for (const QPointer<MenuStage> &stage : m_leaving)
         delete stage.data(); // the shell may go next
+}
+
+bool MenuPopup::isWindowAmongOthers() const
+{
+    return !m_stage && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
 }
 
 QPoint MenuPopup::pointerPosition() const
@@ -161,12 +164,29 @@ void MenuPopup::place(MenuPlacement placement)
         root.setFocus();
         return;
     }
+    if (isWindowAmongOthers()) {
+        root.setFocus();
+        root.show();
+        watchOtherWindows();
+        return;
+    }
     m_grabTries = 0;
     // The toolkit grabs when it shows a popup; this one tries again where the
     // tray host still held the pointer, and waits for the first frame.
     connect(&root, &MenuPanel::painted, this, &MenuPopup::grabInput);
     root.setFocus();
     root.show();
+}
+
+/// A press in one of them is one beside the menu.
+void MenuPopup::watchOtherWindows()
+{
+    QWindow *own = panel(0).windowHandle();
+    own->setMouseGrabEnabled(false); // by which the toolkit hands it presses in the others
+    for (QWindow *other : QGuiApplication::topLevelWindows()) {
+        if (other != own)
+            other->installEventFilter(this);
+    }
 }
 
 void MenuPopup::fitPanel(MenuPanel *changed)
@@ -266,6 +286,8 @@ void MenuPopup::finish(const MenuAction &chosen)
         m_panels.pop_back();
     }
     closeStage();
+    for (QWindow *other : QGuiApplication::topLevelWindows())
+        other->removeEventFilter(this);
     m_parked = false;
     // From the event loop, so that whoever is told finds the grabs released.
     QMetaObject::invokeMethod(

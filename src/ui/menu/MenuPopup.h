@@ -76,6 +76,10 @@ private:
     void place(MenuPlacement placement);
     bool openStage(const MenuPlacement &placement);
     void closeStage();
+    /// Placed by the compositor, and without the pointer and the keyboard for
+    /// itself: it sees no press beside it.
+    bool isWindowAmongOthers() const;
+    void watchOtherWindows();
     /// Global pixels as the panels are placed: in the stage when there is one.
     QPoint placed(const QPoint &global) const { return m_stage ? m_stage->mapFromGlobal(global) : global; }
     QRect availableAt(const QPoint &position) const;
@@ -103,6 +107,7 @@ private:
     void moveTo(int level, int row, int button = 0, Qt::FocusReason reason = Qt::TabFocusReason);
 
     // Pointer
+    bool otherWindowEvent(const QEvent &event);
     Place placeAt(const QPoint &global) const;
     void pointerMoved(const QPoint &global);
     void hover(const Place &place);

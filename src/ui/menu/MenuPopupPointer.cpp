@@ -27,6 +27,8 @@ bool MenuPopup::eventFilter(QObject *watched, QEvent *event)
 {
     if (m_panels.empty())
         return false;
+    if (watched->isWindowType())
+        return otherWindowEvent(*event);
     switch (event->type()) {
     case QEvent::MouseMove:
         pointerMoved(placed(static_cast<QMouseEvent *>(event)->globalPosition().toPoint()));
@@ -66,6 +68,15 @@ MenuPopup::Place MenuPopup::placeAt(const QPoint &global) const
             return {level, panel(level).hit(global - panel(level).pos())};
     }
     return {};
+}
+
+/// What the toolkit would hand to the popup, at a place by the windows'
+/// positions, which are not known.
+bool MenuPopup::otherWindowEvent(const QEvent &event)
+{
+    if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin)
+        finish({});
+    return event.type() == QEvent::MouseMove || event.type() == QEvent::MouseButtonRelease;
 }
 
 void MenuPopup::pointerMoved(const QPoint &global)
