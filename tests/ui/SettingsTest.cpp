@@ -283,6 +283,23 @@ TEST_F(SettingsTest, DebugButtonsFollowTheModeAndClearAsksFirst)
     EXPECT_FALSE(world.defaults.value(QStringLiteral("debug_X")));
 }
 
+TEST_F(SettingsTest, TheTabKeyGoesDownThePages)
+{
+    openActive();
+    for (const char *name : {"about", "sync"}) {
+        window->showTab(QString::fromLatin1(name));
+        auto *page = child<QWidget>(name);
+        int last = 0;
+        for (QWidget *at = page->nextInFocusChain(); at != page; at = at->nextInFocusChain()) {
+            if (!page->isAncestorOf(at) || !(at->focusPolicy() & Qt::TabFocus) || !at->isVisible())
+                continue;
+            const int bottom = at->mapTo(page, QPoint(0, at->height())).y();
+            EXPECT_GE(bottom, last) << name << ": " << at->objectName().toStdString();
+            last = at->mapTo(page, QPoint()).y();
+        }
+    }
+}
+
 TEST_F(SettingsTest, TheButtonThatMovesAWidgetKeepsTheFocus)
 {
     openActive();

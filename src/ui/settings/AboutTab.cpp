@@ -34,12 +34,7 @@ QPushButton *namedButton(const QString &name, const QString &title, QWidget *par
 
 } // namespace
 
-AboutTab::AboutTab(const SettingsServices &services, QWidget *parent)
-    : QWidget(parent),
-      m_services(services),
-      m_enterDebug(namedButton(QStringLiteral("enterDebugMode"), text("debug.enterMode"_text), this)),
-      m_exitDebug(namedButton(QStringLiteral("exitDebugMode"), text("debug.exitMode"_text), this)),
-      m_clearDebug(namedButton(QStringLiteral("clearDebugData"), text("debug.clearData"_text), this))
+AboutTab::AboutTab(const SettingsServices &services, QWidget *parent) : QWidget(parent), m_services(services)
 {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(tabMargins());
@@ -81,11 +76,11 @@ QWidget *AboutTab::makeHead()
     const QString version = m_services.about.version + QStringLiteral(" (") + m_services.about.build + u')';
     QLabel *versionLabel = sectionSubtitle(text("about.version %@"_text, version), head);
     versionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    auto *welcome = namedButton(QStringLiteral("showWelcome"), text("welcome.show"_text), head);
-    connect(welcome, &QPushButton::clicked, this, &AboutTab::welcomeRequested);
     auto *manual = namedButton(QStringLiteral("openManual"), text("about.manual"_text), head);
     manual->setVisible(!m_services.about.manual.isEmpty());
     connect(manual, &QPushButton::clicked, this, &AboutTab::openManual);
+    auto *welcome = namedButton(QStringLiteral("showWelcome"), text("welcome.show"_text), head);
+    connect(welcome, &QPushButton::clicked, this, &AboutTab::welcomeRequested);
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
@@ -143,6 +138,9 @@ void AboutTab::addPlace(QFormLayout *form, const QString &label, const QString &
 QWidget *AboutTab::makeDebugSection()
 {
     auto *section = new QWidget(this);
+    m_enterDebug = namedButton(QStringLiteral("enterDebugMode"), text("debug.enterMode"_text), section);
+    m_exitDebug = namedButton(QStringLiteral("exitDebugMode"), text("debug.exitMode"_text), section);
+    m_clearDebug = namedButton(QStringLiteral("clearDebugData"), text("debug.clearData"_text), section);
     auto *row = new QHBoxLayout(section);
     row->setContentsMargins({});
     for (QPushButton *button : {m_enterDebug, m_exitDebug, m_clearDebug})
