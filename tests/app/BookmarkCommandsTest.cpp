@@ -50,6 +50,9 @@ TEST(BookmarkCommands, WhatIsExportedCanBeImported)
     const CommandResult written = commands.run(u"export-bookmarks out.html"_s);
     EXPECT_EQ(written.exitCode, 0);
     EXPECT_TRUE(written.err.contains("cannot hold: 1."));
+    const QByteArray printed = commands.run(u"export-bookmarks -"_s).out;
+    EXPECT_TRUE(printed.contains("example")) << printed.toStdString();
+    EXPECT_FALSE(QFile::exists(commands.path(u"-"_s)));
     EXPECT_EQ(commands.run(u"import-bookmarks out.html"_s).exitCode, 0);
     EXPECT_EQ(outlineOf(commands.store.links()), u"a g[b] note out[a g[b]]");
 }

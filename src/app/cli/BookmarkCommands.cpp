@@ -89,11 +89,14 @@ CommandResult runImportLinks(const CommandArguments &arguments, CommandContext &
 
 CommandResult runExportBookmarks(const CommandArguments &arguments, CommandContext &context)
 {
+    const bool prints = arguments.positional.at(0) == u"-";
     const QString path = filePath(arguments, context);
-    const WrittenBookmarks written = writeBookmarksHtml(context.links.links(), QFileInfo(path).completeBaseName());
-    if (const auto error = writePrivateFile(path, written.html))
+    const WrittenBookmarks written =
+        writeBookmarksHtml(context.links.links(), prints ? u"Orvelle"_s : QFileInfo(path).completeBaseName());
+    const auto error = prints ? std::nullopt : writePrivateFile(path, written.html);
+    if (error)
         return CommandResult::refused(u"The bookmarks could not be written: "_s + error->sentence);
-    CommandResult result = CommandResult::done();
+    CommandResult result = CommandResult::done(prints ? written.html : QByteArray());
     if (written.notesLeftOut > 0)
         result.err =
             u"orvelle: Notes left out, which a bookmark file cannot hold: %1.\n"_s.arg(written.notesLeftOut).toUtf8();

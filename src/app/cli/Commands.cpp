@@ -65,7 +65,7 @@ constexpr Command table[] = {
      CommandPlace::Anywhere, runSyncDisable},
     {"import-bookmarks", "FILE [--json]", "Add the bookmarks of a browser (an HTML file) to the end of the links.", 1,
      1, "json", "", CommandPlace::Anywhere, runImportBookmarks, true},
-    {"export-bookmarks", "FILE", "Write the links as a bookmark file for browsers.", 1, 1, "", "",
+    {"export-bookmarks", "FILE", "Write the links as a bookmark file for browsers; - prints it.", 1, 1, "", "",
      CommandPlace::Anywhere, runExportBookmarks},
     {"import-links", "FOLDER [--json]", "Add the links of a folder of .desktop, .url and .webloc files.", 1, 1, "json",
      "", CommandPlace::Anywhere, runImportLinks, true},
