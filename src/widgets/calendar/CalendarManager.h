@@ -57,7 +57,6 @@ public:
 
     bool accessGranted() const { return m_accessGranted; }
     const QList<CalendarEventInfo> &nextEvents() const { return m_nextEvents; }
-    const std::optional<Timestamp> &lastFetchDate() const { return m_lastFetchDate; }
 
     void requestAccess();
     void startMonitoring();
