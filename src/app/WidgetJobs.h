@@ -40,7 +40,7 @@ public:
 
     WidgetJobs(StartupJobs &others, GlobalShortcut &shortcut) : m_others(others), m_shortcut(shortcut) {}
 
-    void add(WidgetType type, Widget widget) { m_widgets.insert(type, std::move(widget)); }
+    void add(WidgetType type, const Widget &widget) { m_widgets.insert(type, widget); }
     void setServices(Services services) { m_services = std::move(services); }
     /// Null for a widget that is not in the table.
     QWidget *makeRow(WidgetType type, QWidget *parent) const;
