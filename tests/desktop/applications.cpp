@@ -1,4 +1,5 @@
 #include "desktop/tray_tools.h"
+#include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/GioApplications.h"
 
 #include <QDir>
@@ -36,7 +37,7 @@ protected:
     bool starts(const QString &path, const QString &file, const QString &id = {})
     {
         applications.launch(path, id);
-        return waitFor([&] { return QFile::exists(made(file)); }, 3000);
+        return waitFor([&] { return QFile::exists(made(file)); }, 20'000);
     }
 
     QString installedFolder;
@@ -113,6 +114,21 @@ TEST_F(ApplicationsTest, AnnouncesTheStartWithItsTime)
     const qsizetype time = id.indexOf("_TIME");
     EXPECT_GT(time, 0) << id.constData();
     EXPECT_GT(id.mid(time + 5).toULongLong(), 0U) << "without a time the window gets no focus";
+}
+
+TEST_F(ApplicationsTest, GivesOneProgramTheLeaveToTakeTheFocus)
+{
+    ASSERT_TRUE(takeActivationToken(u"leave-1"_s));
+    for (const QByteArray expected : {"leave-1.", "."}) {
+        const QString path =
+            entry(installedFolder + u"/leave.desktop"_s,
+                  u"sh -c 'echo \"$XDG_ACTIVATION_TOKEN.\" > %1.new; mv %1.new %1'"_s.arg(made(u"leave"_s)));
+        EXPECT_TRUE(starts(path, u"leave"_s));
+        QFile file(made(u"leave"_s));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll().trimmed(), expected);
+        file.remove();
+    }
 }
 
 TEST_F(ApplicationsTest, AsksOverTheBusWhereTheEntryWantsIt)

@@ -90,14 +90,13 @@ AppInfo load(const QString &path, const QString &id)
     return AppInfo(g_desktop_app_info_new(file.toUtf8().constData()));
 }
 
-void launchNow(const QString &path, const QString &id)
+void launchNow(const QString &path, const QString &id, const StartupNotice &notice)
 {
     const AppInfo info = load(path, id);
     if (!info) {
         qCWarning(lcApplications, "An application that is to be started is gone");
         return;
     }
-    const StartupNotice notice;
     GError *error = nullptr;
     if (!g_app_info_launch(G_APP_INFO(info.get()), nullptr, notice.context(), &error)) {
         qCWarning(lcApplications, "An application could not be started: %d", error ? error->code : 0);
@@ -136,7 +135,7 @@ std::optional<DesktopApplication> GioApplications::find(const QString &path, con
 
 void GioApplications::launch(const QString &path, const QString &id)
 {
-    m_launchers.run([path, id] { launchNow(path, id); });
+    m_launchers.run([path, id, notice = std::make_shared<StartupNotice>()] { launchNow(path, id, *notice); });
 }
 
 } // namespace orvelle

@@ -1,7 +1,9 @@
 #include "platform/freedesktop/GioWorkspace.h"
 
 #include "base/AddressSchemes.h"
+#include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/GioLaunch.h"
+#include "platform/freedesktop/StartupNotice.h"
 #include "platform/freedesktop/WindowFocus.h"
 
 #include <QDBusMessage>
@@ -60,7 +62,9 @@ bool GioWorkspace::openUrl(const QUrl &url)
 {
     if (!mayBeOpened(url))
         return false;
-    m_launchers.run([encoded = url.toEncoded()] { reportFailure("an address", gio::openAddress(encoded)); });
+    m_launchers.run([encoded = url.toEncoded(), notice = std::make_shared<StartupNotice>()] {
+        reportFailure("an address", gio::openAddress(encoded, *notice));
+    });
     return true;
 }
 
@@ -68,7 +72,8 @@ bool GioWorkspace::openFile(const QString &path)
 {
     if (!QDir::isAbsolutePath(path))
         return false;
-    m_launchers.run([path] { reportFailure("a file", gio::openFile(path)); });
+    m_launchers.run(
+        [path, notice = std::make_shared<StartupNotice>()] { reportFailure("a file", gio::openFile(path, *notice)); });
     return true;
 }
 
@@ -91,7 +96,9 @@ bool GioWorkspace::reveal(const QString &path)
 void GioWorkspace::askFileManager(const QString &method, const QString &path, const QString &fallbackFolder)
 {
     const auto openByEntry = [this, fallbackFolder] {
-        m_launchers.run([fallbackFolder] { reportFailure("a folder", gio::openFolder(fallbackFolder)); });
+        m_launchers.run([fallbackFolder, notice = std::make_shared<StartupNotice>()] {
+            reportFailure("a folder", gio::openFolder(fallbackFolder, *notice));
+        });
     };
     if (!m_bus.isConnected()) {
         openByEntry();
@@ -101,8 +108,7 @@ void GioWorkspace::askFileManager(const QString &method, const QString &path, co
     const auto call =
         QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                        u"org.freedesktop.FileManager1"_s, method)
-        << QStringList(uri) << qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    qunsetenv("XDG_ACTIVATION_TOKEN"); // it serves once
+        << QStringList(uri) << QString::fromLatin1(spendActivationToken());
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, fileManagerTimeoutMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [pending, openByEntry] {
         pending->deleteLater();

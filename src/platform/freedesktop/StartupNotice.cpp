@@ -1,5 +1,6 @@
 #include "platform/freedesktop/StartupNotice.h"
 
+#include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/XcbTools.h"
 
 #include <QByteArray>
@@ -19,7 +20,8 @@ constexpr int answerMs = 500;
 
 struct NoticeContext {
     GAppLaunchContext parent;
-    const XcbConnection *x;
+    std::unique_ptr<XcbConnection> *x; ///< opened when a program wants it
+    const char *token;                 ///< empty without one
 };
 struct NoticeContextClass {
     GAppLaunchContextClass parent;
@@ -55,7 +57,11 @@ xcb_timestamp_t serverTime(const XcbConnection &x)
 /// The id that GIO hands to the program; allocated for GIO to free.
 char *announce(GAppLaunchContext *context, GAppInfo *info, GList *)
 {
-    const XcbConnection *x = reinterpret_cast<NoticeContext *>(context)->x;
+    const auto *notice = reinterpret_cast<NoticeContext *>(context);
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return *notice->token ? g_strdup(notice->token) : nullptr;
+    *notice->x = XcbConnection::open({});
+    const XcbConnection *x = notice->x->get();
     if (!x)
         return nullptr;
     const std::unique_ptr<SnDisplay, UnrefDisplay> display(sn_xcb_display_new(x->raw(), nullptr, nullptr));
@@ -90,15 +96,20 @@ class StartupNotice::Private
 public:
     Private()
     {
-        if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
-            x = XcbConnection::open({});
-        context = static_cast<GAppLaunchContext *>(g_object_new(contextType(), nullptr));
-        reinterpret_cast<NoticeContext *>(context)->x = x.get();
+        auto *made = static_cast<NoticeContext *>(g_object_new(contextType(), nullptr));
+        made->x = &x;
+        made->token = token.constData();
+        context = &made->parent;
+        // Copies the environment, which threads must not read while it may change.
+        g_app_launch_context_unsetenv(context, "XDG_ACTIVATION_TOKEN");
+        if (!token.isEmpty())
+            g_app_launch_context_setenv(context, "XDG_ACTIVATION_TOKEN", token.constData());
     }
     ~Private() { g_object_unref(context); }
     Q_DISABLE_COPY_MOVE(Private)
 
     std::unique_ptr<XcbConnection> x;
+    const QByteArray token = spendActivationToken();
     GAppLaunchContext *context;
 };
 

@@ -9,8 +9,9 @@ namespace orvelle {
 /// What the desktop is told of a program that is being started (Startup
 /// Notification Protocol 0.1, freedesktop.org): its name and icon, and an id
 /// with the time of the user's action, by which the program's window may take
-/// the focus. Without an X server the context says nothing. Any thread, used
-/// by one.
+/// the focus. On Wayland the activation token serves for that, and is spent.
+/// Made on the main thread, whose environment of that moment the program gets;
+/// used by one thread.
 class StartupNotice
 {
 public:
