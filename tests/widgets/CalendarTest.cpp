@@ -109,6 +109,7 @@ TEST_F(CalendarTest, ScopesDuplicatesAndWhatIsOver)
         {away, CalendarScope::Today, 9, false, ""},
         {away, CalendarScope::OneDay, 9, false, "friday dinner"},
         {{declined, copy}, CalendarScope::All, 9, true, "declined"},
+        {{event("due", "2026-03-26T00:00:00", "2026-03-26T00:00:00")}, CalendarScope::OneDay, 9, false, "due"},
     };
     for (const auto &each : cases) {
         const auto listed =

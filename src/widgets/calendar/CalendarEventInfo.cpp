@@ -21,7 +21,9 @@ QDate dayOf(Timestamp moment)
 
 bool overlapsDay(const CalendarEvent &event, Timestamp dayWithin)
 {
-    return event.start < startOfNextDay(dayWithin) && event.end > startOfDay(dayWithin);
+    const Timestamp begin = startOfDay(dayWithin);
+    // One without a length may be at the day's very beginning.
+    return event.start < startOfNextDay(dayWithin) && (event.end > begin || event.start == begin);
 }
 
 /// One of several copies in several calendars; a declined one is the last choice.
