@@ -60,6 +60,18 @@ LinkItem make(LinkType type)
 
 } // namespace
 
+// It could take for ever to draw, wherever the document with it came from.
+TEST(LinkIconView, APictureThatIsADrawingIsNotDrawn)
+{
+    LinkItem item = make(LinkType::Url);
+    const QImage without = drawn(item, false);
+    item.faviconData = "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+                       "<rect width='16' height='16' fill='#ff0000'/></svg>";
+    EXPECT_EQ(drawn(item, false), without);
+    item.faviconData = pictureOf(Qt::red);
+    EXPECT_NE(drawn(item, false), without);
+}
+
 TEST(LinkIconView, SitePictureComesBeforeTheSymbol)
 {
     LinkItem item = make(LinkType::Url);

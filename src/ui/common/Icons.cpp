@@ -11,6 +11,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 // Outside any namespace, as the macro declares a global function.
@@ -26,6 +28,10 @@ namespace {
 /// A site's icon is hardly ever larger than 512 pixels; what claims more is
 /// not worth the memory.
 constexpr int largestImageSide = 2048;
+
+/// Bitmaps only, whatever a document brings along. A drawing in SVG is small in
+/// bytes and pixels and can still take for ever to draw.
+constexpr std::array bitmapFormats{"png", "jpeg", "gif", "ico", "bmp", "webp", "tiff", "icns"};
 
 QString symbolFile(const QString &name)
 {
@@ -119,6 +125,10 @@ QPixmap decoded(const QByteArray &data, int side, qreal ratio)
     buffer.setData(data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    if (std::ranges::none_of(bitmapFormats, [&format](const char *each) { return format == each; }))
+        return {};
     const QSize size = reader.size();
     if (!size.isValid() || size.width() > largestImageSide || size.height() > largestImageSide)
         return {};
