@@ -6,6 +6,8 @@
 #include "platform/Clock.h"
 #include "services/DebugModeManager.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace orvelle {

@@ -12,7 +12,7 @@ namespace {
 /// else. By hand, as taking thousands of addresses apart takes too long.
 QString comparable(const QString &address)
 {
-    const QString trimmed = address.trimmed();
+    QString trimmed = address.trimmed();
     const qsizetype scheme = trimmed.indexOf("://"_L1);
     if (scheme < 0)
         return trimmed;
