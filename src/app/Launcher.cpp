@@ -91,6 +91,12 @@ CommandResult notRunning()
     return CommandResult::refused(QStringLiteral("Orvelle is not running."));
 }
 
+CommandResult stillRunning()
+{
+    return CommandResult::refused(
+        QStringLiteral("Orvelle is still running; it asks before changes are lost that could not be saved."));
+}
+
 /// One run of the program.
 class Launcher
 {
@@ -156,8 +162,9 @@ int Launcher::runCommand(const CommandCall &call)
             const RunningInstance instance(QDBusConnection::sessionBus());
             if (instance.exists()) {
                 if (const auto result = instance.run(m_arguments, m_workingDirectory, call.command->onlyOnce)) {
-                    if (qstrcmp(call.command->name, "quit") == 0 && result->exitCode == CommandResult::Done)
-                        instance.waitUntilGone();
+                    const bool quits = qstrcmp(call.command->name, "quit") == 0;
+                    if (quits && result->exitCode == CommandResult::Done && !instance.waitUntilGone())
+                        return finish(stillRunning());
                     return finish(*result);
                 }
             }

@@ -95,15 +95,16 @@ bool RunningInstance::open(const QStringList &paths) const
            QDBusMessage::ReplyMessage;
 }
 
-void RunningInstance::waitUntilGone() const
+bool RunningInstance::waitUntilGone() const
 {
     QEventLoop loop;
     QDBusServiceWatcher watcher(busName(), m_bus, QDBusServiceWatcher::WatchForUnregistration);
     QObject::connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, &loop, &QEventLoop::quit);
     if (!exists())
-        return;
+        return true;
     QTimer::singleShot(goneTimeout, &loop, &QEventLoop::quit);
     loop.exec();
+    return !exists();
 }
 
 BusService::BusService(const QDBusConnection &bus, BusRequests requests, QObject *parent)

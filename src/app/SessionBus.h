@@ -34,8 +34,9 @@ public:
     /// False when nobody answered.
     bool activate() const;
     bool open(const QStringList &paths) const;
-    /// Waits until the application has let go of its name, at most 5 s.
-    void waitUntilGone() const;
+    /// Waits until the application has let go of its name, at most 5 s; false
+    /// when it has it still.
+    bool waitUntilGone() const;
 
 private:
     QDBusMessage call(const QString &interface, const QString &method, const QVariantList &arguments) const;
