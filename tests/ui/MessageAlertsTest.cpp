@@ -8,8 +8,11 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTextDocumentFragment>
+#include <QTextLayout>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace orvelle {
 
@@ -97,6 +100,31 @@ TEST_F(MessageAlertsTest, NamesCannotBringMarkup)
     for (const QLabel *label : alertOnScreen()->findChildren<QLabel *>())
         EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
     button(2)->click();
+}
+
+TEST_F(MessageAlertsTest, NoNameIsTooLongToBeRead)
+{
+    const QString names[] = {QStringLiteral("Sicherungskopie").repeated(14),
+                             QStringLiteral("👩‍👩‍👧").repeated(40), QStringLiteral("備份").repeated(90),
+                             QStringLiteral("short")};
+    for (const QString &name : names) {
+        alerts.show({Alert::Style::Warning, QStringLiteral("Title"), name, {QStringLiteral("OK")}});
+        const QList<QLabel *> labels = alertOnScreen()->findChildren<QLabel *>();
+        const auto label = std::ranges::find_if(
+            labels, [&name](const QLabel *each) { return QString(each->text()).remove(QChar(0x200b)) == name; });
+        ASSERT_NE(label, labels.end()) << "nothing else may be different";
+        QTextLayout layout((*label)->text(), (*label)->font());
+        layout.beginLayout();
+        double height = 0;
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth((*label)->width());
+            EXPECT_LE(line.naturalTextWidth(), (*label)->width());
+            height += line.height();
+        }
+        layout.endLayout();
+        EXPECT_GE((*label)->height() + 1, height);
+        button(0)->click();
+    }
 }
 
 TEST(PlainToolTip, ShowsEachTextAsItStands)

@@ -14,4 +14,8 @@ namespace orvelle {
 void drawLine(QPainter &painter, const QRect &place, const QString &text, Qt::LayoutDirection window,
               bool atEnd = false);
 
+/// The text with places inside of overlong words, such as the name of a file
+/// without a blank, where a label that wraps may begin a new line.
+QString breakable(const QString &text);
+
 } // namespace orvelle

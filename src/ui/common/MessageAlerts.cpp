@@ -1,6 +1,7 @@
 #include "ui/common/MessageAlerts.h"
 
 #include "ui/common/Icons.h"
+#include "ui/common/LineText.h"
 
 #include <QDialog>
 #include <QGridLayout>
@@ -39,7 +40,7 @@ QLabel *plainLabel(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
-    label->setText(text);
+    label->setText(breakable(text));
     label->setWordWrap(true);
     label->setMinimumWidth(textColumnWidth);
     label->setAlignment(Qt::AlignLeading | Qt::AlignTop);

@@ -4,6 +4,7 @@
 #include "links/ExchangeDocument.h"
 #include "links/LinkTree.h"
 #include "ui/common/AssistedInput.h"
+#include "ui/common/LineText.h"
 #include "ui/common/NoticeBar.h"
 
 #include <QButtonGroup>
@@ -37,7 +38,7 @@ QLabel *wrapped(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
-    label->setText(text);
+    label->setText(breakable(text));
     label->setWordWrap(true);
     label->setMinimumWidth(columnWidth);
     return label;
