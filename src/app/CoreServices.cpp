@@ -6,18 +6,23 @@
 namespace orvelle {
 
 CoreServices::CoreServices(const Folders &userFolders, SystemClock &systemClock,
-                           std::unique_ptr<SqliteUserDefaults> openedDefaults, PowerEvents &powerEvents)
+                           std::unique_ptr<SqliteUserDefaults> openedDefaults, PowerEvents &powerEvents,
+                           Patience patience)
     : folders(userFolders),
       clock(systemClock),
       defaults(std::move(openedDefaults)),
       debugMode(*defaults, notifications),
+      promptBookmarks(anyBookmarks, volumes),
+      bookmarks(patience == Patience::GoesOn ? static_cast<FileBookmarks &>(promptBookmarks) : anyBookmarks),
+      distantFiles(patience == Patience::GoesOn ? std::make_optional<DistantFileThreads>() : std::nullopt),
       favicons(*defaults, debugMode, notifications),
       snapshots(folders.snapshots, clock),
       http(clock, "Orvelle/" + versionText().toLatin1()),
       siteIcons({favicons, http, clock, folders.data + QStringLiteral("/Favicons")}),
       hooks(siteIcons),
       jobs(siteIcons),
-      links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks}),
+      links({*defaults, debugMode, notifications, clock, bookmarks, volumes, powerEvents, snapshots, hooks,
+             distantFiles ? &*distantFiles : nullptr}),
       importMarks(links, *defaults, debugMode),
       widgetOrder(*defaults, debugMode, notifications),
       exchangeSettings({*defaults, debugMode, notifications, widgetOrder},

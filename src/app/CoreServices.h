@@ -10,9 +10,11 @@
 #include "links/ImportMarks.h"
 #include "links/LinkExchange.h"
 #include "links/LinkStore.h"
+#include "links/PromptBookmarks.h"
 #include "links/SnapshotStore.h"
 #include "menubar/StoredExchangeSettings.h"
 #include "menubar/WidgetOrderManager.h"
+#include "platform/freedesktop/DistantFileThreads.h"
 #include "platform/freedesktop/InodeFileBookmarks.h"
 #include "platform/freedesktop/LibsecretStore.h"
 #include "platform/freedesktop/MountVolumes.h"
@@ -79,17 +81,24 @@ private:
 class CoreServices
 {
 public:
+    /// What else is done while a volume does not answer: a command has nothing
+    /// to do but wait.
+    enum class Patience { WaitsForVolumes, GoesOn };
+
     /// `powerEvents` outlives this object.
     CoreServices(const Folders &folders, SystemClock &clock, std::unique_ptr<SqliteUserDefaults> defaults,
-                 PowerEvents &powerEvents);
+                 PowerEvents &powerEvents, Patience patience = Patience::WaitsForVolumes);
 
     Folders folders;
     SystemClock &clock;
     std::unique_ptr<SqliteUserDefaults> defaults;
     Notifications notifications;
     DebugModeManager debugMode;
-    InodeFileBookmarks bookmarks;
     MountVolumes volumes;
+    InodeFileBookmarks anyBookmarks;
+    PromptBookmarks promptBookmarks;
+    FileBookmarks &bookmarks; ///< one of the two
+    std::optional<DistantFileThreads> distantFiles;
     FaviconSettings favicons;
     SnapshotStore snapshots;
     QtHttpClient http;

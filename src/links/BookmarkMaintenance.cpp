@@ -8,11 +8,6 @@ namespace orvelle {
 
 namespace {
 
-bool isOnDisk(const LinkItem &item)
-{
-    return item.type == LinkType::File || item.type == LinkType::Folder;
-}
-
 /// The bookmark to keep from now on; absent when it leads nowhere.
 std::optional<QByteArray> reopened(const QByteArray &bookmark, FileBookmarks &bookmarks)
 {
@@ -54,6 +49,22 @@ QString parentFolder(const QString &path)
 }
 
 } // namespace
+
+bool isOnDisk(const LinkItem &item)
+{
+    return item.type == LinkType::File || item.type == LinkType::Folder;
+}
+
+QString securePath(const LinkItem &item, const FileBookmarks &bookmarks)
+{
+    if (!item.bookmarkData)
+        return item.path;
+    const auto resolved = bookmarks.resolve(*item.bookmarkData);
+    if (resolved)
+        return resolved->path;
+    qCWarning(lcLinkStore).noquote() << "Erreur résolution bookmark:" << resolved.error().detail;
+    return item.path;
+}
 
 BookmarkRefresh refreshBookmarks(LinkList &links, FileBookmarks &bookmarks)
 {

@@ -8,6 +8,12 @@ namespace orvelle {
 
 class FileBookmarks;
 
+/// True for files and folders.
+bool isOnDisk(const LinkItem &item);
+
+/// Where a file or folder link leads: its bookmark's target, else its path.
+QString securePath(const LinkItem &item, const FileBookmarks &bookmarks);
+
 struct BookmarkRefresh {
     bool renewed = false;       ///< the tree changed
     bool unrecoverable = false; ///< at least one file or folder cannot be reached by its bookmark

@@ -208,7 +208,7 @@ void FaviconStore::readDisk()
             missing.insert(item.id, {item.path, {}});
     });
     // A tree that could not be read is empty, and comes back.
-    const bool cleanup = std::exchange(m_cleanupWanted, false) && !m_links->keptUnreadableAt();
+    const bool cleanup = std::exchange(m_cleanupWanted, false) && !m_links->isUnreadable();
     ++m_reading;
     m_pool.start([this, all, missing, cleanup] {
         readDiskElsewhere(missing);

@@ -5,6 +5,7 @@
 #include "links/BookmarkMaintenance.h"
 #include "links/LinkDetection.h"
 #include "links/LinkTree.h"
+#include "platform/FileBookmarks.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -237,14 +238,17 @@ LinkList arranged(const ForeignLinks &foreign, const QString &title, Timestamp n
 
 void settleOnDisk(LinkList &items, const FileBookmarks &bookmarks)
 {
-    changeItems(items, [](const LinkItem &item) -> std::optional<LinkItem> {
-        if (item.type != LinkType::File || !QFileInfo(item.path).isDir())
+    changeItems(items, [&bookmarks](const LinkItem &item) -> std::optional<LinkItem> {
+        if (!isOnDisk(item))
             return std::nullopt;
-        LinkItem folder = item;
-        folder.type = LinkType::Folder;
-        return folder;
+        LinkItem settled = item;
+        const auto bookmark = bookmarks.create(item.path);
+        settled.bookmarkData = bookmark ? std::optional(*bookmark) : std::nullopt;
+        const bool looked = bookmark || !bookmark.error().notLooked;
+        if (item.type == LinkType::File && looked && QFileInfo(item.path).isDir())
+            settled.type = LinkType::Folder;
+        return settled;
     });
-    recreateBookmarks(items, bookmarks);
 }
 
 Result<QByteArray, ForeignError> readPlainFile(const QString &path, qint64 maxBytes)

@@ -29,12 +29,23 @@ bool looksLikePath(const QString &text)
 
 } // namespace
 
-LinkType detectedType(const QString &text, const QString &home)
+LinkType detectedType(const QString &text, const Volumes &volumes)
 {
     const auto begins = [&text](QLatin1StringView prefix) { return text.startsWith(prefix); };
     if (std::any_of(addressPrefixes.begin(), addressPrefixes.end(), begins) || !looksLikePath(text))
         return LinkType::Url;
-    return QFileInfo(expandedHomePath(text, home)).isDir() ? LinkType::Folder : LinkType::File;
+    const QString path = expandedHomePath(text, volumes.realHomeDirectory());
+    const bool isDistant = !volumes.distantVolumeHolding(path).isEmpty();
+    const bool isFolder = isDistant ? path.endsWith(u'/') : QFileInfo(path).isDir();
+    return isFolder ? LinkType::Folder : LinkType::File;
+}
+
+bool mayExist(const QString &text, const Volumes &volumes)
+{
+    if (!looksLikePath(text))
+        return true;
+    const QString path = expandedHomePath(text, volumes.realHomeDirectory());
+    return !volumes.distantVolumeHolding(path).isEmpty() || QFileInfo::exists(path);
 }
 
 bool isValidLink(const QString &text)
@@ -79,12 +90,11 @@ std::optional<LinkItem> linkFromText(const QString &text, const QString &name, c
 {
     if (!isValidLink(text))
         return std::nullopt;
-    const QString home = volumes.realHomeDirectory();
-    LinkType type = detectedType(text, home);
+    LinkType type = detectedType(text, volumes);
     QString path = text;
     QString chosenName = name;
     if (type != LinkType::Url) {
-        path = QDir::cleanPath(expandedHomePath(text, home));
+        path = QDir::cleanPath(expandedHomePath(text, volumes.realHomeDirectory()));
         if (chosenName.isEmpty())
             chosenName = defaultName(path, type);
         if (const auto address = networkURL(path, volumes)) {

@@ -7,8 +7,13 @@ namespace orvelle {
 class Volumes;
 
 /// The kind of link a typed, pasted or dropped text stands for: an address, or
-/// a path ("/..." or "~..."), which is a folder when one exists there.
-LinkType detectedType(const QString &text, const QString &home);
+/// a path ("/..." or "~..."), which is a folder when one exists there. On a
+/// distant volume nobody looks: there a slash at the end makes a folder.
+LinkType detectedType(const QString &text, const Volumes &volumes);
+
+/// Whether something is there, if `text` is a path. On a distant volume, where
+/// nobody looks, it is taken to be.
+bool mayExist(const QString &text, const Volumes &volumes);
 
 /// Whether the text can be added: an address of a known scheme, or a path.
 bool isValidLink(const QString &text);

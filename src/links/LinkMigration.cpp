@@ -7,11 +7,11 @@
 
 namespace orvelle {
 
-namespace {
-
 bool addBookmark(LinkItem &item, const FileBookmarks &bookmarks)
 {
     const auto bookmark = bookmarks.create(item.path);
+    if (!bookmark && bookmark.error().notLooked)
+        return false;
     if (!bookmark) {
         qCWarning(lcLinkStore).noquote().nospace()
             << "Erreur migration bookmark pour " << item.path << ": " << bookmark.error().detail;
@@ -20,8 +20,6 @@ bool addBookmark(LinkItem &item, const FileBookmarks &bookmarks)
     item.bookmarkData = *bookmark;
     return true;
 }
-
-} // namespace
 
 bool migrateItems(LinkList &links, const FileBookmarks &bookmarks, Timestamp now)
 {

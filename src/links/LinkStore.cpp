@@ -32,6 +32,7 @@ LinkStore::LinkStore(const Services &services, QObject *parent)
     connect(&m_services.powerEvents, &PowerEvents::didWake, this, [this] { m_services.hooks.systemDidWake(); });
     connect(&m_services.defaults, &UserDefaults::changedExternally, this, &LinkStore::reloadAfterOutsideChange);
     m_isInitialized = true;
+    makeLackingBookmarks();
 }
 
 LinkStore::~LinkStore() = default;
@@ -75,11 +76,7 @@ LinkStore::Outcome LinkStore::perform(const Pending &pending, bool triggerSync)
     LinkList after = m_links;
     if (!pending.change(after))
         return outcome;
-    if (treeLevels(after) > maxTreeLevels) {
-        qCWarning(lcLinkStore) << "Refused: groups nested deeper than" << maxTreeLevels;
-        return outcome;
-    }
-    if (!keepSnapshot(pending.step, pending.reason, m_links))
+    if (isTooDeep(after) || !keepSnapshot(pending.step, pending.reason, m_links))
         return outcome;
     announceForeign(pending.reason, m_links, after);
     m_links = std::move(after);
@@ -87,6 +84,14 @@ LinkStore::Outcome LinkStore::perform(const Pending &pending, bool triggerSync)
     outcome.applied = true;
     storeTree(triggerSync, outcome);
     return outcome;
+}
+
+bool LinkStore::isTooDeep(const LinkList &links)
+{
+    if (treeLevels(links) <= maxTreeLevels)
+        return false;
+    qCWarning(lcLinkStore) << "Refused: groups nested deeper than" << maxTreeLevels;
+    return true;
 }
 
 bool LinkStore::keepSnapshot(Step step, const QString &reason, const LinkList &links)
@@ -176,7 +181,8 @@ void LinkStore::rebase(Outcome &outcome)
     for (const Pending &pending : std::as_const(m_pending)) {
         LinkList after = tree;
         const bool last = &pending == &m_pending.constLast();
-        const bool made = pending.change(after) && keepSnapshot(pending.step, pending.reason, tree);
+        const bool made =
+            pending.change(after) && !isTooDeep(after) && keepSnapshot(pending.step, pending.reason, tree);
         if (last)
             outcome = {made, true, tree};
         if (made) {
@@ -198,6 +204,7 @@ void LinkStore::announceTree()
         return;
     emit linksChanged();
     emit historyChanged();
+    makeLackingBookmarks();
 }
 
 QString LinkStore::homeDirectory() const

@@ -2,6 +2,8 @@
 
 #include "links/LinkEditing.h"
 #include "links/LinkItem.h"
+#include "platform/DistantFiles.h"
+#include "platform/FileBookmarks.h"
 #include "platform/UserDefaults.h"
 
 #include <QHash>
@@ -16,7 +18,6 @@ namespace orvelle {
 
 class Clock;
 class DebugModeManager;
-class FileBookmarks;
 class FolderChooser;
 class Notifications;
 class PowerEvents;
@@ -66,6 +67,7 @@ public:
         PowerEvents &powerEvents;
         SnapshotStore &snapshots;
         LinkStoreHooks &hooks;
+        DistantFiles *distantFiles = nullptr; ///< null: it may wait for any volume
     };
 
     explicit LinkStore(const Services &services, QObject *parent = nullptr);
@@ -157,16 +159,19 @@ public:
     /// Makes a snapshot the tree again. False when it cannot be read.
     bool restoreSnapshot(const QString &name);
 
-    /// Renews stale bookmarks. True when at least one file or folder link
-    /// could not be resolved.
-    bool refreshStaleBookmarks();
+    /// Renews stale bookmarks: before it returns those of what is at hand, those
+    /// on a distant volume when that answers. Calls `unresolved` at most once,
+    /// when a file or folder link could not be resolved.
+    void refreshStaleBookmarks(const std::function<void()> &unresolved);
     void restoreRootAccess();
     /// Asks for a folder that holds all linked paths and rebuilds every
     /// bookmark.
     void repairBookmarks(FolderChooser &chooser);
-    /// Where a file or folder link leads: its bookmark's target, else its path.
-    QString securePath(const LinkItem &item) const;
+    /// Looks at what lies at `path` and delivers the outcome through `receiver`:
+    /// before this returns when it is at hand, else when its volume answers.
+    void look(const QString &path, QObject *receiver, const DistantFiles::Look &look) const;
     FileBookmarks &fileBookmarks() const { return m_services.bookmarks; }
+    const Volumes &volumes() const { return m_services.volumes; }
     /// The user's home folder, which documents that leave the machine call "~".
     QString homeDirectory() const;
 
@@ -175,6 +180,8 @@ public:
     /// Where the bytes are kept that the last load could not read; absent when
     /// it could, or when they could not be copied yet.
     std::optional<QString> keptUnreadableAt() const { return m_keptUnreadableAt; }
+    /// True when the last load could not read what is stored, kept or not.
+    bool isUnreadable() const { return m_keptUnreadableAt || m_notYetSetAside; }
     /// Tries to read such bytes again and makes them the tree. The copy stays.
     bool restoreRescuedData(const QString &key);
 
@@ -228,6 +235,7 @@ private:
     std::optional<EditRefusal> attempt(Step step, const QString &reason, const Attempt &change);
 
     Outcome perform(const Pending &pending, bool triggerSync);
+    static bool isTooDeep(const LinkList &links);
     bool keepSnapshot(Step step, const QString &reason, const LinkList &links);
     void announceForeign(const QString &reason, const LinkList &before, const LinkList &after);
     bool storeTree(bool triggerSync, Outcome &outcome);
@@ -236,8 +244,14 @@ private:
     void requestSync(bool triggerSync);
     bool travel(QList<LinkList> &from, QList<LinkList> &to, const QString &reason);
     bool replaceTree(LinkList links, const QString &reason);
-    void setBookmarks(const LinkList &renewed);
+    using FilesLook = std::function<bool(LinkList &, FileBookmarks &)>;
+    void lookAtFiles(const FilesLook &change, const std::function<void(bool found, bool changed)> &done);
+    void makeLackingBookmarks();
+    bool setBookmarks(const LinkList &before, const LinkList &after);
     void rebuildBookmarksBelow(const QString &folder);
+    void keepRoot(const Result<QByteArray, FileBookmarkError> &bookmark);
+    QString distantVolumeHolding(const QString &path) const;
+    void lookIn(const QString &volume, QObject *receiver, const DistantFiles::Look &look) const;
     void setAside(const DefaultsValue &value);
     bool setAsideWhatIsStillThere();
     void announceTree();
@@ -257,6 +271,7 @@ private:
     QString m_loadedKey; ///< where the tree came from and goes back to
     bool m_loadedInDebugMode = false;
     qint64 m_revision = 0;
+    QHash<QUuid, QString> m_lookedFor; ///< links whose missing bookmark was asked for, with their paths
     QString m_machineId;
     bool m_isAutoSyncingFromFile = false;
     bool m_isInitialized = false;

@@ -2,17 +2,17 @@
 
 #include "base/AddressSchemes.h"
 #include "base/Text.h"
+#include "links/BookmarkMaintenance.h"
 #include "links/ImportMarks.h"
 #include "links/LinkStore.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "platform/FileBookmarks.h"
+#include "platform/Volumes.h"
 #include "platform/Workspace.h"
 
-#include <QFutureWatcher>
 #include <QLoggingCategory>
 #include <QPointer>
-#include <QPromise>
 #include <QUrl>
 
 namespace orvelle {
@@ -22,8 +22,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 Q_LOGGING_CATEGORY(lcMenuBar, "MenuBarManager", QtInfoMsg)
-
-constexpr std::chrono::milliseconds lastLooks{500};
 
 QString reasonOf(const LocalProgram &program)
 {
@@ -58,29 +56,27 @@ LinkOpener::LinkOpener(LinkStore &links, Workspace &workspace, Clock &clock, con
                        QObject *parent)
     : QObject(parent), m_links(links), m_workspace(workspace), m_clock(clock)
 {
-    if (!caution)
-        return;
-    m_caution.emplace(*caution);
-    m_looking.emplace(2, lastLooks); // one dead network disk must not stop the others
-}
-
-QString LinkOpener::targetOf(const LinkItem &item) const
-{
-    const bool onDisk = item.type == LinkType::File || item.type == LinkType::Folder;
-    return onDisk ? m_links.securePath(item) : item.path.trimmed();
+    if (caution)
+        m_caution.emplace(*caution);
 }
 
 bool LinkOpener::open(const LinkItem &item)
 {
-    if (!m_caution || !mayLeadToFile(item))
-        return openNow(item.type, targetOf(item));
-    const QString target = targetOf(item);
-    if (target.isEmpty() || !m_caution->marks.asksFor(item, target))
+    if (!isOnDisk(item))
+        return openOrAsk(item, item.path.trimmed());
+    return lookFirst(item.path, [this, item](FileBookmarks &bookmarks) {
+        return [this, item, target = securePath(item, bookmarks)] { return openOrAsk(item, target); };
+    });
+}
+
+bool LinkOpener::openOrAsk(const LinkItem &item, const QString &target)
+{
+    if (!m_caution || !mayLeadToFile(item) || target.isEmpty() || !m_caution->marks.asksFor(item, target))
         return openNow(item.type, target);
     if (item.type == LinkType::Url && !isOpenable(QUrl(target, QUrl::TolerantMode)))
         return false;
-    openWithCaution(item.type, item.name, target, [this, item, target] { m_caution->marks.allow(item, target); });
-    return true;
+    return openWithCaution(item.type, item.name, target,
+                           [this, item, target] { m_caution->marks.allow(item, target); });
 }
 
 bool LinkOpener::openAddress(const QUrl &url)
@@ -90,16 +86,49 @@ bool LinkOpener::openAddress(const QUrl &url)
     const QString address = QString::fromLatin1(url.toEncoded());
     if (!m_caution || isRemoteScheme(url.scheme()))
         return openNow(LinkType::Url, address);
-    openWithCaution(LinkType::Url, url.fileName(), address, [] {});
-    return true;
+    return openWithCaution(LinkType::Url, url.fileName(), address, [] {});
 }
 
 std::optional<LocalProgram> LinkOpener::programToAskAbout(const LinkItem &item, const ImportMarks &marks) const
 {
-    const QString target = targetOf(item);
+    const QString target = isOnDisk(item) ? securePath(item, m_links.fileBookmarks()) : item.path.trimmed();
     if (!mayLeadToFile(item) || !marks.asksFor(item, target))
         return std::nullopt;
     return programBehind(item.type, target);
+}
+
+/// Goes on when `look` has an answer, which is before this returns unless the
+/// path is distant.
+bool LinkOpener::lookFirst(const QString &path, const Look &look)
+{
+    struct Wait {
+        bool over = false;
+        bool opened = true;
+    };
+    const auto wait = std::make_shared<Wait>();
+    m_links.look(path, this, [wait, look](FileBookmarks &bookmarks) -> DistantFiles::Delivery {
+        return [wait, goOn = look(bookmarks)] {
+            if (!std::exchange(wait->over, true))
+                wait->opened = goOn();
+        };
+    });
+    if (!wait->over) {
+        m_clock.after(patience, this, [wait] {
+            if (!std::exchange(wait->over, true))
+                qCInfo(lcMenuBar, "A link could not be opened: its volume does not answer");
+        });
+    }
+    return wait->opened;
+}
+
+/// Where those who open the target could hang; empty when it is at hand.
+QString LinkOpener::distantPathOf(LinkType type, const QString &target) const
+{
+    for (const QString &path : type == LinkType::Url ? localPathsOf(target) : QStringList(target)) {
+        if (!m_links.volumes().distantVolumeHolding(path).isEmpty())
+            return path;
+    }
+    return {};
 }
 
 bool LinkOpener::openNow(LinkType type, const QString &target)
@@ -109,10 +138,8 @@ bool LinkOpener::openNow(LinkType type, const QString &target)
         return openAt(target, &Workspace::openFile);
     case LinkType::Folder:
         return openAt(target, &Workspace::showFolder);
-    case LinkType::Url: {
-        const QUrl url(target, QUrl::TolerantMode);
-        return isOpenable(url) && m_workspace.openUrl(url);
-    }
+    case LinkType::Url:
+        return openUrl(target);
     case LinkType::Note:
     case LinkType::Group:
         return false;
@@ -120,44 +147,50 @@ bool LinkOpener::openNow(LinkType type, const QString &target)
     Q_UNREACHABLE();
 }
 
+bool LinkOpener::openUrl(const QString &address)
+{
+    const QUrl url(address, QUrl::TolerantMode);
+    if (!isOpenable(url))
+        return false;
+    const QString distant = distantPathOf(LinkType::Url, address);
+    if (distant.isEmpty())
+        return m_workspace.openUrl(url);
+    // The workspace opens a few at a time, which dead volumes must not use up:
+    // it is not given what does not answer.
+    return lookFirst(distant, [this, url, distant](FileBookmarks &bookmarks) {
+        bookmarks.startAccess(distant);
+        return [this, url] { return m_workspace.openUrl(url); };
+    });
+}
+
 bool LinkOpener::openAt(const QString &path, bool (Workspace::*handOver)(const QString &))
 {
     if (path.isEmpty())
         return false;
-    FileBookmarks &bookmarks = m_links.fileBookmarks();
-    const bool accessing = bookmarks.startAccess(path);
-    const bool opened = (m_workspace.*handOver)(path);
-    if (!opened)
-        qCInfo(lcMenuBar, "A file or folder link could not be opened");
-    if (accessing) {
-        m_clock.after(accessKept, this, [this, path] { m_links.fileBookmarks().stopAccess(path); });
-    }
-    return opened;
+    return lookFirst(path, [this, path, handOver](FileBookmarks &bookmarks) {
+        return [this, path, handOver, accessing = bookmarks.startAccess(path)] {
+            const bool opened = (m_workspace.*handOver)(path);
+            if (!opened)
+                qCInfo(lcMenuBar, "A file or folder link could not be opened");
+            if (accessing)
+                m_clock.after(accessKept, this, [this, path] { m_links.fileBookmarks().stopAccess(path); });
+            return opened;
+        };
+    });
 }
 
-/// Looks at the file first, on a thread, as its disk may be slow.
-void LinkOpener::openWithCaution(LinkType type, const QString &name, const QString &target, const Step &allowed)
+bool LinkOpener::openWithCaution(LinkType type, const QString &name, const QString &target, const Step &allowed)
 {
-    using Found = std::optional<LocalProgram>;
-    const auto promise = std::make_shared<QPromise<Found>>();
-    auto *watcher = new QFutureWatcher<Found>(this);
-    connect(watcher, &QFutureWatcher<Found>::finished, this, [this, watcher, type, name, target, allowed] {
-        watcher->deleteLater();
-        const Found program = watcher->result();
-        if (!program) {
-            openNow(type, target);
-            return;
-        }
-        ask(name, *program, [this, type, target, allowed] {
-            allowed();
-            openNow(type, target);
-        });
-    });
-    promise->start();
-    watcher->setFuture(promise->future());
-    m_looking->run([promise, type, target] {
-        promise->addResult(programBehind(type, target));
-        promise->finish();
+    return lookFirst(distantPathOf(type, target), [=, this](FileBookmarks &) {
+        return [=, this, program = programBehind(type, target)] {
+            if (!program)
+                return openNow(type, target);
+            ask(name, *program, [=, this] {
+                allowed();
+                openNow(type, target);
+            });
+            return true;
+        };
     });
 }
 

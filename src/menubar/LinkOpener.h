@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/PatientThreads.h"
 #include "links/LinkItem.h"
 #include "links/LocalPrograms.h"
 
@@ -14,6 +13,7 @@ namespace orvelle {
 
 class Alerts;
 class Clock;
+class FileBookmarks;
 class ImportMarks;
 class LinkStore;
 class Workspace;
@@ -26,6 +26,9 @@ class LinkOpener : public QObject
 public:
     /// How long access to a file is kept for its handler to start.
     static constexpr std::chrono::milliseconds accessKept{1000};
+    /// How long what is behind a link may take to answer. What is found later is
+    /// not opened, as nobody waits for it any more.
+    static constexpr std::chrono::seconds patience{20};
 
     /// Knows which links came from elsewhere, and how to ask about them.
     struct Caution {
@@ -41,7 +44,8 @@ public:
     /// Hands a file to its application, a folder to the file manager, an
     /// address to the handler of its scheme. False when it leads nowhere, and
     /// for notes and groups, which are not opened this way. True also when the
-    /// file is looked at first and the user may be asked.
+    /// user is asked first, and when nobody knows yet because the file lies on a
+    /// distant volume.
     bool open(const LinkItem &item);
 
     /// An address from the text of a note or of an event: when it leads to a
@@ -54,18 +58,23 @@ public:
 
 private:
     using Step = std::function<void()>;
+    /// On a thread when the volume is distant; what it returns goes on with the
+    /// opening and says whether that succeeded.
+    using Look = std::function<std::function<bool()>(FileBookmarks &)>;
 
-    QString targetOf(const LinkItem &item) const;
+    bool lookFirst(const QString &path, const Look &look);
+    QString distantPathOf(LinkType type, const QString &target) const;
+    bool openOrAsk(const LinkItem &item, const QString &target);
     bool openNow(LinkType type, const QString &target);
+    bool openUrl(const QString &address);
     bool openAt(const QString &path, bool (Workspace::*handOver)(const QString &));
-    void openWithCaution(LinkType type, const QString &name, const QString &target, const Step &allowed);
+    bool openWithCaution(LinkType type, const QString &name, const QString &target, const Step &allowed);
     void ask(const QString &name, const LocalProgram &program, const Step &allowed);
 
     LinkStore &m_links;
     Workspace &m_workspace;
     Clock &m_clock;
     std::optional<Caution> m_caution;
-    std::optional<PatientThreads> m_looking;
 };
 
 /// Why a command that cannot ask does not open what is behind the link.

@@ -173,6 +173,9 @@ void MenuBarManager::present(const Menu &menu, const MenuPlacement &placement, W
 
 void MenuBarManager::menuDidClose(const MenuAction &chosen, WindowToken previousWindow)
 {
+    // Told by the event loop, and by now another one may be open.
+    if (m_services.presenter.isOpen())
+        return perform(chosen);
     m_isShowingPopupMenu = false;
     m_closedAt = m_services.clock.now();
     if (std::exchange(m_liveWidgets, false))
@@ -242,8 +245,14 @@ void MenuBarManager::quitApp()
 
 void MenuBarManager::checkAndRepairBookmarks()
 {
-    if (!m_services.links.refreshStaleBookmarks())
-        return;
+    m_services.links.refreshStaleBookmarks([self = QPointer<MenuBarManager>(this)] {
+        if (self)
+            self->offerRepair();
+    });
+}
+
+void MenuBarManager::offerRepair()
+{
     qCInfo(lcMenuBar, "Some file links cannot be resolved; offering the repair");
     Alert alert;
     alert.style = Alert::Style::Warning;

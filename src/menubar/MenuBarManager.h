@@ -89,6 +89,7 @@ public:
     void createAndOpenQuickNote();
     void quitApp();
     void checkAndRepairBookmarks();
+    void offerRepair();
     bool isShowingPopupMenu() const { return m_isShowingPopupMenu; }
 
 private:

@@ -8,7 +8,8 @@
 namespace orvelle {
 
 struct FileBookmarkError {
-    QString detail; ///< in the system's words
+    QString detail;         ///< in the system's words
+    bool notLooked = false; ///< that was left for later, as it may hang
 };
 
 /// Where a bookmark leads now.

@@ -24,6 +24,12 @@ public:
     /// is local or its kind has no address.
     virtual std::optional<RemoteVolume> remoteVolumeHolding(const QString &path) const = 0;
 
+    /// The mount point on the way to `path` (absolute, links followed) beyond
+    /// which nobody may answer: of a network, of what another program serves, of
+    /// what is mounted when it is looked at. Empty for what is at hand: the disks
+    /// of this machine, and what holds the home folder, as nothing works without.
+    virtual QString distantVolumeHolding(const QString &path) const = 0;
+
     /// The user's home folder from the system's user database, falling back to
     /// the environment's only when the database has no entry. Without trailing
     /// slash.

@@ -72,6 +72,8 @@ public:
         m_program->start(program(), QStringList());
         EXPECT_TRUE(becomes([this] { return run("toggle").code == 0; }, 20'000));
     }
+    /// After it was told to.
+    bool programEnds() { return m_program && m_program->waitForFinished(60'000); }
     /// As a power cut does.
     void kill()
     {

@@ -337,6 +337,10 @@ TEST_F(FaviconStoreTest, FilesOfLinksThatAreGoneAreRemovedAtTheNextStart)
     // Links that cannot be read are not gone.
     const QByteArray good = storedBytes();
     ASSERT_TRUE(defaults.write(LinkStore::linksBaseKey(), QByteArray("[{")));
+    defaults.failWrites(DefaultsError{DefaultsError::Kind::DiskFull, {}});
+    launch();
+    EXPECT_TRUE(QFile::exists(fileOf(kept.id))) << "not even kept yet";
+    defaults.failWrites(std::nullopt);
     launch();
     EXPECT_TRUE(QFile::exists(fileOf(kept.id)));
 }

@@ -16,6 +16,9 @@ TEST(LinkDetection, AddressOrPath)
 {
     QTemporaryDir home;
     QDir(home.path()).mkdir(u"Documents"_s);
+    FakeVolumes volumes;
+    volumes.home = home.path();
+    volumes.distant = {u"/usr/share"_s};
     struct Case {
         QString text;
         LinkType type;
@@ -34,15 +37,20 @@ TEST(LinkDetection, AddressOrPath)
         {u"~/Documents/none"_s, LinkType::File, true},
         {u"/nowhere/at/all"_s, LinkType::File, true},
         {home.path(), LinkType::Folder, true},
+        {u"/usr/share/man"_s, LinkType::File, true},
+        {u"/usr/share/man/"_s, LinkType::Folder, true},
         {u"example.org"_s, LinkType::Url, false},
         {u""_s, LinkType::Url, false},
         {u" https://h"_s, LinkType::Url, false},
         {u"two words"_s, LinkType::Url, false},
     };
     for (const Case &c : cases) {
-        EXPECT_EQ(detectedType(c.text, home.path()), c.type) << qPrintable(c.text);
+        EXPECT_EQ(detectedType(c.text, volumes), c.type) << qPrintable(c.text);
         EXPECT_EQ(isValidLink(c.text), c.valid) << qPrintable(c.text);
     }
+    EXPECT_TRUE(mayExist(u"~/Documents"_s, volumes));
+    EXPECT_FALSE(mayExist(u"~/Documents/none"_s, volumes));
+    EXPECT_TRUE(mayExist(u"/usr/share/none"_s, volumes)) << "nobody looks";
 }
 
 TEST(LinkDetection, NamesWhatHasNone)

@@ -1,5 +1,6 @@
 #include "StoreFixture.h"
 #include "base/Uuid.h"
+#include "links/BookmarkMaintenance.h"
 #include "support/LogCapture.h"
 
 using namespace Qt::StringLiterals;
@@ -263,8 +264,8 @@ TEST_F(StoreTest, ARenewedBookmarkIsNotGivenToALinkThatLeadsElsewhereNow)
         item.bookmarkData = FakeFileBookmarks::bookmarkOf(item.path);
     });
     bookmarks.renamed = {{u"/old"_s, u"/new"_s}};
-    store->refreshStaleBookmarks();
-    EXPECT_EQ(store->securePath(store->links().first()), u"/chosen");
+    store->refreshStaleBookmarks([] {});
+    EXPECT_EQ(securePath(store->links().first(), bookmarks), u"/chosen");
 }
 
 TEST_F(StoreTest, UnsavedEditsSurviveAnOutsideChange)
@@ -330,6 +331,22 @@ TEST_F(StoreTest, TooDeepATreeIsRefused)
     EXPECT_EQ(store->links().size(), 1);
 }
 
+TEST_F(StoreTest, AnEditThatIsTooDeepOnAnotherProcessesTreeIsRefusedToo)
+{
+    put(u"f[a]"_s);
+    start();
+    LinkItem item = namedLink(u"leaf"_s);
+    for (int i = 2; i < maxTreeLevels; ++i) {
+        LinkItem group = LinkItem::make(u"g"_s, {}, LinkType::Group, {1});
+        group.children = {item};
+        item = group;
+    }
+    otherProcessPuts(u"wrap[f[a]]"_s);
+    EXPECT_FALSE(store->addLinkToGroup(item, idOf(u"f"_s)));
+    EXPECT_EQ(stored(), u"wrap[f[a]]");
+    EXPECT_EQ(shown(), u"wrap[f[a]]");
+}
+
 TEST_F(StoreTest, BookmarksAreRenewedWithoutAnUndoStep)
 {
     LinkItem file = LinkItem::make(u"f"_s, u"/old"_s, LinkType::File, {1});
@@ -338,8 +355,8 @@ TEST_F(StoreTest, BookmarksAreRenewedWithoutAnUndoStep)
     ASSERT_TRUE(defaults.write(LinkStore::rootBookmarksBaseKey(), QList<QByteArray>{"bm:/r", "bm:/old", "junk"}));
     start();
     bookmarks.renamed = {{u"/old"_s, u"/new"_s}};
-    EXPECT_EQ(store->securePath(file), u"/new");
-    EXPECT_FALSE(store->refreshStaleBookmarks());
+    EXPECT_EQ(securePath(file, bookmarks), u"/new");
+    store->refreshStaleBookmarks([] { ADD_FAILURE() << "all can be resolved"; });
     EXPECT_EQ(store->links().first().bookmarkData, QByteArray("bm:/new"));
     EXPECT_FALSE(store->canUndo());
     EXPECT_EQ(storedBytes(), encodeLinks(store->links()));
@@ -349,7 +366,7 @@ TEST_F(StoreTest, BookmarksAreRenewedWithoutAnUndoStep)
 
     LogCapture log;
     file.bookmarkData = "junk";
-    EXPECT_EQ(store->securePath(file), u"/old");
+    EXPECT_EQ(securePath(file, bookmarks), u"/old");
     EXPECT_TRUE(log.contains(u"LinkStore: Erreur résolution bookmark: not a bookmark"_s));
 }
 

@@ -1,5 +1,6 @@
 #include "links/ImportMarks.h"
 #include "menubar/MenuTestFakes.h"
+#include "support/LogCapture.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -134,6 +135,37 @@ TEST_F(LinkOpenerTest, AddressesInTextsAskEachTime)
         shell.alerts.userChooses(0);
         EXPECT_EQ(shell.workspace.opened.size(), 1);
     }
+}
+
+TEST_F(LinkOpenerTest, ALinkOnADistantVolumeWaitsForItsAnswerOnly)
+{
+    shell.volumes.distant = {u"/nas"_s, folder.path()};
+    const LinkItem dead[] = {arrived(LinkType::File, u"/nas/letter"_s),
+                             arrived(LinkType::Url, u"file:///nas/letter"_s)};
+    const LinkItem web = LinkItem::make(u"Web"_s, u"https://example.org/"_s, LinkType::Url, Timestamp{1000});
+    for (const LinkItem &each : dead) {
+        EXPECT_TRUE(opener.open(each));
+        EXPECT_TRUE(shell.workspace.opened.isEmpty());
+    }
+    EXPECT_EQ(choose(web), u"url:https://example.org/"_s);
+    shell.workspace.opened.clear();
+
+    const auto answer = [this](const QString &volume) {
+        for (int looks = 0; looks < 3; ++looks)
+            shell.distantFiles.answers(volume);
+    };
+    EXPECT_TRUE(opener.open(arrived(LinkType::File, letter)));
+    answer(folder.path());
+    EXPECT_EQ(shell.workspace.opened, QStringList{u"file:"_s + letter});
+    EXPECT_TRUE(opener.open(arrived(LinkType::File, tool)));
+    answer(folder.path());
+    EXPECT_EQ(shell.alerts.unanswered(), 1);
+
+    LogCapture log;
+    shell.clock.advance(LinkOpener::patience);
+    EXPECT_TRUE(log.contains(u"MenuBarManager: A link could not be opened: its volume does not answer"_s));
+    answer(u"/nas"_s);
+    EXPECT_EQ(shell.workspace.opened.size(), 1) << "nobody waits for it any more";
 }
 
 } // namespace

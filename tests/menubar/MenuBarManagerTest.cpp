@@ -188,6 +188,18 @@ TEST(MenuBarManager, ClicksOpenAndCloseAndGiveTheFocusBack)
     EXPECT_EQ(shell.calls.join(u' '), u"sync weather clipboard live still");
     EXPECT_EQ(shell.workspace.focusRequests, QList<WindowToken>{7});
 
+    // Opened again before the end of the last one is known.
+    shell.statusItem.userClicks({10, 20});
+    const auto closed = shell.presenter.userChoosesSoon({});
+    shell.clock.advance(1s);
+    shell.statusItem.userClicks({10, 20});
+    shell.calls.clear();
+    closed();
+    EXPECT_EQ(shell.calls.join(u' '), u"") << "its rows go on";
+    EXPECT_EQ(shell.workspace.focusRequests.size(), 1) << "and it keeps the focus";
+    shell.presenter.close();
+    EXPECT_EQ(shell.calls.join(u' '), u"still");
+
     // The press that dismissed the popup arrives once more, as a click.
     shell.clock.advance(1s);
     shell.statusItem.userClicks({10, 20});

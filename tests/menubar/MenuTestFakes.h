@@ -95,6 +95,14 @@ public:
         std::exchange(m_closed, {})(action);
     }
 
+    /// The menu is gone, and whoever showed it is told by what is returned, as
+    /// by the event loop.
+    [[nodiscard]] std::function<void()> userChoosesSoon(const MenuAction &action)
+    {
+        menu.reset();
+        return [closed = std::exchange(m_closed, {}), action] { closed(action); };
+    }
+
     void userPressesBeside()
     {
         m_closedByPress = true;
@@ -123,10 +131,12 @@ struct Shell {
     DebugModeManager debugMode{defaults, notifications};
     FakeFileBookmarks bookmarks;
     FakeVolumes volumes;
+    FakeDistantFiles distantFiles{bookmarks};
     FakePowerEvents power;
     FakeLinkStoreHooks hooks;
     SnapshotStore snapshots{folder.path(), clock};
-    LinkStore store{{defaults, debugMode, notifications, clock, bookmarks, volumes, power, snapshots, hooks}};
+    LinkStore store{
+        {defaults, debugMode, notifications, clock, bookmarks, volumes, power, snapshots, hooks, &distantFiles}};
     WidgetOrderManager widgetOrder{defaults, debugMode, notifications};
     FakeAlerts alerts;
     FakeFolderChooser folderChooser;

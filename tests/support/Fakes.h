@@ -2,6 +2,7 @@
 
 #include "links/LinkStore.h"
 #include "platform/Alerts.h"
+#include "platform/DistantFiles.h"
 #include "platform/FileBookmarks.h"
 #include "platform/PowerEvents.h"
 #include "platform/StatusItem.h"
@@ -10,6 +11,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QPointer>
 #include <QSet>
 
 namespace orvelle::test {
@@ -60,6 +62,7 @@ class FakeVolumes : public Volumes
 {
 public:
     QList<RemoteVolume> remote;
+    QStringList distant; ///< mount points
     QString home = QStringLiteral("/home/ada");
 
     std::optional<RemoteVolume> remoteVolumeHolding(const QString &path) const override
@@ -71,7 +74,50 @@ public:
         return std::nullopt;
     }
 
+    QString distantVolumeHolding(const QString &path) const override
+    {
+        for (const QString &volume : distant) {
+            if (path.startsWith(volume + u'/'))
+                return volume;
+        }
+        return {};
+    }
+
     QString realHomeDirectory() const override { return home; }
+};
+
+/// Distant volumes answer when the test says so.
+class FakeDistantFiles : public DistantFiles
+{
+public:
+    explicit FakeDistantFiles(FileBookmarks &bookmarks) : m_bookmarks(bookmarks) {}
+
+    void look(const QString &volume, QObject *receiver, const Look &look) override
+    {
+        m_waiting += {volume, receiver, look};
+    }
+
+    qsizetype waiting() const { return m_waiting.size(); }
+    void answers(const QString &volume)
+    {
+        const QList<Waiting> before = std::exchange(m_waiting, {});
+        for (const Waiting &each : before) {
+            if (each.volume != volume)
+                m_waiting += each;
+            else if (const Delivery delivery = each.look(m_bookmarks); delivery && each.receiver)
+                delivery();
+        }
+    }
+
+private:
+    struct Waiting {
+        QString volume;
+        QPointer<QObject> receiver;
+        Look look;
+    };
+
+    FileBookmarks &m_bookmarks;
+    QList<Waiting> m_waiting;
 };
 
 class FakePowerEvents : public PowerEvents

@@ -4,9 +4,35 @@
 
 #include <QFile>
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <optional>
+#include <string_view>
+
 namespace orvelle {
 
 namespace {
+
+/// File systems on disks and in the memory of this machine. All others are
+/// answered for by somebody else: a server, a program, the host of a machine.
+constexpr std::array<std::string_view, 35> ownKinds = {
+    "bcachefs", "bpf",    "btrfs", "cgroup",  "cgroup2", "configfs", "debugfs", "devpts",   "devtmpfs",
+    "efivarfs", "erofs",  "exfat", "ext2",    "ext3",    "ext4",     "f2fs",    "hfsplus",  "iso9660",
+    "jfs",      "mqueue", "msdos", "ntfs3",   "overlay", "proc",     "ramfs",   "reiserfs", "rootfs",
+    "squashfs", "sysfs",  "tmpfs", "tracefs", "udf",     "vfat",     "xfs",     "zfs"};
+constexpr int mostLinks = 40; // as the kernel
+
+/// Where the link at `path` leads; absent, with errno, when none is there.
+std::optional<QByteArray> linkTarget(const QByteArray &path)
+{
+    std::array<char, PATH_MAX> target;
+    const ssize_t size = ::readlink(path.constData(), target.data(), target.size());
+    return size < 0 ? std::nullopt : std::optional(QByteArray(target.data(), size));
+}
 
 /// Space, tab, newline and backslash are written as \ooo in the mount table.
 QByteArray withoutEscapes(const QByteArray &field)
@@ -92,6 +118,50 @@ std::optional<RemoteVolume> remoteVolumeHolding(const QList<Mount> &mounts, cons
     if (!address)
         return std::nullopt;
     return RemoteVolume{QFile::decodeName(deepest->mountPoint), *address};
+}
+
+QSet<QByteArray> distantMountPoints(const QList<Mount> &mounts, const QByteArray &home)
+{
+    QSet<QByteArray> distant;
+    for (const Mount &mount : mounts) {
+        const bool own = std::ranges::find(ownKinds, std::string_view(mount.type)) != ownKinds.end();
+        if (!own && !holds(mount.mountPoint, home))
+            distant += mount.mountPoint;
+    }
+    return distant;
+}
+
+QByteArray mountPointOnTheWay(const QSet<QByteArray> &mountPoints, const QByteArray &path)
+{
+    if (mountPoints.isEmpty() || !path.startsWith('/'))
+        return {};
+    QByteArray reached; // without links; empty for "/"
+    QList<QByteArray> ahead = path.split('/');
+    for (int links = 0; !ahead.isEmpty();) {
+        const QByteArray part = ahead.takeFirst();
+        if (part.isEmpty() || part == ".")
+            continue;
+        if (part == "..") {
+            reached.truncate(std::max<qsizetype>(reached.lastIndexOf('/'), 0));
+            continue;
+        }
+        const QByteArray next = reached + '/' + part;
+        if (mountPoints.contains(next))
+            return next;
+        const auto target = linkTarget(next);
+        if (!target && errno != EINVAL)
+            return {}; // nothing is there, or nobody gets beyond
+        if (!target) {
+            reached = next;
+            continue;
+        }
+        if (++links > mostLinks)
+            return {};
+        if (target->startsWith('/'))
+            reached.clear();
+        ahead = target->split('/') + ahead;
+    }
+    return {};
 }
 
 } // namespace orvelle

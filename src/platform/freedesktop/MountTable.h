@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 
 namespace orvelle {
 
@@ -23,5 +24,13 @@ QList<Mount> parseMountInfo(const QByteArray &text);
 /// bytes. Of nested mounts the deepest counts, of mounts on the same point the
 /// last. A local mount below a network one hides it.
 std::optional<RemoteVolume> remoteVolumeHolding(const QList<Mount> &mounts, const QByteArray &path);
+
+/// The mount points, in the file system's bytes, beyond which nobody may answer.
+/// Those that hold `home` are left out.
+QSet<QByteArray> distantMountPoints(const QList<Mount> &mounts, const QByteArray &home);
+
+/// The first of `mountPoints` that is met on the way to `path`; empty when there
+/// is none. Follows symbolic links, and touches nothing beyond a mount point.
+QByteArray mountPointOnTheWay(const QSet<QByteArray> &mountPoints, const QByteArray &path);
 
 } // namespace orvelle

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <poll.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -33,7 +34,41 @@ QByteArray homeInUserDatabase()
 
 } // namespace
 
-MountVolumes::MountVolumes(QString mountInfo) : m_mountInfo(std::move(mountInfo)) {}
+/// The distant mount points of a mount table. The kernel's own reports its
+/// changes as urgent data, see proc(5).
+class MountVolumes::Table
+{
+public:
+    explicit Table(const QString &mountInfo) : m_file(mountInfo) {}
+
+    const QSet<QByteArray> &distant(const Volumes &volumes)
+    {
+        if (!isCurrent() && m_file.seek(0)) {
+            const QByteArray home = QFile::encodeName(volumes.realHomeDirectory());
+            m_distant = distantMountPoints(parseMountInfo(m_file.readAll()), home);
+        }
+        return m_distant;
+    }
+
+private:
+    bool isCurrent()
+    {
+        if (!m_file.isOpen())
+            return !m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        pollfd changes{m_file.handle(), POLLPRI, 0};
+        return ::poll(&changes, 1, 0) == 0;
+    }
+
+    QFile m_file;
+    QSet<QByteArray> m_distant;
+};
+
+MountVolumes::MountVolumes(QString mountInfo)
+    : m_mountInfo(std::move(mountInfo)), m_table(std::make_unique<Table>(m_mountInfo))
+{
+}
+
+MountVolumes::~MountVolumes() = default;
 
 std::optional<RemoteVolume> MountVolumes::remoteVolumeHolding(const QString &path) const
 {
@@ -41,6 +76,16 @@ std::optional<RemoteVolume> MountVolumes::remoteVolumeHolding(const QString &pat
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     return orvelle::remoteVolumeHolding(parseMountInfo(file.readAll()), QFile::encodeName(path));
+}
+
+QString MountVolumes::distantVolumeHolding(const QString &path) const
+{
+    QSet<QByteArray> distant;
+    {
+        const std::lock_guard lock(m_lock);
+        distant = m_table->distant(*this);
+    }
+    return QFile::decodeName(mountPointOnTheWay(distant, QFile::encodeName(path)));
 }
 
 QString MountVolumes::realHomeDirectory() const

@@ -1,9 +1,7 @@
 #include "ui/quickadd/LinkMimeData.h"
 
-#include "links/HomePaths.h"
 #include "links/LinkDetection.h"
 
-#include <QFileInfo>
 #include <QMimeData>
 #include <QUrl>
 
@@ -38,16 +36,16 @@ QString linkIn(const QMimeData &data)
     return data.hasText() ? data.text().trimmed() : QString();
 }
 
-QString linkToOffer(const QMimeData &data, const QString &home)
+QString linkToOffer(const QMimeData &data, const Volumes &volumes)
 {
     if (data.hasFormat(secretHint))
         return {};
     const QString found = linkIn(data);
     if (found.size() > longestOffer || !isValidLink(found))
         return {};
-    if (detectedType(found, home) == LinkType::Url)
+    if (detectedType(found, volumes) == LinkType::Url)
         return isOneWord(found) ? found : QString();
-    return QFileInfo::exists(expandedHomePath(found, home)) ? found : QString();
+    return mayExist(found, volumes) ? found : QString();
 }
 
 } // namespace orvelle

@@ -1,7 +1,6 @@
 #include "ui/quickadd/QuickAddLinkView.h"
 
 #include "base/Text.h"
-#include "links/HomePaths.h"
 #include "links/LinkDetection.h"
 #include "links/LinkIcons.h"
 #include "links/LinkStore.h"
@@ -19,7 +18,6 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDragEnterEvent>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -137,7 +135,7 @@ QWidget *QuickAddLinkView::makeButtonRow()
 
 LinkType QuickAddLinkView::detectedType() const
 {
-    return orvelle::detectedType(m_url->text(), m_services.volumes.realHomeDirectory());
+    return orvelle::detectedType(m_url->text(), m_services.volumes);
 }
 
 QString QuickAddLinkView::iconName() const
@@ -195,10 +193,9 @@ QString QuickAddLinkView::hint() const
     if (!canAdd())
         return text("quickAdd.invalid"_text);
     const QString place = placeHint();
-    if (!place.isEmpty() || detectedType() == LinkType::Url)
+    if (!place.isEmpty() || mayExist(m_url->text(), m_services.volumes))
         return place;
-    const QString path = expandedHomePath(m_url->text(), m_services.volumes.realHomeDirectory());
-    return QFileInfo::exists(path) ? QString() : text("quickAdd.missingFile"_text);
+    return text("quickAdd.missingFile"_text);
 }
 
 /// Where the same address is already; empty when it is nowhere.
@@ -216,7 +213,7 @@ void QuickAddLinkView::offerClipboard()
 {
     const QMimeData *content = QGuiApplication::clipboard()->mimeData();
     const bool wanted = content && m_url->text().isEmpty();
-    m_offer->setLink(wanted ? linkToOffer(*content, m_services.volumes.realHomeDirectory()) : QString());
+    m_offer->setLink(wanted ? linkToOffer(*content, m_services.volumes) : QString());
 }
 
 void QuickAddLinkView::takeOffer()

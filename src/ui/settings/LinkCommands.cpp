@@ -2,6 +2,7 @@
 
 #include "base/Notifications.h"
 #include "base/Text.h"
+#include "links/BookmarkMaintenance.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
 #include "links/NewNote.h"
@@ -102,8 +103,11 @@ void LinkCommands::open()
 void LinkCommands::reveal()
 {
     const LinkItem *item = m_tree.selectedItem();
-    if (item && (item->type == LinkType::File || item->type == LinkType::Folder) && m_services.reveal)
-        m_services.reveal(m_services.links.securePath(*item));
+    if (!item || !isOnDisk(*item) || !m_services.reveal)
+        return;
+    m_services.links.look(item->path, this, [item = *item, reveal = m_services.reveal](FileBookmarks &bookmarks) {
+        return [reveal, path = securePath(item, bookmarks)] { reveal(path); };
+    });
 }
 
 void LinkCommands::rename()

@@ -70,10 +70,13 @@ bool LinkEditor::commitPath(const QString &typed)
 void LinkEditor::choosePath()
 {
     const bool folder = m_items.front().type == LinkType::Folder;
-    const QFileInfo present(m_items.front().path);
-    auto *dialog =
-        new QFileDialog(window(), folder ? text("settings.chooseFolder"_text) : text("settings.chooseFile"_text),
-                        present.absolutePath());
+    // The dialog looks at the folder it begins with, so none that may hang.
+    const Volumes &volumes = m_services.volumes;
+    const QString &present = m_items.front().path;
+    const QString start = volumes.distantVolumeHolding(present).isEmpty() ? QFileInfo(present).absolutePath()
+                                                                          : volumes.realHomeDirectory();
+    auto *dialog = new QFileDialog(
+        window(), folder ? text("settings.chooseFolder"_text) : text("settings.chooseFile"_text), start);
     dialog->setObjectName(QStringLiteral("choosePath"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(folder ? QFileDialog::Directory : QFileDialog::ExistingFile);

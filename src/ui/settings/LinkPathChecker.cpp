@@ -1,32 +1,19 @@
 #include "ui/settings/LinkPathChecker.h"
 
 #include "links/LinkItem.h"
+#include "links/LinkStore.h"
+#include "platform/Volumes.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
-#include <QThreadPool>
 
 namespace orvelle {
 
-namespace {
-
-constexpr int threads = 2;
-
-} // namespace
-
-void LinkPathChecker::LeavePool::operator()(QThreadPool *pool) const
+LinkPathChecker::LinkPathChecker(const LinkStore &links, QObject *parent)
+    : QObject(parent), m_links(links), m_disk(1, std::chrono::milliseconds(0))
 {
-    pool->clear();
-    if (pool->waitForDone(0))
-        delete pool;
 }
-
-LinkPathChecker::LinkPathChecker(QObject *parent) : QObject(parent), m_pool(new QThreadPool)
-{
-    m_pool->setMaxThreadCount(threads);
-}
-
-LinkPathChecker::~LinkPathChecker() = default;
 
 bool LinkPathChecker::isBroken(const LinkItem &item) const
 {
@@ -50,10 +37,16 @@ void LinkPathChecker::ask(const QString &path) const
     if (m_asked.contains(path))
         return;
     m_asked.insert(path);
+    const QPointer<LinkPathChecker> self(const_cast<LinkPathChecker *>(this));
+    if (!m_links.volumes().distantVolumeHolding(path).isEmpty()) {
+        m_links.look(path, self, [path, self](FileBookmarks &) {
+            return [path, self, broken = !QFileInfo::exists(path)] { self->take(path, broken); };
+        });
+        return;
+    }
     // The answer may come when this is gone, so it travels by way of the
     // application, which lives on.
-    const QPointer<LinkPathChecker> self(const_cast<LinkPathChecker *>(this));
-    m_pool->start([path, self] {
+    m_disk.run([path, self] {
         const bool broken = !QFileInfo::exists(path);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),

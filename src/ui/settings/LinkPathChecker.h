@@ -1,28 +1,26 @@
 #pragma once
 
+#include "base/PatientThreads.h"
+
 #include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QString>
 
-#include <memory>
-
-class QThreadPool;
-
 namespace orvelle {
 
+class LinkStore;
 struct LinkItem;
 
-/// Whether files and folders of links are still there, asked of the disk on
-/// threads of its own, so that a network volume that does not answer stalls
-/// nobody. Main thread; one object may serve several views.
+/// Whether files and folders of links are still there, asked of the disk on a
+/// thread of its own, and of a distant volume as LinkStore does. Main thread;
+/// one object may serve several views.
 class LinkPathChecker : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit LinkPathChecker(QObject *parent = nullptr);
-    ~LinkPathChecker() override;
+    explicit LinkPathChecker(const LinkStore &links, QObject *parent = nullptr);
 
     /// What is known now: true for a file or folder that is gone. The first
     /// question about a path answers false and asks the disk; changed() tells
@@ -39,12 +37,8 @@ private:
     void ask(const QString &path) const;
     void take(const QString &path, bool broken);
 
-    /// Leaves a thread behind that still waits for a dead volume.
-    struct LeavePool {
-        void operator()(QThreadPool *pool) const;
-    };
-
-    std::unique_ptr<QThreadPool, LeavePool> m_pool;
+    const LinkStore &m_links;
+    mutable PatientThreads m_disk;
     mutable QHash<QString, bool> m_known; ///< path to "is gone"
     mutable QSet<QString> m_asked;        ///< without an answer yet
 };

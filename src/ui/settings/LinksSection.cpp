@@ -44,7 +44,7 @@ LinksSection::LinksSection(const SettingsServices &services, QWidget *parent)
     : QWidget(parent),
       m_services(services),
       m_state(services.defaults, services.debugMode),
-      m_paths(new LinkPathChecker(this)),
+      m_paths(new LinkPathChecker(services.links, this)),
       m_model(new LinkTreeModel(services.links, *m_paths, this)),
       m_search(new QLineEdit(this)),
       m_tree(new LinkTreeView(*m_model, services.links, this)),

@@ -1,8 +1,12 @@
 #include "platform/freedesktop/MountVolumes.h"
 
+#include "platform/freedesktop/DeadVolume.h"
 #include "platform/freedesktop/MountTable.h"
+#include "platform/freedesktop/PrivateMounts.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -113,6 +117,58 @@ TEST(MountTable, linesOfAnotherFormAreLeftOut)
         EXPECT_TRUE(parseMountInfo(line).isEmpty()) << line;
     const QList<Mount> odd = parseMountInfo("1 1 0:1 / /a\\04 rw - x y\\");
     EXPECT_EQ(odd, (QList<Mount>{{"/a\\04", "x", "y\\"}})) << "what is no escape stays";
+}
+
+TEST(MountTable, tellsWhatIsAtHandFromWhatMayNeverAnswer)
+{
+    const QByteArray more = table + "44 22 0:54 / /home rw - nfs4 server:/home rw\n"
+                                    "45 22 0:55 / /home/bob/.auto rw - autofs systemd-1 rw\n"
+                                    "46 22 0:56 / /media/disk rw - vfat /dev/sdb1 rw\n";
+    const QSet<QByteArray> distant = distantMountPoints(parseMountInfo(more), "/home/bob");
+    for (const char *mountPoint : {"/mnt/nas", "/mnt/my disk\\x", "/mnt/ssh", "/mnt/portal", "/home/bob/.auto"})
+        EXPECT_TRUE(distant.contains(mountPoint)) << mountPoint;
+    for (const char *mountPoint : {"/", "/mnt/nas/inner", "/home", "/media/disk"})
+        EXPECT_FALSE(distant.contains(mountPoint)) << mountPoint;
+}
+
+TEST(MountTable, followsTheWayToAMountPoint)
+{
+    QTemporaryDir folder;
+    const QByteArray root = QFile::encodeName(QFileInfo(folder.path()).canonicalFilePath());
+    const std::pair<const char *, QByteArray> links[] = {{"direct", root + "/nas/x"},
+                                                         {"chain", "direct/../y"},
+                                                         {"up", "sub/../nas"},
+                                                         {"round", "round"},
+                                                         {"away", "/usr"}};
+    for (const auto &[name, target] : links)
+        ASSERT_EQ(::symlink(target.constData(), (root + '/' + name).constData()), 0);
+    for (const char *name : {"nas", "sub", "nas2"})
+        ASSERT_TRUE(QDir(folder.path()).mkdir(QString::fromLatin1(name)));
+    const QByteArray nas = root + "/nas";
+    const std::pair<const char *, bool> cases[] = {
+        {"/nas", true},      {"/nas/a/b", true},     {"//nas/./a", true}, {"/sub/../nas/a", true},
+        {"/direct", true},   {"/chain/z", true},     {"/up", true},       {"/nas2", false},
+        {"/round/a", false}, {"/away/share", false}, {"/sub/a", false},   {"/none/../nas", false}};
+    for (const auto &[path, isDistant] : cases)
+        EXPECT_EQ(mountPointOnTheWay({nas}, root + path), isDistant ? nas : QByteArray()) << path;
+    EXPECT_EQ(mountPointOnTheWay({nas}, "nas"), QByteArray());
+}
+
+TEST(MountVolumes, noticesWhatIsMounted)
+{
+    if (!havePrivateMounts())
+        GTEST_SKIP() << "nothing may be mounted here";
+    QTemporaryDir folder;
+    const QString inside = folder.filePath(QStringLiteral("x"));
+    const MountVolumes volumes;
+    EXPECT_EQ(volumes.distantVolumeHolding(inside), QString());
+    {
+        const DeadVolume dead(QFile::encodeName(folder.path()));
+        if (!dead.isMounted())
+            GTEST_SKIP() << "no mounts of programs here";
+        EXPECT_EQ(volumes.distantVolumeHolding(inside), folder.path());
+    }
+    EXPECT_EQ(volumes.distantVolumeHolding(inside), QString());
 }
 
 TEST(MountVolumes, readsTheTableAnewAndTheHomeFromTheUserDatabase)
