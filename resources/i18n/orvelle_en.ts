@@ -2294,6 +2294,12 @@ You can change or remove everything here.</translation>
     <message id="clipboard.forbiddenHint">
         <translation>This desktop does not let programs in the background see what is copied, so the history stays empty.</translation>
     </message>
+    <message id="settings.splitter">
+        <translation>Width of the list</translation>
+    </message>
+    <message id="note.colorForNew">
+        <translation>Use for new notes</translation>
+    </message>
     <message id="quit.unsavedTitle">
         <translation>Your latest changes could not be saved</translation>
     </message>
@@ -2311,9 +2317,6 @@ You can change or remove everything here.</translation>
     </message>
     <message id="settings.entryDropped">
         <translation>What you typed cannot be used, so the item is as it was.</translation>
-    </message>
-    <message id="note.colorForNew">
-        <translation>Use for new notes</translation>
     </message>
 </context>
 </TS>

@@ -2294,6 +2294,12 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="clipboard.forbiddenHint">
         <translation>Ce bureau ne laisse pas les programmes en arrière-plan voir ce qui est copié : l’historique reste vide.</translation>
     </message>
+    <message id="settings.splitter">
+        <translation>Largeur de la liste</translation>
+    </message>
+    <message id="note.colorForNew">
+        <translation>Utiliser pour les nouvelles notes</translation>
+    </message>
     <message id="quit.unsavedTitle">
         <translation>Vos dernières modifications n’ont pas pu être enregistrées</translation>
     </message>
@@ -2311,9 +2317,6 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     </message>
     <message id="settings.entryDropped">
         <translation>La saisie ne peut pas être utilisée : l’élément reste comme il était.</translation>
-    </message>
-    <message id="note.colorForNew">
-        <translation>Utiliser pour les nouvelles notes</translation>
     </message>
 </context>
 </TS>

@@ -1,6 +1,8 @@
 #include "base/Text.h"
+#include "support/SpinUntil.h"
 #include "ui/GeneralTabWorld.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QFile>
 #include <QFileDialog>
@@ -8,6 +10,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 #include <QToolButton>
 
 namespace orvelle {
@@ -68,6 +71,41 @@ TEST_F(LinkEditorTest, TextGoesOverOnEnterAndOnLeavingAndComesBackByEscape)
         EXPECT_EQ(item("a").name, QString::fromLatin1(before));
     }
     EXPECT_FALSE(world.links.canUndo() && item("a").name != QStringLiteral("a"));
+}
+
+TEST_F(LinkEditorTest, WhatAssistiveTechnologyWritesWithoutTheFocusIsStored)
+{
+    open("a b");
+    select("a");
+    QAccessibleEditableTextInterface *written = QAccessible::queryAccessibleInterface(name())->editableTextInterface();
+    written->replaceText(0, 1, QStringLiteral("Writ"));
+    written->insertText(4, QStringLiteral("ten"));
+    EXPECT_EQ(item("a").name, QStringLiteral("a")) << "there may be more to come";
+    EXPECT_TRUE(test::spinUntil([this] { return item("a").name == QStringLiteral("Written"); }));
+    EXPECT_FALSE(name()->hasFocus());
+    world.links.undo();
+    EXPECT_EQ(item("a").name, QStringLiteral("a")) << "one step";
+}
+
+TEST_F(LinkEditorTest, ItsWidthIsSetByKeys)
+{
+    open("a");
+    QSplitterHandle *handle = window->findChild<QSplitter *>()->handle(1);
+    EXPECT_TRUE(handle->focusPolicy() & Qt::TabFocus);
+    EXPECT_FALSE(handle->accessibleName().isEmpty());
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        window->setLayoutDirection(direction);
+        QApplication::processEvents();
+        QTest::keyClick(handle, Qt::Key_Home);
+        const int leftmost = handle->x();
+        QTest::keyClick(handle, Qt::Key_Right);
+        EXPECT_EQ(handle->x(), leftmost + 16) << direction;
+        QTest::keyClick(handle, Qt::Key_End);
+        EXPECT_GT(handle->x(), leftmost + 16) << direction;
+        QTest::keyClick(handle, Qt::Key_Left);
+        QTest::keyClick(handle, Qt::Key_Home);
+        EXPECT_EQ(handle->x(), leftmost) << direction;
+    }
 }
 
 TEST_F(LinkEditorTest, TypingOutlivesChangesFromElsewhere)

@@ -7,12 +7,35 @@
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTimer>
 
 namespace orvelle {
+
+namespace {
+
+/// Between the pieces of a text that is written in several, in milliseconds.
+constexpr int longestPause = 500;
+
+} // namespace
 
 void countAllAsTyped(QLineEdit *field)
 {
     QObject::connect(field, &QLineEdit::textChanged, field, [field] { field->setModified(true); });
+}
+
+void storeWhatIsWrittenUnfocused(QLineEdit *field, std::function<void()> store)
+{
+    auto *pause = new QTimer(field);
+    pause->setSingleShot(true);
+    pause->setInterval(longestPause);
+    QObject::connect(field, &QLineEdit::textChanged, pause, [field, pause] {
+        if (!field->hasFocus())
+            pause->start();
+    });
+    QObject::connect(pause, &QTimer::timeout, field, [field, store = std::move(store)] {
+        if (!field->hasFocus() && field->isModified())
+            store();
+    });
 }
 
 void addClearButton(QLineEdit *field)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class QAbstractItemView;
 class QLineEdit;
 class QRadioButton;
@@ -13,6 +15,11 @@ namespace orvelle {
 /// written into it, which the toolkit does not tell from the program's own
 /// setText(). After that one, setModified(false) is to be called.
 void countAllAsTyped(QLineEdit *field);
+
+/// Calls `store` a moment after assistive technology has written into `field`
+/// without giving it the focus, which then never leaves it either. Not for what
+/// setText() and setModified(false) did.
+void storeWhatIsWrittenUnfocused(QLineEdit *field, std::function<void()> store);
 
 /// The button that empties `field`, with a name.
 void addClearButton(QLineEdit *field);

@@ -48,6 +48,7 @@ void NoteTitleBarView::buildRow()
     m_name->setObjectName(QStringLiteral("noteName"));
     m_name->setFrame(false);
     countAllAsTyped(m_name);
+    storeWhatIsWrittenUnfocused(m_name, [this] { commitName(); });
     m_name->setAccessibleName(text("note.name"_text));
     m_name->setPlaceholderText(text("note.name"_text));
     QFont font = m_name->font();

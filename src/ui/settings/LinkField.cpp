@@ -11,6 +11,7 @@ LinkField::LinkField(std::function<bool(const QString &)> commit, QWidget *paren
     : QLineEdit(parent), m_commit(std::move(commit))
 {
     countAllAsTyped(this);
+    storeWhatIsWrittenUnfocused(this, [this] { this->commit(); });
 }
 
 void LinkField::setStored(const QString &text)

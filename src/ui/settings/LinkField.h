@@ -7,7 +7,8 @@
 namespace orvelle {
 
 /// One line of text that belongs to somebody else: Enter or leaving the field
-/// hands it over, Escape takes the typing back. What is being typed is never
+/// hands it over, and so does a moment after it was written without the focus;
+/// Escape takes the typing back. What is being typed is never
 /// replaced from outside.
 class LinkField : public QLineEdit
 {

@@ -8,6 +8,7 @@
 #include "ui/common/EmptyState.h"
 #include "ui/common/Icons.h"
 #include "ui/common/NoticeBar.h"
+#include "ui/settings/KeyboardSplitter.h"
 #include "ui/settings/LinkActions.h"
 #include "ui/settings/LinkCommands.h"
 #include "ui/settings/LinkEditor.h"
@@ -22,7 +23,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QSplitter>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -52,7 +52,7 @@ LinksSection::LinksSection(const SettingsServices &services, QWidget *parent)
       m_actions(new LinkActions(*m_commands, services.links, *m_tree, *this)),
       m_stack(new QStackedWidget(this)),
       m_editor(new LinkEditor(services, *m_commands, *m_actions, *m_paths, this)),
-      m_splitter(new QSplitter(this)),
+      m_splitter(new KeyboardSplitter(text("settings.splitter"_text), this)),
       m_rescueNotice(new NoticeBar(this)),
       m_notice(new NoticeBar(this))
 {
@@ -132,6 +132,7 @@ QWidget *LinksSection::makeSplitter()
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 0);
     m_splitter->setSizes({560, 280});
+    setTabOrder(m_tree, m_splitter->handle(1));
     m_stack->setMinimumWidth(260);
     m_tree->setMinimumHeight(120);
     m_splitter->restoreState(m_state.splitter());
