@@ -159,6 +159,7 @@ void CloudSync::setContainer(CloudContainer *container)
     m_d->container = container;
     m_d->release();
     m_d->seen.reset();
+    m_d->toldToWait = false;
     m_d->forgetCiphers();
     m_d->lastImportedHash.clear();
     m_d->setProblem(std::nullopt);

@@ -165,11 +165,13 @@ void CloudSync::Private::check(bool polled)
     }
     if (container->downloadStatus(fileName()) != DownloadStatus::Current) {
         container->startDownload(fileName());
-        sayOnce(polled, u"Fichier de synchro pas encore téléchargé, téléchargement demandé"_s);
+        if (!std::exchange(toldToWait, true))
+            qCInfo(lcCloudSync).noquote() << "Fichier de synchro pas encore téléchargé, téléchargement demandé";
         if (isInitialSyncComplete)
             initialSyncDone();
         return;
     }
+    toldToWait = false;
     isCheckingSyncFile = true;
     container->read(fileName(), guarded([this, polled](const auto &result) { checkRead(result, polled); }));
 }

@@ -268,7 +268,8 @@ struct CloudSync::Private {
     };
     std::optional<Seen> seen;
     QHash<QString, Timestamp> saidAt;
-    QString polledLine; ///< the last line of a poll
+    QString polledLine;      ///< the last line of a poll
+    bool toldToWait = false; ///< that the file is not downloaded yet
     QStringList unreadableCopies;
     QString beingWritten; ///< a version whose write was begun, and perhaps done
     std::optional<SyncBase> baseOfBeingWritten;

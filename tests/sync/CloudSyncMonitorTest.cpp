@@ -151,6 +151,28 @@ TEST_F(CloudSyncMonitorTest, thePollRepeatsNoLine)
         lines.contains(u"CloudSync: Fichier de synchro déjà importé (hash identique) — ignoré [background check]"_s));
 }
 
+TEST_F(CloudSyncMonitorTest, aFileThatIsNotThereYetIsToldOnceForEachTimeThatItGoes)
+{
+    const QString line = u"Fichier de synchro pas encore téléchargé, téléchargement demandé"_s;
+    otherWrites(u"x"_s);
+    SyncMachine a(clock, place, u"A"_s, false);
+    a.container.letDownloadsEnd(false);
+    a.container.becomesInvisible(file);
+    const LogCapture log;
+    a.sync().setAutoSyncEnabled(true);
+    clock.advance(100s);
+    a.sync().handleSystemDidWake();
+    clock.advance(100s);
+    EXPECT_EQ(count(log, line), 1);
+    a.container.letDownloadsEnd(true);
+    clock.advance(100s);
+    EXPECT_EQ(here(a), u"x"_s);
+    a.container.letDownloadsEnd(false);
+    a.container.becomesOutdated(file);
+    clock.advance(100s);
+    EXPECT_EQ(count(log, line), 2);
+}
+
 TEST_F(CloudSyncMonitorTest, aNewerVersionIsDownloadedThenTakenIn)
 {
     otherWrites(u"x"_s);
