@@ -5,6 +5,7 @@
 #include <QCollator>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -106,7 +107,7 @@ bool couldTake(const GroupAbove &above, const LinkItem &item)
 
 Timestamp editDate(const std::optional<Timestamp> &present, Timestamp now)
 {
-    return present && *present > now ? *present + 1 : now;
+    return present ? std::max(now, Timestamp{std::floor(present->seconds) + 1}) : now;
 }
 
 QString logText(EditRefusal refusal)

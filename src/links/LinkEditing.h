@@ -14,9 +14,9 @@ namespace orvelle {
 // tree was changed; a refused edit leaves the tree as it was.
 
 /// The date of an edit made `now` of what was last edited at `present`: now,
-/// but where a clock that is ahead of ours dated it a second after that, so
-/// that an edit is always newer than what the user saw when making it. Whole
-/// seconds, as documents have no parts of one.
+/// but in a later second than that, so that an edit is always newer than what
+/// the user saw when making it: also where a clock that is ahead of ours dated
+/// that, and in documents, which have no parts of seconds.
 Timestamp editDate(const std::optional<Timestamp> &present, Timestamp now);
 
 /// Why an edit was not done.

@@ -17,8 +17,9 @@ struct CountedDate {
 };
 
 /// What dates count for in the merge of one document: one that is later than
-/// both now and the document is from a clock that was wrong, and counts as the
-/// document's own date. Nothing is changed in the items, as edits made since
+/// both now and the document by more than a minute is from a clock that was
+/// wrong, and counts as the document's own date. Less is no wonder: several
+/// edits of an item within a second are dated a second apart. Nothing is changed in the items, as edits made since
 /// are dated after the wrong date. Why this changes nothing for clocks that
 /// are right: docs/synchronisation.md.
 class SaneDates
@@ -28,7 +29,7 @@ public:
     SaneDates() = default;
     SaneDates(Timestamp exportDate, Timestamp now) : m_exportDate(exportDate), m_latest(std::max(exportDate, now)) {}
 
-    bool isWrong(Timestamp date) const { return date > m_latest; }
+    bool isWrong(Timestamp date) const { return date > m_latest + patience; }
     CountedDate count(Timestamp date) const { return {isWrong(date) ? m_exportDate : date, date}; }
 
     // The dates of ItemDates.h.
@@ -36,6 +37,8 @@ public:
     CountedDate contentDate(const LinkItem &note) const;
 
 private:
+    static constexpr double patience = 60; ///< seconds
+
     Timestamp m_exportDate;
     Timestamp m_latest{std::numeric_limits<double>::infinity()};
 };

@@ -268,6 +268,7 @@ TEST(LinkEditing, AnEditIsNewerThanWhatWasSeen)
 {
     EXPECT_EQ(editDate(std::nullopt, Timestamp{100}), Timestamp{100});
     EXPECT_EQ(editDate(Timestamp{99.5}, Timestamp{100}), Timestamp{100});
+    EXPECT_EQ(editDate(Timestamp{100.2}, Timestamp{100.9}), Timestamp{101}) << "a document has 100 for both";
     EXPECT_EQ(editDate(Timestamp{500}, Timestamp{100}), Timestamp{501}) << "by a clock that is ahead of ours";
 }
 

@@ -50,6 +50,7 @@ const Case cases[] = {
     {"a document from the past is believed as long as we are later", "a2", "a9", "a9", 5},
     {"a clock here that is behind changes nothing", "a2", "a9", "a9", 10, 1},
     {"to the second, none is wrong", "a11", "a12", "a12"},
+    {"an edit of what was edited in the same second is ahead, and not wrong", "a13", "a12", "a13"},
     {"moved there by a wrong clock, and here after the document", "f[a11] g[]", "f[] g[a9000]", "f[a11] g[]"},
     {"twice, by a wrong clock", "f[a11] a9000", "f[a]", "f[a11]"},
     {"a wrong date is no reason to keep what was deleted", "a9000 b", "b", "b"},
