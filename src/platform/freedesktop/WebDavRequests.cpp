@@ -29,6 +29,13 @@ bool isRead(const WebDavRequest &request)
     return request.method == "GET" || request.method == "HEAD" || request.method == "OPTIONS";
 }
 
+/// What was taken up is given back also where nothing may be written: a lock
+/// that stays keeps every other machine out.
+bool givesBack(const WebDavRequest &request)
+{
+    return request.method == "UNLOCK" || request.method == "DELETE";
+}
+
 HttpRequest toHttp(const WebDavRequest &request, const QUrl &url)
 {
     HttpRequest http{.url = url, .method = request.method, .headers = request.headers, .body = request.body};
@@ -78,7 +85,8 @@ void WebDavRequests::send(const WebDavRequest &request, Done done)
     if (!webdav::isSafeAddress(m_settings.folderUrl, m_settings.allowInsecure))
         return later(std::move(done), {Kind::Unavailable, u"no safe address"_s});
     for (const Part part : {All, isRead(request) ? Reads : Writes}) {
-        if (const auto why = pausedBy(part))
+        const auto why = pausedBy(part);
+        if (why && !(part == Writes && givesBack(request)))
             return later(std::move(done), *why);
     }
     if (m_settings.user.isEmpty() || m_secret)
@@ -136,7 +144,8 @@ Result<HttpResponse, CloudError> WebDavRequests::judge(const WebDavRequest &requ
     if (error && !request.expected.contains(result->status))
         return refuse(request, *result, *error);
     m_pauses[All].failures = 0;
-    if (result->status < 300)
+    // A lock is granted also where there is no space left.
+    if (result->status < 300 && (isRead(request) || request.method == "PUT"))
         m_pauses[isRead(request) ? Reads : Writes].failures = 0;
     return *result;
 }

@@ -119,6 +119,24 @@ TEST_F(WebDavRefusals, PausesGrowAreBoundedAndEndWithAnAnswer)
     EXPECT_EQ(sentBy([&] { EXPECT_EQ(said(machine.test()), "Unavailable"); }), 0);
 }
 
+TEST_F(WebDavRefusals, AFullServerIsLeftAloneButGetsItsLocksBack)
+{
+    server.locks = OddDavServer::Locks::Real;
+    ASSERT_EQ(said(machine.test()), "ok");
+    server.whim = [](const OddDavServer::Request &request) {
+        return request.method == "PUT" ? std::optional(OddDavServer::answer("507 Full")) : std::nullopt;
+    };
+    for (const qint64 expected : {2, 4, 8}) {
+        EXPECT_EQ(said(machine.write("x", {})), "NoSpace");
+        EXPECT_TRUE(server.held.isEmpty()) << "all others would wait for it";
+        EXPECT_TRUE(server.files.isEmpty()) << "the empty file that was locked";
+        EXPECT_EQ(pauseOf(machine.write("x", {})), expected);
+        clock.advance(std::chrono::seconds(expected));
+    }
+    server.whim = nullptr;
+    EXPECT_EQ(said(machine.write("x", {})), "ok");
+}
+
 TEST_F(WebDavRefusals, ARefusedPasswordIsNeverSentTwice)
 {
     server.whim = [this](const OddDavServer::Request &request) -> std::optional<QByteArray> {
