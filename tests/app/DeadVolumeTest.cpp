@@ -35,6 +35,7 @@ protected:
         return answer;
     }
 
+    QTemporaryDir own; ///< with a link into the other
     QTemporaryDir folder;
     std::unique_ptr<DeadVolume> dead;
     std::unique_ptr<Machine> machine;
@@ -44,17 +45,17 @@ protected:
 TEST_F(DeadVolumeTest, HoldsUpNothingButWhatIsOnIt)
 {
     machine = std::make_unique<Machine>();
-    const QString here = machine->home() + u"/letter.txt"_s;
+    const QString here = own.filePath(u"letter.txt"_s);
     QFile letter(here);
     ASSERT_TRUE(letter.open(QFile::WriteOnly));
     letter.close();
-    ASSERT_EQ(::symlink(QFile::encodeName(folder.path()), QFile::encodeName(machine->home() + u"/nas"_s)), 0);
+    ASSERT_EQ(::symlink(QFile::encodeName(folder.path()), QFile::encodeName(own.filePath(u"nas"_s))), 0);
     ASSERT_EQ(machine->run(u"add %1"_s.arg(here)).code, 0);
     machine->startProgram();
 
     const QString onIt = folder.path() + u"/letter.txt"_s;
     const QByteArray file = ask(u"add %1 --name File"_s.arg(onIt)).out.trimmed();
-    const QByteArray behindLink = ask(u"add %1/nas/letter.txt --name Link"_s.arg(machine->home())).out.trimmed();
+    const QByteArray behindLink = ask(u"add %1/nas/letter.txt --name Link"_s.arg(own.path())).out.trimmed();
     const QByteArray address = ask(u"add file://%1 --name Address"_s.arg(onIt)).out.trimmed();
     for (const QByteArray &each : {file, behindLink, address, file})
         ask(u"open "_s + QString::fromLatin1(each));
