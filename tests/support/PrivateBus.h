@@ -44,9 +44,9 @@ private:
     void start(const QStringList &options)
     {
         m_daemon.setStandardErrorFile(QProcess::nullDevice());
-        m_daemon.start(QStringLiteral("dbus-daemon"), options + QStringList{QStringLiteral("--session"),
-                                                                            QStringLiteral("--nofork"),
-                                                                            QStringLiteral("--print-address")});
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+                       options + QStringList{QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                             QStringLiteral("--print-address")});
         while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(10'000)) {
         }
         // Without the number that another bus does not have.
