@@ -267,7 +267,7 @@ bool Application::endUnnoticed()
 
 bool Application::save()
 {
-    m_windows.saveNotes();
+    m_windows.saveTyped();
     return !m_core.links.hasUnsavedChanges() || m_core.links.saveLinks();
 }
 

@@ -75,6 +75,13 @@ void Windows::closeSettings()
         m_settings->close();
 }
 
+void Windows::saveTyped()
+{
+    m_notes.finishAll();
+    if (m_settings)
+        m_settings->commitTyped();
+}
+
 void Windows::bringToFront()
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {

@@ -33,8 +33,8 @@ public:
     void openTimerCustom() override;
     void closeSettings() override;
 
-    /// At the end of the session.
-    void saveNotes() { m_notes.finishAll(); }
+    /// Stores what is being typed anywhere; at the end of the session.
+    void saveTyped();
     /// Raises what is open.
     static void bringToFront();
 

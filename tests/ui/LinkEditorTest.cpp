@@ -140,6 +140,15 @@ TEST_F(LinkEditorTest, TypingIsKeptWhenTheWindowCloses)
     type(name(), "Closed upon");
     window->close();
     EXPECT_EQ(item("a").name, QStringLiteral("Closed upon"));
+
+    openAgain();
+    select("a");
+    type(name(), "Quit");
+    window->commitTyped();
+    EXPECT_EQ(item("a").name, QStringLiteral("Quit"));
+    type(name(), "Quit upon");
+    window.reset();
+    EXPECT_EQ(item("a").name, QStringLiteral("Quit upon"));
 }
 
 TEST_F(LinkEditorTest, BadAddressesAndPathsStayInTheFieldWithTheReason)

@@ -12,6 +12,7 @@
 #include "ui/settings/DropVeil.h"
 #include "ui/settings/GeneralTab.h"
 #include "ui/settings/InfoView.h"
+#include "ui/settings/LinkEditor.h"
 #include "ui/settings/PageScroll.h"
 #include "ui/settings/StatusLine.h"
 #include "ui/settings/SyncTab.h"
@@ -216,7 +217,16 @@ SettingsWindow::SettingsWindow(const SettingsServices &services, QWidget *parent
     connect(m_p->tabs, &QTabWidget::currentChanged, this, [this] { m_p->focusPage(); });
 }
 
-SettingsWindow::~SettingsWindow() = default;
+SettingsWindow::~SettingsWindow()
+{
+    // What goes with it hands over what is being typed, while all of this is there.
+    hide();
+}
+
+void SettingsWindow::commitTyped()
+{
+    findChild<LinkEditor *>()->commit();
+}
 
 void SettingsWindow::showStatus(const QString &text)
 {

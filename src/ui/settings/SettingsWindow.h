@@ -94,6 +94,8 @@ public:
     /// The same for a widget somewhere inside the window; a widget that is in
     /// no settings window says nothing.
     static void showStatus(const QWidget *inside, const QString &text);
+    /// Stores what is being typed about an item, as leaving its field does.
+    void commitTyped();
     /// "general", "widgets", "sync" or "about".
     void showTab(const QString &name);
 
