@@ -258,7 +258,7 @@ bool Application::endUnnoticed()
         const bool mayGo = window->objectName() == QStringLiteral("Alert") || (isSettings && !window->isActiveWindow());
         return window->isVisible() && !mayGo;
     };
-    if (m_widgets.timer.isRunning() || std::ranges::any_of(QApplication::topLevelWidgets(), isInUse))
+    if (m_widgets.timer.isRunning() || std::ranges::any_of(QApplication::topLevelWidgets(), isInUse) || !save())
         return false;
     qCInfo(lcApplication, "Starting again, on another session bus");
     saveAndExit();
