@@ -33,7 +33,8 @@ public:
     /// under `id` if that is given, as the same application lies elsewhere on
     /// another machine. Absent when it is gone, its program is not installed, or
     /// the file may not be trusted: outside the folders of installed
-    /// applications it has to be marked as executable.
+    /// applications it has to be marked as executable. On a distant volume it
+    /// is taken to be there, with the file's name as its own.
     virtual std::optional<DesktopApplication> find(const QString &path, const QString &id = {}) const = 0;
 
     /// Starts it as the desktop's menus do, or brings it to the front where it

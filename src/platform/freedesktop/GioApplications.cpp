@@ -129,8 +129,14 @@ QList<DesktopApplication> GioApplications::installed() const
 
 std::optional<DesktopApplication> GioApplications::find(const QString &path, const QString &id) const
 {
-    const AppInfo info = load(path, id);
-    return info ? std::optional(described(info.get())) : std::nullopt;
+    const bool isDistant = !m_volumes.distantVolumeHolding(path).isEmpty();
+    if (const AppInfo info = load(isDistant ? QString() : path, id))
+        return described(info.get());
+    if (!isDistant || !path.endsWith(u".desktop"))
+        return std::nullopt;
+    // Nobody looks at it before it is started.
+    const QFileInfo named(path);
+    return DesktopApplication{named.fileName(), path, named.completeBaseName(), {}, {}, {}};
 }
 
 void GioApplications::launch(const QString &path, const QString &id)

@@ -2,6 +2,7 @@
 
 #include "base/PatientThreads.h"
 #include "platform/Applications.h"
+#include "platform/freedesktop/MountVolumes.h"
 
 namespace orvelle {
 
@@ -17,6 +18,7 @@ public:
     void launch(const QString &path, const QString &id = {}) override;
 
 private:
+    MountVolumes m_volumes;
     PatientThreads m_launchers; ///< programs that are just being started
 };
 

@@ -61,7 +61,9 @@ void IcsCalendars::beginAnew()
 QStringList IcsCalendars::presentFolders() const
 {
     QStringList present = m_folders;
-    present.removeIf([](const QString &each) { return !QFileInfo(each).isDir(); });
+    present.removeIf([this](const QString &each) {
+        return m_volumes.distantVolumeHolding(each).isEmpty() && !QFileInfo(each).isDir();
+    });
     return present;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/CalendarStore.h"
 #include "platform/freedesktop/FolderArrivals.h"
+#include "platform/freedesktop/MountVolumes.h"
 #include "platform/freedesktop/SerialWorker.h"
 
 namespace orvelle {
@@ -29,7 +30,8 @@ public:
     const QStringList &folders() const { return m_folders; }
     void setFolders(const QStringList &folders);
 
-    /// Whether one of the folders is there.
+    /// Whether one of the folders is there. On a distant volume, where only the
+    /// reader looks, it is taken to be.
     bool isAvailable() const override;
     Access access() const override { return isAvailable() ? Access::Granted : Access::Denied; }
     void requestAccess(std::function<void(const AccessAnswer &)> done) override;
@@ -43,6 +45,7 @@ private:
     void readNotices();
     QStringList presentFolders() const;
 
+    MountVolumes m_volumes;
     QStringList m_folders;
     QStringList m_own;
     QStringList m_present;                 ///< those of the folders that were there when reading began

@@ -44,7 +44,7 @@ ExportData settingsNow(const ExchangeSettings &settings)
 ExchangeController::ExchangeController(const Services &services, QObject *parent)
     : QObject(parent),
       m_services(services),
-      m_files(services.defaults, services.clock),
+      m_files(services.defaults, services.clock, services.links.volumes()),
       m_fileSync({services.links, services.alerts, services.clock})
 {
 }

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "platform/Clock.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -43,7 +44,8 @@ QStringList filtersOf(const Texts &kind)
 QString ExchangeFiles::lastFolder() const
 {
     const QString folder = m_defaults.get<QString>(lastFolderKey()).value_or(QString());
-    if (!folder.isEmpty() && QFileInfo(folder).isDir())
+    // The dialog begins in no folder that may hang.
+    if (!folder.isEmpty() && m_volumes.distantVolumeHolding(folder).isEmpty() && QFileInfo(folder).isDir())
         return folder;
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }

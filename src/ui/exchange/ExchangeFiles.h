@@ -11,9 +11,10 @@ namespace orvelle {
 
 class Clock;
 class UserDefaults;
+class Volumes;
 
 /// The desktop's file dialogs for documents that come and go. They open in the
-/// folder where the last one was; each returns at once and calls `chosen` with
+/// folder where the last one was, unless that may hang; each returns at once and calls `chosen` with
 /// an absolute path, or not at all.
 class ExchangeFiles
 {
@@ -21,7 +22,10 @@ public:
     using Chosen = std::function<void(const QString &path)>;
     enum class Kind { Document, Bookmarks, LinkFolder };
 
-    ExchangeFiles(UserDefaults &defaults, Clock &clock) : m_defaults(defaults), m_clock(clock) {}
+    ExchangeFiles(UserDefaults &defaults, Clock &clock, const Volumes &volumes)
+        : m_defaults(defaults), m_clock(clock), m_volumes(volumes)
+    {
+    }
 
     void askWhatToOpen(Kind kind, QWidget *parent, const Chosen &chosen);
     /// Offers a name with today's date: "Orvelle 2026-11-21.ovexport".
@@ -35,6 +39,7 @@ private:
 
     UserDefaults &m_defaults;
     Clock &m_clock;
+    const Volumes &m_volumes;
 };
 
 } // namespace orvelle
