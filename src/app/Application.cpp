@@ -226,20 +226,20 @@ CommandContext Application::commandContext(const QString &workingDirectory)
             [this]() -> SyncControl & { return m_sync; }};
 }
 
-CommandResult Application::runCommand(const QStringList &arguments, const QString &workingDirectory)
+void Application::runCommand(const QStringList &arguments, const QString &workingDirectory, const CommandAnswer &answer)
 {
     const ParsedCommandLine parsed = parseCommandLine(arguments, workingDirectory);
-    if (const auto *answer = std::get_if<CommandResult>(&parsed))
-        return *answer;
+    if (const auto *result = std::get_if<CommandResult>(&parsed))
+        return answer(*result);
     if (const auto *call = std::get_if<CommandCall>(&parsed)) {
         CommandContext context = commandContext(workingDirectory);
-        return call->command->run(call->arguments, context);
+        return orvelle::runCommand(*call, context, answer);
     }
     if (const auto *files = std::get_if<OpenFiles>(&parsed))
         openFiles(files->paths);
     else
         openSettings();
-    return CommandResult::done();
+    answer(CommandResult::done());
 }
 
 void Application::requestQuit()

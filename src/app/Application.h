@@ -51,7 +51,7 @@ public:
     void openQuickAdd(const QString &address) override;
     void openFiles(const QStringList &paths) override;
     /// A command from another process.
-    CommandResult runCommand(const QStringList &arguments, const QString &workingDirectory);
+    void runCommand(const QStringList &arguments, const QString &workingDirectory, const CommandAnswer &answer);
     /// One of the actions of the desktop entry.
     void performAction(const QString &name);
     /// Somebody wants the application to end; it may ask the user first.

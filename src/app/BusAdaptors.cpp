@@ -26,16 +26,21 @@ void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList 
     m_requests.action(name);
 }
 
-int CommandAdaptor::RunCommand(const QStringList &arguments, const QString &workingDirectory, QByteArray &output,
-                               QByteArray &errorOutput)
+int CommandAdaptor::RunCommand(const QStringList &arguments, const QString &workingDirectory, const QDBusMessage &call,
+                               QByteArray &, QByteArray &)
 {
+    // What is returned here is then not sent.
+    call.setDelayedReply(true);
+    const CommandAnswer answer = [bus = m_bus, call](const CommandResult &result) {
+        bus.send(call.createReply(QVariantList{result.exitCode, result.out, result.err}));
+    };
     const bool isSound = arguments.size() <= maxCommandArguments &&
                          (workingDirectory.isEmpty() || QDir::isAbsolutePath(workingDirectory));
-    const CommandResult result = !isSound ? CommandResult::wrongUsage(QStringLiteral("The call is not a command line."))
-                                          : m_requests.run(arguments, workingDirectory);
-    output = result.out;
-    errorOutput = result.err;
-    return result.exitCode;
+    if (isSound)
+        m_requests.run(arguments, workingDirectory, answer);
+    else
+        answer(CommandResult::wrongUsage(QStringLiteral("The call is not a command line.")));
+    return {};
 }
 
 } // namespace orvelle

@@ -48,16 +48,21 @@ class CommandAdaptor : public QDBusAbstractAdaptor
     Q_CLASSINFO("D-Bus Interface", "org.orvelle.Orvelle1")
 
 public:
-    CommandAdaptor(QObject *object, const BusRequests &requests) : QDBusAbstractAdaptor(object), m_requests(requests) {}
+    CommandAdaptor(QObject *object, const QDBusConnection &bus, const BusRequests &requests)
+        : QDBusAbstractAdaptor(object), m_bus(bus), m_requests(requests)
+    {
+    }
 
 public slots:
     /// The working directory is absolute, or empty for one that is gone. Output
     /// as bytes, because a stored text may hold what a D-Bus string may
-    /// not (NUL).
-    int RunCommand(const QStringList &arguments, const QString &workingDirectory, QByteArray &output,
-                   QByteArray &errorOutput);
+    /// not (NUL). The reply is sent when the command is over, and other calls
+    /// are answered meanwhile.
+    int RunCommand(const QStringList &arguments, const QString &workingDirectory, const QDBusMessage &call,
+                   QByteArray &output, QByteArray &errorOutput);
 
 private:
+    QDBusConnection m_bus;
     const BusRequests &m_requests;
 };
 

@@ -225,8 +225,12 @@ BusRequests Launcher::busRequests(Application *&running) const
         if (running)
             running->performAction(name);
     };
-    requests.run = [&running](const QStringList &arguments, const QString &workingDirectory) {
-        return running ? running->runCommand(arguments, workingDirectory) : notRunning();
+    requests.run = [&running](const QStringList &arguments, const QString &workingDirectory,
+                              const CommandAnswer &answer) {
+        if (running)
+            running->runCommand(arguments, workingDirectory, answer);
+        else
+            answer(notRunning());
     };
     return requests;
 }
@@ -299,7 +303,7 @@ int Launcher::becomeApplication(GuiApplication &app, Application *&running, cons
     if (const auto *files = std::get_if<OpenFiles>(&first))
         application.openFiles(files->paths);
     else if (std::holds_alternative<CommandCall>(first))
-        finish(application.runCommand(m_arguments, m_workingDirectory));
+        application.runCommand(m_arguments, m_workingDirectory, [](const CommandResult &result) { finish(result); });
     const int code = app.exec();
     app.quitRequested = nullptr;
     running = nullptr;

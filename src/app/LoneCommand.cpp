@@ -8,6 +8,8 @@
 #include "platform/PowerEvents.h"
 #include "platform/freedesktop/GioWorkspace.h"
 
+#include <QEventLoop>
+
 namespace orvelle {
 
 namespace {
@@ -53,6 +55,20 @@ private:
     ExportData m_stored;
 };
 
+/// Nothing else goes on in this process.
+CommandResult resultOf(const CommandCall &call, CommandContext &context)
+{
+    std::optional<CommandResult> result;
+    QEventLoop loop;
+    runCommand(call, context, [&](const CommandResult &answer) {
+        result = answer;
+        loop.quit();
+    });
+    if (!result)
+        loop.exec();
+    return result.value_or(CommandResult{CommandResult::Refused, {}, {}});
+}
+
 } // namespace
 
 CommandResult runLoneCommand(const CommandCall &call, const QString &workingDirectory)
@@ -95,7 +111,7 @@ CommandResult runLoneCommand(const CommandCall &call, const QString &workingDire
                                const auto program = opener.programToAskAbout(item, core.importMarks);
                                return program ? std::optional(askFirstText(*program)) : std::nullopt;
                            }};
-    CommandResult result = call.command->run(call.arguments, context);
+    CommandResult result = resultOf(call, context);
     if (settings.damagedCopy)
         result.err += "orvelle: " + text("error.damagedMessage %@"_text, *settings.damagedCopy).toUtf8() + '\n';
     return result;

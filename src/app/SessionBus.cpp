@@ -111,7 +111,7 @@ BusService::BusService(const QDBusConnection &bus, BusRequests requests, QObject
     : QObject(parent), m_bus(bus), m_requests(std::move(requests))
 {
     new ApplicationAdaptor(this, m_requests);
-    new CommandAdaptor(this, m_requests);
+    new CommandAdaptor(this, m_bus, m_requests);
 }
 
 BusService::~BusService()

@@ -49,7 +49,7 @@ struct BusRequests {
     std::function<void()> activate;
     std::function<void(const QStringList &paths)> open;
     std::function<void(const QString &name)> action;
-    std::function<CommandResult(const QStringList &arguments, const QString &workingDirectory)> run;
+    std::function<void(const QStringList &arguments, const QString &workingDirectory, const CommandAnswer &)> run;
 };
 
 /// Our objects and name on the bus.

@@ -25,9 +25,12 @@ protected:
         requests.activate = [this] { asked += u"activate"_s; };
         requests.open = [this](const QStringList &paths) { asked += u"open "_s + paths.join(u' '); };
         requests.action = [this](const QString &name) { asked += u"action %1"_s.arg(name.size()); };
-        requests.run = [this](const QStringList &arguments, const QString &) {
+        requests.run = [this](const QStringList &arguments, const QString &, const CommandAnswer &answer) {
             asked += u"run %1"_s.arg(arguments.size());
-            return CommandResult::done("out");
+            if (arguments.value(0) == u"wait")
+                waiting += answer;
+            else
+                answer(CommandResult::done("out"));
         };
         service = std::make_unique<BusService>(bus.connection(), requests);
         EXPECT_TRUE(service->acquireName());
@@ -54,6 +57,7 @@ protected:
     PrivateBus bus;
     QDBusConnection peer = bus.connection();
     QStringList asked;
+    QList<CommandAnswer> waiting;
     std::unique_ptr<BusService> service;
 };
 
@@ -136,6 +140,22 @@ TEST_F(BusSurfaceTest, EveryCallOfAFloodIsAnswered)
     for (const QDBusPendingCall &each : pending)
         ASSERT_EQ(answerOf(each).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(asked.size(), calls);
+}
+
+TEST_F(BusSurfaceTest, ACommandThatTakesTimeHoldsBackNoOther)
+{
+    const auto begin = [this](const QString &word) {
+        return send(command, u"RunCommand"_s, {QStringList{word}, u"/"_s});
+    };
+    const QDBusPendingCall first = begin(u"wait"_s);
+    const QDBusPendingCall second = begin(u"wait"_s);
+    EXPECT_EQ(answerOf(begin(u"links"_s)).arguments().value(1).toByteArray(), "out");
+    ASSERT_EQ(waiting.size(), 2);
+    waiting.takeFirst()(CommandResult::done("first"));
+    EXPECT_EQ(answerOf(first).arguments().value(1).toByteArray(), "first") << "whoever began later";
+    EXPECT_FALSE(second.isFinished());
+    waiting.takeFirst()(CommandResult::refused(u"no"_s));
+    EXPECT_EQ(answerOf(second).arguments().value(0).toInt(), CommandResult::Refused);
 }
 
 } // namespace

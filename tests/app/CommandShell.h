@@ -31,8 +31,9 @@ struct CommandShell : Shell {
         const auto parsed = parseCommandLine(line.split(u' '), folder.path());
         if (const auto *answer = std::get_if<CommandResult>(&parsed))
             return *answer;
-        const CommandCall call = std::get<CommandCall>(parsed);
-        return call.command->run(call.arguments, context);
+        CommandResult result;
+        runCommand(std::get<CommandCall>(parsed), context, [&result](const CommandResult &answer) { result = answer; });
+        return result;
     }
 
     QString path(const QString &name) const { return folder.filePath(name); }

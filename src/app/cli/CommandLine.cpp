@@ -140,6 +140,14 @@ bool isLoginStart(const QStringList &arguments)
 
 } // namespace
 
+void runCommand(const CommandCall &call, CommandContext &context, const CommandAnswer &answer)
+{
+    if (call.command->begin)
+        call.command->begin(call.arguments, context, answer);
+    else
+        answer(call.command->run(call.arguments, context));
+}
+
 QString helpText()
 {
     QString help = QStringLiteral("Usage: orvelle [COMMAND [ARGUMENT...]]\n"

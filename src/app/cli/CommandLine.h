@@ -38,6 +38,9 @@ struct Command {
     CommandResult (*run)(const CommandArguments &, CommandContext &);
     bool onlyOnce = false;   ///< done twice, it does something else
     bool readsInput = false; ///< a lone dash as its last value stands for standard input
+    /// In place of `run`, for what takes time. What it needs of the context
+    /// outlives the answer, but the context itself does not.
+    void (*begin)(const CommandArguments &, CommandContext &, const CommandAnswer &) = nullptr;
 };
 
 std::span<const Command> commands();
@@ -56,6 +59,8 @@ struct CommandCall {
     const Command *command = nullptr;
     CommandArguments arguments;
 };
+
+void runCommand(const CommandCall &call, CommandContext &context, const CommandAnswer &answer);
 
 /// What the arguments mean, or the answer that can be given at once (help,
 /// version, wrong usage).

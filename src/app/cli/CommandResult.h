@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 namespace orvelle {
 
 /// A text on one line, with a blank for each character that a terminal would
@@ -28,5 +30,8 @@ private:
         return QByteArrayLiteral("orvelle: ") + printable(sentence).toUtf8() + '\n';
     }
 };
+
+/// Takes the one result of a command, at once or later; on the main thread.
+using CommandAnswer = std::function<void(const CommandResult &)>;
 
 } // namespace orvelle

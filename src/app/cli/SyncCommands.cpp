@@ -6,10 +6,11 @@
 #include "platform/Clock.h"
 #include "sync/SyncSetup.h"
 
+#include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,33 +24,22 @@ using namespace std::chrono_literals;
 constexpr auto patienceInside = 25s;
 constexpr auto patienceAlone = 120s;
 
-/// Lets the event loop run until `start` has called back; absent when that
-/// takes too long, or the program ends meanwhile.
-template<typename T>
-std::optional<T> outcomeOf(const CommandContext &context,
-                           const std::function<void(std::function<void(const T &)>)> &start)
-{
-    struct Waiting {
-        QEventLoop loop;
-        std::optional<T> outcome;
-    };
-    const auto waiting = std::make_shared<Waiting>();
-    start([kept = std::weak_ptr(waiting)](const T &outcome) {
-        if (const auto still = kept.lock()) {
-            still->outcome = outcome;
-            still->loop.quit();
-        }
-    });
-    const auto limit = context.clock.singleShot(context.app ? patienceInside : patienceAlone,
-                                                [loop = &waiting->loop] { loop->quit(); });
-    if (!waiting->outcome)
-        waiting->loop.exec();
-    return waiting->outcome;
-}
-
 CommandResult takesTooLong()
 {
     return CommandResult::refused(u"The synchronisation has not ended yet; orvelle sync status tells how it goes."_s);
+}
+
+/// Makes an answer that takes the first result, and sees to it that one comes.
+CommandAnswer answeredInTime(const CommandContext &context, const CommandAnswer &answer)
+{
+    const auto waiting = std::make_shared<CommandAnswer>(answer);
+    const CommandAnswer once = [waiting](const CommandResult &result) {
+        if (const CommandAnswer still = std::exchange(*waiting, nullptr))
+            still(result);
+    };
+    context.clock.after(context.app ? patienceInside : patienceAlone, QCoreApplication::instance(),
+                        [once] { once(takesTooLong()); });
+    return once;
 }
 
 QString isoText(Timestamp moment)
@@ -162,6 +152,23 @@ CommandResult statusAfter(const CommandArguments &arguments, SyncControl &sync, 
     return CommandResult::done(arguments.has(u"json"_s) ? statusJson(sync, context) : QByteArray(sentence) + '\n');
 }
 
+CommandResult configured(const Result<ConfigureCloudSyncResult, QString> &outcome, const CommandArguments &arguments,
+                         SyncControl &sync, const CommandContext &context)
+{
+    if (!outcome)
+        return CommandResult::refused(outcome.error());
+    switch (*outcome) {
+    case ConfigureCloudSyncResult::ImportedExisting:
+        return statusAfter(arguments, sync, context, "The links of the shared document were taken over.");
+    case ConfigureCloudSyncResult::CreatedNew:
+        return statusAfter(arguments, sync, context, "The links here are the shared document now.");
+    case ConfigureCloudSyncResult::Cancelled:
+        break;
+    }
+    return CommandResult::refused(
+        u"There is a shared document already, and nothing was changed; say --use-existing or --create-new."_s);
+}
+
 } // namespace
 
 CommandResult runSyncStatus(const CommandArguments &arguments, CommandContext &context)
@@ -177,62 +184,48 @@ CommandResult runSyncStatus(const CommandArguments &arguments, CommandContext &c
     return CommandResult::done(text.toUtf8());
 }
 
-CommandResult runSyncNow(const CommandArguments &arguments, CommandContext &context)
+void beginSyncNow(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
     SyncControl &sync = context.sync();
     if (sync.place().kind == SyncPlace::Kind::None)
-        return CommandResult::refused(u"No place is chosen; see orvelle sync configure."_s);
-    using Outcome = Result<SyncResult, CloudSyncError>;
-    const auto outcome = outcomeOf<Outcome>(context, [&sync](const CloudSync::Done &done) { sync.syncNow(done); });
-    if (!outcome)
-        return takesTooLong();
-    if (!*outcome)
-        return CommandResult::refused(outcome->error().description);
-    return CommandResult::done(arguments.has(u"json"_s) ? resultJson(**outcome) : resultText(**outcome));
+        return answer(CommandResult::refused(u"No place is chosen; see orvelle sync configure."_s));
+    const bool json = arguments.has(u"json"_s);
+    sync.syncNow([json, answer = answeredInTime(context, answer)](const Result<SyncResult, CloudSyncError> &outcome) {
+        if (!outcome)
+            answer(CommandResult::refused(outcome.error().description));
+        else
+            answer(CommandResult::done(json ? resultJson(*outcome) : resultText(*outcome)));
+    });
 }
 
-CommandResult runSyncConfigure(const CommandArguments &arguments, CommandContext &context)
+void beginSyncConfigure(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
     const auto place = placeOf(arguments, context);
     if (!place)
-        return place.error();
+        return answer(place.error());
     const bool use = arguments.has(u"use-existing"_s);
     const bool create = arguments.has(u"create-new"_s);
-    const auto ask = [use, create](const std::function<void(ConfigureCloudSyncResult)> &answer) {
-        answer(use      ? ConfigureCloudSyncResult::ImportedExisting
+    const auto ask = [use, create](const std::function<void(ConfigureCloudSyncResult)> &choose) {
+        choose(use      ? ConfigureCloudSyncResult::ImportedExisting
                : create ? ConfigureCloudSyncResult::CreatedNew
                         : ConfigureCloudSyncResult::Cancelled);
     };
     const auto password =
         arguments.has(u"password"_s) ? std::optional(arguments.options.value(u"password"_s)) : std::nullopt;
     SyncControl &sync = context.sync();
-    using Outcome = Result<ConfigureCloudSyncResult, QString>;
-    const auto outcome = outcomeOf<Outcome>(
-        context, [&](const Configured &done) { configureCloudSync(sync, *place, password, ask, done); });
-    if (!outcome)
-        return takesTooLong();
-    if (!*outcome)
-        return CommandResult::refused(outcome->error());
-    switch (**outcome) {
-    case ConfigureCloudSyncResult::ImportedExisting:
-        return statusAfter(arguments, sync, context, "The links of the shared document were taken over.");
-    case ConfigureCloudSyncResult::CreatedNew:
-        return statusAfter(arguments, sync, context, "The links here are the shared document now.");
-    case ConfigureCloudSyncResult::Cancelled:
-        break;
-    }
-    return CommandResult::refused(
-        u"There is a shared document already, and nothing was changed; say --use-existing or --create-new."_s);
+    configureCloudSync(sync, *place, password, ask,
+                       [context, arguments, &sync, answer = answeredInTime(context, answer)](
+                           const Result<ConfigureCloudSyncResult, QString> &outcome) {
+                           answer(configured(outcome, arguments, sync, context));
+                       });
 }
 
-CommandResult runSyncDisable(const CommandArguments &arguments, CommandContext &context)
+void beginSyncDisable(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
     SyncControl &sync = context.sync();
-    const auto over = outcomeOf<bool>(
-        context, [&sync](const std::function<void(const bool &)> &done) { sync.disable([done] { done(true); }); });
-    if (!over)
-        return takesTooLong();
-    return statusAfter(arguments, sync, context, "Synchronisation is off. The shared document stays where it is.");
+    sync.disable([context, arguments, &sync, answer = answeredInTime(context, answer)] {
+        answer(statusAfter(arguments, sync, context, "Synchronisation is off. The shared document stays where it is."));
+    });
 }
 
 } // namespace orvelle
