@@ -162,6 +162,7 @@ private:
             each->shown.clear();
         }
         workspace.opened.clear();
+        workspace.focusRequests.clear();
         for (SyncMachine *each : {&mine, &other}) {
             each->container.downloads.clear();
             each->container.archived.clear();

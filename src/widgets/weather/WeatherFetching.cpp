@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace orvelle {
 
@@ -81,7 +82,15 @@ void WeatherManager::located(const Coordinates &place)
     if (locationMode() != WeatherLocationMode::Automatic)
         return;
     m_lastLocation = place;
+    m_locationError.clear();
     fetch(place, std::nullopt);
+}
+
+/// Said once while it lasts: each opening of the menu asks again.
+void WeatherManager::locationFailed(const QString &reason)
+{
+    if (reason != std::exchange(m_locationError, reason))
+        qCWarning(lcWeather).noquote() << u"Location error: "_s + reason;
 }
 
 void WeatherManager::geocodeAndFetch()

@@ -31,8 +31,7 @@ WeatherManager::WeatherManager(const Services &services, QObject *parent) : QObj
     connect(&services.powerEvents, &PowerEvents::didWake, this, &WeatherManager::refreshLocation);
     connect(&services.location, &LocationService::authorizationChanged, this, &WeatherManager::authorizationChanged);
     connect(&services.location, &LocationService::located, this, &WeatherManager::located);
-    connect(&services.location, &LocationService::failed, this,
-            [](const QString &reason) { qCWarning(lcWeather).noquote() << u"Location error: "_s + reason; });
+    connect(&services.location, &LocationService::failed, this, &WeatherManager::locationFailed);
     // Documents that are taken in and other processes write past this object.
     connect(&notifications, &Notifications::weatherChanged, this, &WeatherManager::adoptStored);
     connect(&notifications, &Notifications::syncableSettingsChanged, this, &WeatherManager::adoptStored);

@@ -110,6 +110,7 @@ private:
     void askForLocation();
     void authorizationChanged();
     void located(const Coordinates &place);
+    void locationFailed(const QString &reason);
     void geocoded(const QString &city, const Result<QList<Placemark>, QString> &found);
     void fetch(const Coordinates &place, const std::optional<QString> &name);
     void answered(const Coordinates &place, const std::optional<QString> &name,
@@ -124,6 +125,7 @@ private:
     Settings m_seen;     ///< as the store had them when it was last looked at
     std::optional<WeatherData> m_weatherData;
     std::optional<Coordinates> m_lastLocation;
+    QString m_locationError; ///< the last one, until there is a location
     std::optional<NamedPlace> m_cachedReverseGeocode;
     bool m_lastFetchFailed = false;
     CitySearch m_citySearch = CitySearch::None;
