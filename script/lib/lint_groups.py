@@ -81,10 +81,11 @@ def look(folder, commands, files):
     """The findings in the files, as text."""
     together = folder / f"together-{files[0].replace('/', '-')}"
     together.write_text("".join(f'#include "{os.path.abspath(file)}"\n' for file in files), encoding="utf-8")
-    # Relative paths in the flags are meant from the build folder.
+    # Relative paths in the flags are meant from the build folder. A name in one
+    # file may be a local one in another.
     ran = subprocess.run(["nice", "-n", "19", "clang-tidy", "--quiet", "--checks=-bugprone-suspicious-include",
                           f"--config-file={os.path.abspath('.clang-tidy')}", str(together.resolve()), "--",
-                          *flags(commands[os.path.abspath(files[0])])],
+                          *flags(commands[os.path.abspath(files[0])]), "-Wno-shadow"],
                          capture_output=True, text=True, cwd=folder, check=False)
     together.unlink()
     if ran.returncode == 0:

@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-typedef struct _GKeyFile GKeyFile;
+using GKeyFile = struct _GKeyFile;
 
 namespace orvelle {
 

@@ -62,7 +62,7 @@ bool isUnmounted(const QByteArray &path, const QByteArray &fstab, const QByteArr
         const QList<Mount> mounts = parseMountInfo(mountInfo);
         result = std::ranges::none_of(mounts, [&](const Mount &each) { return each.mountPoint == point; });
     }
-    ::fclose(stream);
+    ::endmntent(stream);
     return result;
 }
 
