@@ -73,19 +73,19 @@ void CloudSync::Private::migrateFromBookmarkIfNeeded()
                             return;
                         }
                         const auto stored = s.defaults.get<QByteArray>(key(cloudSyncBookmarkBaseKey()));
-                        const auto target = stored ? s.bookmarks.resolve(*stored) : FileBookmarkError{u"no bookmark"_s};
-                        if (there.error().kind != CloudError::Kind::Missing || !target)
+                        if (there.error().kind != CloudError::Kind::Missing || !stored)
                             return; // tried again at the next start
-                        copyBookmarked(target->path);
+                        copyBookmarked(*stored);
                     }));
 }
 
-void CloudSync::Private::copyBookmarked(const QString &path)
+void CloudSync::Private::copyBookmarked(const QByteArray &bookmark)
 {
     onWorker<QByteArray>(
-        [path] {
-            QFile file(path);
-            return file.open(QFile::ReadOnly) ? file.read(CloudContainer::maxFileBytes) : QByteArray();
+        [bookmark, &bookmarks = s.bookmarks] {
+            const auto target = bookmarks.resolve(bookmark);
+            QFile file(target ? target->path : QString());
+            return target && file.open(QFile::ReadOnly) ? file.read(CloudContainer::maxFileBytes) : QByteArray();
         },
         [this](const QByteArray &bytes) {
             if (bytes.isEmpty())

@@ -220,7 +220,7 @@ struct CloudSync::Private {
 
     // CloudSyncConfigure.cpp
     void migrateFromBookmarkIfNeeded();
-    void copyBookmarked(const QString &path);
+    void copyBookmarked(const QByteArray &bookmark);
     void clearBookmark(const char *line);
 
     // CloudSyncEncryption.cpp
