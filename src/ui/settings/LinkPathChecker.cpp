@@ -4,15 +4,19 @@
 #include "links/LinkStore.h"
 #include "platform/Volumes.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
-#include <QPointer>
 
 namespace orvelle {
 
-LinkPathChecker::LinkPathChecker(const LinkStore &links, QObject *parent)
-    : QObject(parent), m_links(links), m_disk(1, std::chrono::milliseconds(0))
+LinkPathChecker::LinkPathChecker(const LinkStore &links, QObject *parent) : QObject(parent), m_links(links)
 {
+    m_disk.setMaxThreadCount(1);
+}
+
+LinkPathChecker::~LinkPathChecker()
+{
+    m_disk.clear();
+    m_disk.waitForDone();
 }
 
 bool LinkPathChecker::isBroken(const LinkItem &item) const
@@ -37,24 +41,17 @@ void LinkPathChecker::ask(const QString &path) const
     if (m_asked.contains(path))
         return;
     m_asked.insert(path);
-    const QPointer<LinkPathChecker> self(const_cast<LinkPathChecker *>(this));
+    auto *self = const_cast<LinkPathChecker *>(this);
     if (!m_links.volumes().distantVolumeHolding(path).isEmpty()) {
         m_links.look(path, self, [path, self](FileBookmarks &) {
             return [path, self, broken = !QFileInfo::exists(path)] { self->take(path, broken); };
         });
         return;
     }
-    // The answer may come when this is gone, so it travels by way of the
-    // application, which lives on.
-    m_disk.run([path, self] {
+    m_disk.start([path, self] {
         const bool broken = !QFileInfo::exists(path);
         QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [path, self, broken] {
-                if (self)
-                    self->take(path, broken);
-            },
-            Qt::QueuedConnection);
+            self, [path, self, broken] { self->take(path, broken); }, Qt::QueuedConnection);
     });
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "base/PatientThreads.h"
-
 #include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QThreadPool>
 
 namespace orvelle {
 
@@ -21,6 +20,7 @@ class LinkPathChecker : public QObject
 
 public:
     explicit LinkPathChecker(const LinkStore &links, QObject *parent = nullptr);
+    ~LinkPathChecker() override;
 
     /// What is known now: true for a file or folder that is gone. The first
     /// question about a path answers false and asks the disk; changed() tells
@@ -38,7 +38,7 @@ private:
     void take(const QString &path, bool broken);
 
     const LinkStore &m_links;
-    mutable PatientThreads m_disk;
+    mutable QThreadPool m_disk;
     mutable QHash<QString, bool> m_known; ///< path to "is gone"
     mutable QSet<QString> m_asked;        ///< without an answer yet
 };
