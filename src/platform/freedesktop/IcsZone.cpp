@@ -37,7 +37,7 @@ public:
 class SystemZone : public IcsZone
 {
 public:
-    explicit SystemZone(QTimeZone zone) : m_zone(std::move(zone)) {}
+    explicit SystemZone(const QTimeZone &zone) : m_zone(zone) {}
     qint64 toUtc(WallSeconds wall) const override
     {
         const QDateTime time = civil(wall);
