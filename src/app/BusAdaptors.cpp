@@ -1,5 +1,6 @@
 #include "app/BusAdaptors.h"
 
+#include <QDBusError>
 #include <QDir>
 #include <QUrl>
 
@@ -32,7 +33,9 @@ int CommandAdaptor::RunCommand(const QStringList &arguments, const QString &work
     // What is returned here is then not sent.
     call.setDelayedReply(true);
     const CommandAnswer answer = [bus = m_bus, call](const CommandResult &result) {
-        bus.send(call.createReply(QVariantList{result.exitCode, result.out, result.err}));
+        const bool fits = result.out.size() <= maxCommandOutput && result.err.size() <= maxCommandOutput;
+        bus.send(fits ? call.createReply(QVariantList{result.exitCode, result.out, result.err})
+                      : call.createErrorReply(QDBusError::LimitsExceeded, QStringLiteral("The output is too long")));
     };
     const bool isSound = arguments.size() <= maxCommandArguments &&
                          (workingDirectory.isEmpty() || QDir::isAbsolutePath(workingDirectory));

@@ -16,6 +16,8 @@ namespace orvelle {
 constexpr qsizetype maxOpenedDocuments = 16;
 /// More words than a command line of the system has.
 constexpr qsizetype maxCommandArguments = 4096;
+/// What an array on the bus can hold; the library would end the program for more.
+constexpr qsizetype maxCommandOutput = 64 << 20;
 
 /// org.freedesktop.Application, Desktop Entry Specification 1.5, "D-Bus
 /// Activation".
@@ -56,8 +58,9 @@ public:
 public slots:
     /// The working directory is absolute, or empty for one that is gone. Output
     /// as bytes, because a stored text may hold what a D-Bus string may
-    /// not (NUL). The reply is sent when the command is over, and other calls
-    /// are answered meanwhile.
+    /// not (NUL); above maxCommandOutput an error is the answer, and the caller
+    /// carries out the command itself. The reply is sent when the command is
+    /// over, and other calls are answered meanwhile.
     int RunCommand(const QStringList &arguments, const QString &workingDirectory, const QDBusMessage &call,
                    QByteArray &output, QByteArray &errorOutput);
 

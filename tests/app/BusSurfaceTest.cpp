@@ -30,7 +30,7 @@ protected:
             if (arguments.value(0) == u"wait")
                 waiting += answer;
             else
-                answer(CommandResult::done("out"));
+                answer(CommandResult::done(output));
         };
         service = std::make_unique<BusService>(bus.connection(), requests);
         EXPECT_TRUE(service->acquireName());
@@ -57,6 +57,7 @@ protected:
     PrivateBus bus;
     QDBusConnection peer = bus.connection();
     QStringList asked;
+    QByteArray output = "out";
     QList<CommandAnswer> waiting;
     std::unique_ptr<BusService> service;
 };
@@ -129,6 +130,14 @@ TEST_F(BusSurfaceTest, CommandsAreCommandLines)
     }
     call(application, u"ActivateAction"_s, {QString(8 << 20, u'x'), QVariantList{1, u"y"_s}, QVariantMap()});
     EXPECT_TRUE(asked.contains(u"action %1"_s.arg(8 << 20))) << "a huge name is a name that nobody knows";
+}
+
+TEST_F(BusSurfaceTest, AnOutputThatTheBusCannotCarryIsRefusedAndTheBusStays)
+{
+    output = QByteArray(70 << 20, 'x');
+    EXPECT_EQ(call(command, u"RunCommand"_s, {QStringList{u"links"_s}, u"/"_s}).type(), QDBusMessage::ErrorMessage);
+    output = "out";
+    EXPECT_EQ(call(command, u"RunCommand"_s, {QStringList{u"links"_s}, u"/"_s}).arguments().value(1), output);
 }
 
 TEST_F(BusSurfaceTest, EveryCallOfAFloodIsAnswered)
