@@ -11,6 +11,9 @@ void CloudSync::Private::start()
     if (container)
         watch();
     if (!active()) {
+        // A server that is not watched is not asked whether it is there again.
+        if (container && enabled())
+            container->startWatching(fileName());
         announce();
         return;
     }
@@ -32,7 +35,8 @@ void CloudSync::Private::stop()
     for (const QMetaObject::Connection &connection : connections)
         disconnect(connection);
     connections.clear();
-    if (std::exchange(isMonitoring, false) && container)
+    isMonitoring = false;
+    if (container)
         container->stopWatching();
 }
 
@@ -116,6 +120,8 @@ void CloudSync::Private::initialSyncDone()
 
 void CloudSync::Private::onGathered(int count)
 {
+    if (!isMonitoring)
+        return;
     qCInfo(lcCloudSync, "NSMetadataQuery: gathering terminé, %ld résultat(s)", static_cast<long>(count));
     check(false);
 }

@@ -151,6 +151,22 @@ TEST_F(CloudSyncMonitorTest, thePollRepeatsNoLine)
         lines.contains(u"CloudSync: Fichier de synchro déjà importé (hash identique) — ignoré [background check]"_s));
 }
 
+TEST_F(CloudSyncMonitorTest, aPlaceThatWentAwayIsWatchedUntilItIsBack)
+{
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(10s);
+    a.container.becomesAvailable(false);
+    clock.advance(10s);
+    EXPECT_EQ(a.container.watched, file) << "otherwise nobody asks whether it is there again";
+    otherWrites(u"x"_s);
+    a.container.becomesAvailable(true);
+    clock.advance(10s);
+    EXPECT_EQ(here(a), u"x"_s);
+    a.container.becomesAvailable(false);
+    a.sync().setAutoSyncEnabled(false);
+    EXPECT_EQ(a.container.watched, QString());
+}
+
 TEST_F(CloudSyncMonitorTest, aFileThatIsNotThereYetIsToldOnceForEachTimeThatItGoes)
 {
     const QString line = u"Fichier de synchro pas encore téléchargé, téléchargement demandé"_s;
