@@ -72,10 +72,11 @@ void WebDavContainer::run(std::function<T(Worker &)> work, Done<T> done)
             return;
         }
         QMetaObject::invokeMethod(this, [this, done, result = std::move(result)] {
+            // Who asked hears of it first: a place that goes away ends all that is under way.
             const QPointer alive(this);
-            noteAnswer(result ? nullptr : &result.error());
+            done(result);
             if (alive)
-                done(result);
+                noteAnswer(result ? nullptr : &result.error());
         });
     });
 }

@@ -254,7 +254,10 @@ TEST_F(WebDavRefusals, SilenceEndsByTheClockAndAvailabilityComesBackByItself)
         return std::optional(QByteArray());
     };
     std::string result;
-    machine.container->read(Machine::name, [&](const auto &file) { result = said(file); });
+    machine.container->read(Machine::name, [&](const auto &file) {
+        result = said(file);
+        EXPECT_EQ(told, 0) << "who asked hears of it first";
+    });
     ASSERT_TRUE(machine.wait([&] { return asked; }));
     clock.advance(19s);
     EXPECT_EQ(result, "");
