@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/QuietBus.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -7,12 +9,12 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QThread>
 
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
+#include <sys/mount.h>
 
-#include <csignal>
 #include <functional>
 #include <memory>
 
@@ -31,8 +33,14 @@ struct Answer {
 class Machine
 {
 public:
-    Machine() : m_environment(QProcessEnvironment::systemEnvironment())
+    /// `disk` are the mount options of a tmpfs for all that is its own
+    /// ("size=16m"), in a process with private mounts.
+    explicit Machine(const QByteArray &disk = {})
+        : m_hasDisk(!disk.isEmpty()), m_environment(QProcessEnvironment::systemEnvironment())
     {
+        m_log.open();
+        if (m_hasDisk && ::mount("none", m_home.path().toUtf8().constData(), "tmpfs", 0, disk.constData()) != 0)
+            qWarning("the machine's disk could not be mounted");
         for (const char *unset : {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "LC_ALL"})
             m_environment.remove(QString::fromLatin1(unset));
         const std::pair<const char *, const char *> folders[] = {{"HOME", ""},
@@ -49,18 +57,13 @@ public:
         m_environment.insert(u"LANG"_s, u"C.UTF-8"_s);
         m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
         m_environment.insert(u"https_proxy"_s, u"http://127.0.0.1:9"_s);
-        // Also when this test is killed.
-        m_bus.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        m_bus.setProcessEnvironment(m_environment);
-        m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
-        m_bus.waitForReadyRead(10'000);
-        m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromLatin1(m_bus.readLine()).trimmed());
+        m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.address());
     }
     ~Machine()
     {
         kill();
-        m_bus.kill();
-        m_bus.waitForFinished();
+        if (m_hasDisk)
+            ::umount(m_home.path().toUtf8().constData());
     }
     Q_DISABLE_COPY_MOVE(Machine)
 
@@ -69,6 +72,7 @@ public:
         m_program = std::make_unique<QProcess>();
         m_program->setProcessEnvironment(m_environment);
         m_program->setProcessChannelMode(QProcess::MergedChannels);
+        m_program->setStandardOutputFile(m_log.fileName(), QFile::Append); // a pipe that nobody reads fills up
         m_program->start(program(), QStringList());
         EXPECT_TRUE(becomes([this] { return run("toggle").code == 0; }, 20'000));
     }
@@ -97,11 +101,18 @@ public:
         process.write(input);
         process.closeWriteChannel();
         if (!process.waitForFinished(60'000))
-            return {};
+            return {-1, {}, "no end"};
         return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
     }
     Answer run(const char *line) { return run(QString::fromUtf8(line)); }
     bool shows(const char *name) { return run("menu").out.contains(name); }
+    QString busAddress() const { return m_bus.address(); }
+    QByteArray log() const
+    {
+        QFile file(m_log.fileName());
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QString home() const { return m_home.path(); }
     QJsonObject status() { return QJsonDocument::fromJson(run("sync status --json").out).object(); }
 
     static bool becomes(const std::function<bool()> &condition, qint64 patience)
@@ -120,8 +131,10 @@ private:
     static QString program() { return QStringLiteral(ORVELLE_BINARY_DIR "/bin/orvelle"); }
 
     QTemporaryDir m_home;
+    QTemporaryFile m_log;
+    bool m_hasDisk;
     QProcessEnvironment m_environment;
-    QProcess m_bus;
+    QuietBus m_bus;
     std::unique_ptr<QProcess> m_program;
 };
 

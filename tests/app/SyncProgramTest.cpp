@@ -1,4 +1,8 @@
 #include "app/ProgramMachine.h"
+#include "platform/freedesktop/ApacheServer.h"
+#include "support/Keyring.h"
+
+#include <QDirIterator>
 
 namespace orvelle::test {
 namespace {
@@ -18,7 +22,7 @@ protected:
 };
 
 /// Long enough on a busy machine; what it takes is printed.
-constexpr qint64 patience = 40'000;
+constexpr qint64 patience = 90'000;
 
 TEST_F(SyncProgram, CommandsAloneShareATreeThroughAFolder)
 {
@@ -108,6 +112,62 @@ TEST_F(SyncProgram, AnEditReachesTheOtherRunningProgramAndAKillLosesNothing)
             << machine->run("menu").out.toStdString() << machine->run("sync status").out.toStdString();
     }
     EXPECT_FALSE(b.status()[u"needsUser"].toBool());
+}
+
+/// What of all that a machine has stored holds these bytes.
+QStringList filesWith(const QByteArray &bytes, const QString &folder)
+{
+    QStringList found;
+    for (QDirIterator each(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); each.hasNext();) {
+        QFile file(each.next());
+        if (file.open(QFile::ReadOnly) && file.readAll().contains(bytes))
+            found += file.fileName();
+    }
+    return found;
+}
+
+TEST_F(SyncProgram, APasswordIsInTheKeyringForAsLongAsItsPlaceIsUsed)
+{
+    if (!ApacheServer::isInstalled() || !Keyring::isInstalled())
+        GTEST_SKIP() << "the package apache2 or gnome-keyring is not installed";
+    ApacheServer server;
+    const QString place = u"sync configure --user ann --webdav "_s + server.folder().toString();
+    const QString account = u"ann "_s + server.folder().toString();
+    Keyring keyrings[] = {Keyring(a.busAddress()), Keyring(b.busAddress())};
+    const auto kept = [&](int which) { return keyrings[which].count(u"account"_s, account); };
+    for (Keyring &keyring : keyrings)
+        ASSERT_TRUE(keyring.start());
+    a.startProgram();
+    b.startProgram();
+
+    EXPECT_EQ(a.run(place).code, 1) << "no password at all";
+    const Answer refused = a.run(place + u" --password -"_s, "wrong\n");
+    EXPECT_TRUE(refused.err.contains("user name and the password")) << refused.err.toStdString();
+    EXPECT_FALSE(a.status()[u"enabled"].toBool());
+    const Answer begun = a.run(place + u" --password - --json"_s, "geheim\n");
+    ASSERT_EQ(begun.code, 0) << begun.err.toStdString() << server.errors().toStdString();
+    EXPECT_TRUE(begun.out.contains("webdav") && begun.out.contains("ann")) << begun.out.toStdString();
+    ASSERT_EQ(b.run(place + u" --password - --use-existing"_s, "geheim\n").code, 0);
+    EXPECT_EQ(kept(0), 1);
+    EXPECT_EQ(kept(1), 1);
+
+    ASSERT_EQ(a.run("add https://seen.invalid/").code, 0);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(Machine::becomes([this] { return b.shows("seen.invalid"); }, patience))
+        << a.run("sync status").out.toStdString() << b.run("sync status").out.toStdString();
+    printf("from the edit over the server to the other menu: %lld ms\n", static_cast<long long>(timer.elapsed()));
+    EXPECT_EQ(b.run("sync now --json").code, 0);
+    for (Machine *machine : {&a, &b}) {
+        EXPECT_EQ(filesWith("geheim", machine->home()), QStringList());
+        EXPECT_FALSE(machine->log().contains("geheim"));
+    }
+
+    EXPECT_EQ(a.run("sync disable --json").code, 0);
+    EXPECT_EQ(kept(0), 0);
+    const Answer moved = b.run(configure());
+    EXPECT_EQ(moved.code, 0) << moved.err.toStdString() << b.log().toStdString();
+    EXPECT_EQ(kept(1), 0);
 }
 
 TEST_F(SyncProgram, ADocumentIsSynchronisedIntoTheRunningProgramAndTravelsOn)

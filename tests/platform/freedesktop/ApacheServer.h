@@ -12,6 +12,7 @@
 #include <QUrl>
 
 #include <pwd.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -29,8 +30,13 @@ public:
         return !program().isEmpty() && QFile::exists(QStringLiteral("/usr/lib/apache2/modules/mod_dav_fs.so"));
     }
 
-    ApacheServer()
+    /// `disk` are the mount options of a tmpfs for what it stores ("size=4m"),
+    /// in a process with private mounts; without them it is the disk of all.
+    explicit ApacheServer(const QByteArray &disk = {}) : m_hasDisk(!disk.isEmpty())
     {
+        QDir(m_root.path()).mkpath(QStringLiteral("dav"));
+        if (m_hasDisk && ::mount("none", dav().constData(), "tmpfs", 0, disk.constData()) != 0)
+            qWarning("the server's disk could not be mounted");
         QDir(m_root.path()).mkpath(QStringLiteral("dav/Orvelle"));
         QDir(m_root.path()).mkpath(QStringLiteral("run"));
         write("passwords",
@@ -43,7 +49,12 @@ public:
         write("apache.conf", configuration());
         start();
     }
-    ~ApacheServer() { stop(); }
+    ~ApacheServer()
+    {
+        stop();
+        if (m_hasDisk)
+            ::umount(dav().constData());
+    }
     Q_DISABLE_COPY_MOVE(ApacheServer)
 
     QUrl folder() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/Orvelle/").arg(m_port)); }
@@ -81,6 +92,7 @@ public:
     QByteArray requests() const { return written("requests"); }
 
 private:
+    QByteArray dav() const { return m_root.filePath(QStringLiteral("dav")).toUtf8(); }
     QByteArray written(const char *log) const
     {
         QFile file(m_root.filePath(QStringLiteral("run/") + QString::fromLatin1(log)));
@@ -142,6 +154,7 @@ Require valid-user
     QTemporaryDir m_root;
     QProcess m_process;
     quint16 m_port = 0;
+    bool m_hasDisk;
 };
 
 } // namespace orvelle::test

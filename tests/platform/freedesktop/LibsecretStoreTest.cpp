@@ -1,21 +1,11 @@
 #include "platform/freedesktop/LibsecretStore.h"
 
 #include "support/CloudContainerContract.h"
+#include "support/Keyring.h"
 #include "support/LogCapture.h"
-
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDir>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include "support/QuietBus.h"
 
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
-
-#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -25,71 +15,19 @@ using test::spinUntil;
 
 namespace {
 
-/// A bus that starts nothing by itself, with or without a keyring on it.
-class KeyringBus
+/// What the store finds as the bus of its session, with or without a keyring.
+class SessionBus
 {
 public:
-    KeyringBus() : m_before(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
-    {
-        QFile config(m_home.filePath(u"bus.conf"_s));
-        config.open(QFile::WriteOnly);
-        config.write("<busconfig><type>session</type><listen>unix:dir=" + m_home.path().toUtf8() +
-                     "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                     "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-        config.close();
-        for (QProcess *each : {&m_daemon, &m_keyring}) // also when this test is killed
-            each->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        m_daemon.start(u"dbus-daemon"_s,
-                       {u"--config-file="_s + config.fileName(), u"--nofork"_s, u"--print-address"_s});
-        while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(10'000)) {
-        }
-        const QByteArray address = m_daemon.readLine().trimmed();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        m_bus = QDBusConnection::connectToBus(QString::fromUtf8(address), u"keyring test"_s);
-    }
-    ~KeyringBus()
-    {
-        QDBusConnection::disconnectFromBus(u"keyring test"_s);
-        for (QProcess *each : {&m_keyring, &m_daemon}) {
-            each->kill();
-            each->waitForFinished();
-        }
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_before);
-    }
-    Q_DISABLE_COPY_MOVE(KeyringBus)
+    SessionBus() { qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8()); }
+    ~SessionBus() { qputenv("DBUS_SESSION_BUS_ADDRESS", m_before); }
+    Q_DISABLE_COPY_MOVE(SessionBus)
 
-    static bool isInstalled() { return !QStandardPaths::findExecutable(u"gnome-keyring-daemon"_s).isEmpty(); }
-
-    bool startKeyring()
-    {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        for (const char *name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
-            environment.insert(QString::fromLatin1(name), m_home.path());
-        environment.remove(u"DISPLAY"_s);
-        m_keyring.setProcessEnvironment(environment);
-        m_keyring.start(u"gnome-keyring-daemon"_s, {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
-        m_keyring.write("login");
-        m_keyring.closeWriteChannel();
-        return spinUntil([this] {
-            return m_bus.interface()->isServiceRegistered(u"org.freedesktop.secrets"_s) &&
-                   QFileInfo::exists(m_home.filePath(u"keyrings/login.keyring"_s));
-        });
-    }
-    void lockKeyring()
-    {
-        auto call = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
-                                                   u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
-        call << QVariant::fromValue(
-            QList<QDBusObjectPath>{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
-        EXPECT_EQ(m_bus.call(call).type(), QDBusMessage::ReplyMessage);
-    }
+    QString address() const { return m_bus.address(); }
 
 private:
-    QByteArray m_before;
-    QTemporaryDir m_home;
-    QProcess m_daemon;
-    QProcess m_keyring;
-    QDBusConnection m_bus{QString()};
+    QByteArray m_before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    test::QuietBus m_bus;
 };
 
 template<typename T>
@@ -138,10 +76,11 @@ public:
 
 TEST(LibsecretStore, SecretsAreKeptInTheKeyringUntilTheyAreRemoved)
 {
-    if (!KeyringBus::isInstalled())
+    if (!test::Keyring::isInstalled())
         GTEST_SKIP() << "the package gnome-keyring is not installed";
-    KeyringBus bus;
-    ASSERT_TRUE(bus.startKeyring());
+    const SessionBus bus;
+    test::Keyring keyring(bus.address());
+    ASSERT_TRUE(keyring.start());
     const test::LogCapture log;
     const QByteArray secrets[] = {"hunter2", QByteArray("\0\xff\nbytes", 8), "pass phrase é", "changed"};
     for (const QByteArray &secret : secrets) {
@@ -162,7 +101,7 @@ TEST(LibsecretStore, SecretsAreKeptInTheKeyringUntilTheyAreRemoved)
     EXPECT_TRUE((*asking.lookup(u"bob https://a.example/"_s))->has_value());
 
     // Nobody is there to unlock it.
-    bus.lockKeyring();
+    ASSERT_TRUE(keyring.lock());
     EXPECT_EQ(said(asking.lookup(u"bob https://a.example/"_s)), "Locked");
     EXPECT_EQ(said(asking.keep(u"bob https://a.example/"_s, "topsecret")), "Locked");
     const QString lines = log.lines().join(u'\n');
@@ -183,7 +122,7 @@ TEST(LibsecretStore, WithoutAKeyringItSaysSoAtOnce)
     };
     {
         SCOPED_TRACE("a bus without a keyring");
-        const KeyringBus bus;
+        const SessionBus bus;
         expectUnavailable();
     }
     SCOPED_TRACE("a bus that is gone");
@@ -195,7 +134,7 @@ TEST(LibsecretStore, WithoutAKeyringItSaysSoAtOnce)
 
 TEST(LibsecretStore, AStoreThatIsGoneAnswersNobody)
 {
-    const KeyringBus bus;
+    const SessionBus bus;
     int answers = 0;
     {
         Asking asking;
