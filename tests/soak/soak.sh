@@ -27,9 +27,11 @@ run_model() {
     tests/soak/tests.py model "$out/model.json" $? "$out/model.log"
 }
 run_sync() {
-    ORVELLE_SOAK=yes ORVELLE_TEST_ROUNDS=$rounds QT_QPA_PLATFORM=offscreen \
-        "$bin/test_freedesktop" --gtest_filter='*FolderProcesses*:*Apache*' > "$out/sync.log" 2>&1
-    tests/soak/tests.py sync "$out/sync.json" $? "$out/sync.log"
+    local code=0
+    local -x ORVELLE_SOAK=yes ORVELLE_TEST_ROUNDS=$rounds QT_QPA_PLATFORM=offscreen
+    "$bin/test_freedesktop" --gtest_filter='*FolderProcesses*:*Apache*' > "$out/sync.log" 2>&1 || code=$?
+    "$bin/test_app" --gtest_filter='SyncRounds.*' >> "$out/sync.log" 2>&1 || code=$?
+    tests/soak/tests.py sync "$out/sync.json" $code "$out/sync.log"
 }
 # A network of its own, where one may be made, can fail without anybody noticing.
 own_network() {

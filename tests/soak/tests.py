@@ -13,10 +13,10 @@ import figures
 
 part, out, code, log = sys.argv[1], pathlib.Path(sys.argv[2]), int(sys.argv[3]), pathlib.Path(sys.argv[4])
 table, said = figures.Table(part), log.read_text(encoding="utf-8", errors="replace")
-passed = re.search(r"\[  PASSED  \] (\d+) test", said)
+passed = [int(count) for count in re.findall(r"\[  PASSED  \] (\d+) test", said)]
 failed = re.findall(r"^\[  FAILED  \] (\S+) \(", said, re.MULTILINE)
 skipped = re.findall(r"^\[  SKIPPED \] (\S+) \(", said, re.MULTILINE)
-table.at_least("tests that passed", int(passed[1]) if passed else 0, 1)
+table.at_least("tests that passed", sum(passed), 1)
 table.at_most("tests that failed", len(failed) if passed or failed else None, 0)
 table.at_most("exit code", code, 0)
 table.notes += [f"failed: {each}" for each in failed] + [f"skipped: {each}" for each in skipped]
