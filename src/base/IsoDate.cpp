@@ -15,6 +15,7 @@ constexpr auto firstMoment = static_cast<double>(seconds(sys_days(year(1) / Janu
 constexpr auto lastMoment = static_cast<double>(seconds(sys_days(year(10'000) / January / 1) - epoch).count()) - 1;
 // The distant past counts the days before 1582 by the old calendar, two more.
 static_assert(firstMoment > Timestamp::distantPast().seconds);
+static_assert(lastMoment == Timestamp::distantFuture().seconds);
 
 constexpr std::string_view shape = "dddd-dd-ddTdd:dd:dd"; ///< 'd' stands for a digit
 constexpr std::size_t dateTimeLength = shape.size();

@@ -2,6 +2,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace orvelle {
 
 /// A moment: seconds since 2001-01-01 00:00:00 UTC as a double, the form in
@@ -16,6 +18,9 @@ struct Timestamp {
     /// The earliest representable date, 0001-01-01 00:00:00 UTC.
     static constexpr Timestamp distantPast() { return {-63114076800.0}; }
 
+    /// The last second of year 9999, UTC.
+    static constexpr Timestamp distantFuture() { return {252423993599.0}; }
+
     static constexpr Timestamp fromUnixSeconds(double unixSeconds) { return {unixSeconds - unixEpochOffset}; }
     static Timestamp fromDateTime(const QDateTime &dateTime)
     {
@@ -24,8 +29,13 @@ struct Timestamp {
 
     constexpr double unixSeconds() const { return seconds + unixEpochOffset; }
 
-    /// Rounded to whole milliseconds, in UTC.
-    QDateTime toDateTime() const { return QDateTime::fromMSecsSinceEpoch(qRound64(unixSeconds() * 1000.0), Qt::UTC); }
+    /// Rounded to whole milliseconds, in UTC. What lies beyond the distant past
+    /// or future, which a document may hold, becomes that.
+    QDateTime toDateTime() const
+    {
+        const Timestamp within = *this > distantPast() ? std::min(*this, distantFuture()) : distantPast();
+        return QDateTime::fromMSecsSinceEpoch(qRound64(within.unixSeconds() * 1000.0), Qt::UTC);
+    }
 
     friend constexpr auto operator<=>(const Timestamp &, const Timestamp &) = default;
 

@@ -24,6 +24,18 @@ TEST(IsoDate, WritesWholeSecondsWithinFourDigitYears)
         EXPECT_EQ(IsoDate(Timestamp{seconds}).text(), text) << seconds;
 }
 
+TEST(Timestamp, OfADocumentCanBeShownWhateverItIs)
+{
+    const QDateTime first = Timestamp::distantPast().toDateTime();
+    const QDateTime last = Timestamp::distantFuture().toDateTime();
+    EXPECT_EQ(first.toSecsSinceEpoch(), -62135769600);
+    EXPECT_EQ(last, QDateTime({9999, 12, 31}, {23, 59, 59}, Qt::UTC));
+    EXPECT_EQ(Timestamp{-1e300}.toDateTime(), first);
+    EXPECT_EQ(Timestamp{qQNaN()}.toDateTime(), first);
+    EXPECT_EQ(Timestamp{1e300}.toDateTime(), last);
+    EXPECT_EQ(Timestamp{0.0004}.toDateTime(), QDateTime({2001, 1, 1}, {0, 0}, Qt::UTC));
+}
+
 TEST(IsoDate, ReadsTheOneFormOnly)
 {
     const std::pair<const char *, std::optional<double>> cases[] = {
