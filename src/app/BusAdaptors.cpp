@@ -1,18 +1,32 @@
 #include "app/BusAdaptors.h"
 
+#include "platform/freedesktop/ActivationToken.h"
+
 #include <QDBusError>
 #include <QDir>
 #include <QUrl>
 
 namespace orvelle {
 
-void ApplicationAdaptor::Activate(const QVariantMap &)
+namespace {
+
+/// So that the window which is asked for may have the focus.
+void takeFocusFrom(const QVariantMap &platformData)
 {
+    takeActivationToken(platformData.value(QStringLiteral("activation-token")).toString());
+}
+
+} // namespace
+
+void ApplicationAdaptor::Activate(const QVariantMap &platformData)
+{
+    takeFocusFrom(platformData);
     m_requests.activate();
 }
 
-void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &)
+void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &platformData)
 {
+    takeFocusFrom(platformData);
     QStringList paths;
     for (const QString &uri : uris) {
         const QUrl url(uri, QUrl::StrictMode);
@@ -22,8 +36,9 @@ void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &)
     m_requests.open(paths);
 }
 
-void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
+void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList &, const QVariantMap &platformData)
 {
+    takeFocusFrom(platformData);
     m_requests.action(name);
 }
 

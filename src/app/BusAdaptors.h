@@ -20,7 +20,7 @@ constexpr qsizetype maxCommandArguments = 4096;
 constexpr qsizetype maxCommandOutput = 64 << 20;
 
 /// org.freedesktop.Application, Desktop Entry Specification 1.5, "D-Bus
-/// Activation".
+/// Activation". Of the platform data the "activation-token" is taken.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT

@@ -1,4 +1,5 @@
 #include "app/BusAdaptors.h"
+#include "platform/freedesktop/ActivationToken.h"
 #include "support/PrivateBus.h"
 
 #include <QCoreApplication>
@@ -108,6 +109,26 @@ TEST_F(BusSurfaceTest, DocumentsAreFilesOfThisMachineAndFew)
     call(application, u"Open"_s, {QStringList(100'000, u"file:///x"_s), unknown});
     ASSERT_EQ(asked.size(), 1);
     EXPECT_EQ(asked.constFirst().count(u"/x"_s), maxOpenedDocuments);
+}
+
+TEST_F(BusSurfaceTest, WhoAsksForAWindowHandsOverTheFocus)
+{
+    const auto with = [](const QVariant &token) { return QVariantMap{{u"activation-token"_s, token}}; };
+    const struct {
+        QString method;
+        QVariantList arguments;
+        QByteArray token;
+    } cases[] = {
+        {u"Activate"_s, {with(u"leave-1"_s)}, "leave-1"},
+        {u"Open"_s, {QStringList{u"file:///x"_s}, with(u"leave-2"_s)}, "leave-2"},
+        {u"ActivateAction"_s, {u"toggle"_s, QVariantList(), with(u"leave-3"_s)}, "leave-3"},
+        {u"Activate"_s, {with(u"two\nlines"_s)}, ""},
+        {u"Activate"_s, {with(QVariantList{1})}, ""},
+    };
+    for (const auto &each : cases) {
+        call(application, each.method, each.arguments);
+        EXPECT_EQ(spendActivationToken(), each.token) << qPrintable(each.method);
+    }
 }
 
 TEST_F(BusSurfaceTest, CommandsAreCommandLines)
