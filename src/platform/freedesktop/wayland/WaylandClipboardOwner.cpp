@@ -7,11 +7,13 @@
 #include "platform/freedesktop/wayland/WaylandConnection.h"
 #include "platform/freedesktop/wayland/WaylandRequest.h"
 
+#include <QDeadlineTimer>
 #include <QLoggingCategory>
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <list>
 #include <utility>
 
@@ -20,6 +22,8 @@ namespace orvelle {
 namespace {
 
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
+
+constexpr std::chrono::seconds longestEnd{1};
 
 bool isText(QByteArrayView type)
 {
@@ -177,25 +181,29 @@ void WaylandClipboardOwner::Service::sourceCancelled(void *source, wl_proxy *pro
     sources.remove_if([source](const Source &each) { return &each == source; });
 }
 
-WaylandClipboardOwner::WaylandClipboardOwner() : m_service(std::make_unique<Service>())
+WaylandClipboardOwner::WaylandClipboardOwner()
+    : m_thread(std::make_unique<QThread>()), m_service(std::make_unique<Service>())
 {
-    m_thread.setObjectName(QStringLiteral("clipboard"));
-    m_service->moveToThread(&m_thread);
+    m_thread->setObjectName(QStringLiteral("clipboard"));
+    m_service->moveToThread(m_thread.get());
 }
 
 WaylandClipboardOwner::~WaylandClipboardOwner()
 {
-    if (!m_thread.isRunning())
+    if (!m_thread->isRunning())
         return;
     QMetaObject::invokeMethod(
         m_service.get(), [service = m_service.get()] { service->end(); }, Qt::QueuedConnection);
-    m_thread.wait();
+    if (m_thread->wait(QDeadlineTimer(longestEnd)))
+        return;
+    static_cast<void>(m_service.release());
+    static_cast<void>(m_thread.release());
 }
 
 void WaylandClipboardOwner::write(const QList<PasteboardItem> &forms)
 {
-    if (!m_thread.isRunning())
-        m_thread.start();
+    if (!m_thread->isRunning())
+        m_thread->start();
     QMetaObject::invokeMethod(
         m_service.get(), [service = m_service.get(), forms] { service->write(forms); }, Qt::QueuedConnection);
 }

@@ -17,7 +17,8 @@ class WaylandClipboardOwner
 {
 public:
     WaylandClipboardOwner();
-    /// What is owned ends with it.
+    /// What is owned ends with it. A thread that a hung compositor holds up is
+    /// left to itself.
     ~WaylandClipboardOwner();
 
     /// Takes the clipboard with these forms, or empties it with none, soon
@@ -28,7 +29,7 @@ public:
 private:
     class Service;
 
-    QThread m_thread;
+    std::unique_ptr<QThread> m_thread;
     std::unique_ptr<Service> m_service; ///< lives in the thread
 };
 
