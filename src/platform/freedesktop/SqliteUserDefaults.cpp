@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 namespace orvelle {
 
@@ -22,12 +23,22 @@ using namespace std::chrono_literals;
 constexpr auto idleBeforeCheckpoint = 3s;
 /// A log longer than this (32 MiB) is not left for later.
 constexpr int longLog = 4000;
+constexpr qint64 pageBytes = 8192;
 /// Changes that come together are announced together.
 constexpr auto gatherChanges = 30ms;
 
 DefaultsError refused(const char *why)
 {
     return {DefaultsError::Kind::Other, QString::fromLatin1(why)};
+}
+
+/// Whether a log of so many pages, which cannot be given up before the database
+/// has grown by as much, takes what room is left for both.
+bool isInTheWay(int pages, const QByteArray &path)
+{
+    struct statvfs disk = {};
+    return ::statvfs(path.constData(), &disk) == 0 &&
+           static_cast<qint64>(disk.f_bavail * disk.f_frsize) < 2 * pages * pageBytes;
 }
 
 /// Which file stands at a path; absent when there is none.
@@ -222,7 +233,7 @@ void SqliteUserDefaults::noteOwnChange(qint64 change, qint64 previousChange)
     // wake them too, came before.
     ::utimensat(AT_FDCWD, m_impl->path.constData(), nullptr, 0);
 
-    if (m_impl->table->logPages() > longLog) {
+    if (const int pages = m_impl->table->logPages(); pages > longLog || isInTheWay(pages, m_impl->path)) {
         m_impl->table->checkpoint();
         m_impl->checkpointTimer.reset();
         return;

@@ -98,6 +98,24 @@ TEST(SqliteDefaultsDisk, aDiskThatTurnsFullKeepsTheOldData)
     EXPECT_EQ(openAt(disk, clock)->defaults->get<QByteArray>(key), QByteArray(200'000, 'n'));
 }
 
+TEST(SqliteDefaultsDisk, theLogMakesRoomForWhatFollows)
+{
+    SystemClock clock; // whose event loop never runs here
+    const SmallDisk disk;
+    SKIP_WITHOUT_MOUNTS(disk);
+    const auto valueOf = [](char letter) { return QByteArray(300'000, letter); };
+    ASSERT_TRUE(openAt(disk, clock)->defaults->write(key, valueOf('-')));
+    for (const char last : {'k', 't'}) {
+        ChildProcess([&] {
+            const auto opened = openAt(disk, clock);
+            for (char letter = static_cast<char>(last - 10); letter <= last; ++letter)
+                std::ignore = opened->defaults->write(key, valueOf(letter));
+            ::_exit(0); // as if killed, so that the log stays
+        }).wait();
+        EXPECT_EQ(openAt(disk, clock)->defaults->get<QByteArray>(key), valueOf(last));
+    }
+}
+
 TEST(SqliteDefaultsDisk, opensForReadingWhereNothingCanBeWritten)
 {
     SystemClock clock;
