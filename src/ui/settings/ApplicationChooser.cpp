@@ -4,9 +4,9 @@
 #include "ui/common/ApplicationIcons.h"
 #include "ui/common/AssistedInput.h"
 #include "ui/common/PlainToolTip.h"
-#include "ui/settings/Sections.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QKeyEvent>

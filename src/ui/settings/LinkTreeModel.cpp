@@ -5,7 +5,6 @@
 #include "links/LinkStore.h"
 #include "ui/common/PlainToolTip.h"
 #include "ui/settings/LinkPathChecker.h"
-#include "ui/settings/Sections.h"
 
 namespace orvelle {
 

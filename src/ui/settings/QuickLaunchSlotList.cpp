@@ -8,7 +8,6 @@
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/common/PlainToolTip.h"
-#include "ui/settings/Sections.h"
 
 #include <QDropEvent>
 #include <QKeyEvent>
