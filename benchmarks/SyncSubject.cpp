@@ -1,8 +1,8 @@
 #include "SyncSubject.h"
 
 #include "MainThread.h"
-#include "platform/freedesktop/FolderContainer.h"
-#include "platform/freedesktop/WebDavContainer.h"
+#include "platform/freedesktop/folder/FolderContainer.h"
+#include "platform/freedesktop/webdav/WebDavContainer.h"
 
 #include <QDir>
 

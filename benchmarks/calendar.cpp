@@ -2,7 +2,7 @@
 // asked for again once they are at hand. Beside it a reading of the files' bytes
 // alone.
 #include "Statistics.h"
-#include "platform/freedesktop/IcsCalendars.h"
+#include "platform/freedesktop/calendars/IcsCalendars.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -2,9 +2,9 @@
 // JSON library over the same bytes.
 #include "SampleTrees.h"
 #include "Statistics.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeImport.h"
 #include "links/HomePaths.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeImport.h"
 #include "support/Fakes.h"
 
 #include <QCoreApplication>

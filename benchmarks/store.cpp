@@ -6,8 +6,8 @@
 #include "links/LinkCodec.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
-#include "platform/freedesktop/SqliteUserDefaults.h"
 #include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/defaults/SqliteUserDefaults.h"
 #include "services/DebugModeManager.h"
 #include "support/Fakes.h"
 

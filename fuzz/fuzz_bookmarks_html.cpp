@@ -1,5 +1,5 @@
-#include "links/BookmarksHtml.h"
 #include "links/LinkTree.h"
+#include "links/exchange/BookmarksHtml.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/SqliteDefaultsCodec.h"
+#include "platform/freedesktop/defaults/SqliteDefaultsCodec.h"
 
 #include <cstddef>
 #include <cstdint>

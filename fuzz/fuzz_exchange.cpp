@@ -1,8 +1,8 @@
 #include "base/Uuid.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeImport.h"
 #include "links/LinkCodec.h"
 #include "links/LinkTree.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeImport.h"
 #include "platform/FileBookmarks.h"
 
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/IcsSeries.h"
+#include "platform/freedesktop/calendars/IcsSeries.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "links/LinkFiles.h"
+#include "links/exchange/LinkFiles.h"
 
 #include <cstdint>
 #include <cstdlib>

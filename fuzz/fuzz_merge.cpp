@@ -1,5 +1,5 @@
-#include "links/ExchangeDocument.h"
 #include "links/LinkTree.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "sync/ItemDates.h"
 #include "sync/LinkMerge.h"
 #include "sync/SyncAnalysis.h"

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/HttpGeocoder.h"
+#include "platform/freedesktop/http/HttpGeocoder.h"
 #include "widgets/weather/OpenMeteo.h"
 #include "widgets/weather/WeatherData.h"
 

@@ -2,8 +2,8 @@
 
 #include "base/Result.h"
 #include "base/Text.h"
-#include "links/ExchangeFile.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/ExchangeFile.h"
+#include "links/exchange/LinkExchange.h"
 #include "menubar/AppWindows.h"
 #include "menubar/MenuBarManager.h"
 #include "menubar/StartupJobs.h"

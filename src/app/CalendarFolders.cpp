@@ -1,7 +1,7 @@
 #include "app/CalendarFolders.h"
 
 #include "platform/UserDefaults.h"
-#include "platform/freedesktop/IcsCalendars.h"
+#include "platform/freedesktop/calendars/IcsCalendars.h"
 
 #include <QFileInfo>
 

@@ -2,7 +2,7 @@
 
 #include "app/CoreServices.h"
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "menubar/LinkOpener.h"
 #include "menubar/MenuBuilder.h"
 #include "platform/PowerEvents.h"

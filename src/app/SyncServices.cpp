@@ -2,13 +2,13 @@
 
 #include "base/Notifications.h"
 #include "base/Text.h"
-#include "links/LinkExchange.h"
 #include "links/LinkStore.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/Clock.h"
 #include "platform/SecretStore.h"
 #include "platform/UserDefaults.h"
-#include "platform/freedesktop/FolderContainer.h"
-#include "platform/freedesktop/WebDavContainer.h"
+#include "platform/freedesktop/folder/FolderContainer.h"
+#include "platform/freedesktop/webdav/WebDavContainer.h"
 #include "services/DebugModeManager.h"
 
 #include <QLoggingCategory>

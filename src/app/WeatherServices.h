@@ -3,7 +3,7 @@
 #include "app/WidgetJobs.h"
 #include "platform/freedesktop/GeoClueLocation.h"
 #include "platform/freedesktop/GioApplications.h"
-#include "platform/freedesktop/HttpGeocoder.h"
+#include "platform/freedesktop/http/HttpGeocoder.h"
 #include "ui/settings/WidgetSection.h"
 #include "widgets/weather/WeatherManager.h"
 

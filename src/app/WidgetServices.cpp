@@ -2,7 +2,7 @@
 
 #include "app/Folders.h"
 #include "base/Notifications.h"
-#include "links/RtfReader.h"
+#include "links/richtext/RtfReader.h"
 #include "platform/Workspace.h"
 #include "platform/freedesktop/DesktopPasteboard.h"
 #include "ui/menu/rows/CalendarRowView.h"

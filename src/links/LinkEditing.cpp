@@ -1,6 +1,6 @@
 #include "links/LinkEditing.h"
 
-#include "links/TakenIdentities.h"
+#include "links/exchange/TakenIdentities.h"
 
 #include <QCollator>
 

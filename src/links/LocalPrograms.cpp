@@ -1,7 +1,7 @@
 #include "links/LocalPrograms.h"
 
 #include "base/AddressSchemes.h"
-#include "links/ForeignLinks.h"
+#include "links/exchange/ForeignLinks.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 
 #include <QObject>
 

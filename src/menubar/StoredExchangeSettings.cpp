@@ -1,8 +1,8 @@
 #include "menubar/StoredExchangeSettings.h"
 
 #include "base/Notifications.h"
-#include "links/ExchangeDocument.h"
 #include "links/LinkColors.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "menubar/MenuletIcons.h"
 #include "menubar/QuickLaunchManager.h"
 #include "menubar/WidgetOrderManager.h"

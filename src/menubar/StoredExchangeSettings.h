@@ -1,6 +1,6 @@
 #pragma once
 
-#include "links/ExchangeSettings.h"
+#include "links/exchange/ExchangeSettings.h"
 #include "platform/UserDefaults.h"
 
 namespace orvelle {

@@ -1,5 +1,5 @@
-#include "links/ExchangeDocument.h"
 #include "links/LinkStore.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "sync/CloudSyncPrivate.h"
 
 using namespace Qt::StringLiterals;

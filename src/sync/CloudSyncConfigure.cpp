@@ -1,6 +1,6 @@
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
 #include "links/LinkStore.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "platform/FileBookmarks.h"
 #include "platform/UserDefaults.h"
 #include "sync/CloudSyncPrivate.h"

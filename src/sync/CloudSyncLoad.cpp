@@ -1,11 +1,11 @@
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeImport.h"
-#include "links/ExchangeSettings.h"
 #include "links/LinkCodec.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
 #include "links/SnapshotStore.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeImport.h"
+#include "links/exchange/ExchangeSettings.h"
 #include "sync/CloudSyncPrivate.h"
 
 using namespace Qt::StringLiterals;

@@ -1,10 +1,10 @@
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeImport.h"
 #include "links/LinkCodec.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
 #include "links/SnapshotStore.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeImport.h"
 #include "sync/CloudSyncPrivate.h"
 
 using namespace Qt::StringLiterals;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/Notifications.h"
-#include "links/LinkExchange.h"
 #include "links/LinkItem.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 #include "services/DebugModeManager.h"

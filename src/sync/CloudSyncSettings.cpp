@@ -1,6 +1,6 @@
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeSettings.h"
 #include "links/LinkEditing.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeSettings.h"
 #include "platform/UserDefaults.h"
 #include "sync/CloudSyncPrivate.h"
 

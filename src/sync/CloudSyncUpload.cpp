@@ -1,7 +1,7 @@
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "sync/CloudSyncPrivate.h"
 #include "sync/LinkMerge.h"
 

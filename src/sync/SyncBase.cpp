@@ -1,7 +1,7 @@
 #include "sync/SyncBase.h"
 
 #include "base/Hash.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 
 #include <QDataStream>
 #include <QIODevice>

@@ -2,7 +2,7 @@
 
 #include "base/Hash.h"
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "sync/LinkMerge.h"
 #include "sync/SyncCipher.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/CloudContainer.h"
 #include "sync/SyncBase.h"
 

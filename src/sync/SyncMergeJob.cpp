@@ -1,7 +1,7 @@
 #include "sync/SyncMergeJob.h"
 
-#include "links/ExchangeDocument.h"
 #include "links/LinkTree.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "sync/ItemDates.h"
 #include "sync/LinkMerge.h"
 

@@ -1,6 +1,6 @@
 #include "sync/SyncSetup.h"
 
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 
 #include <memory>
 

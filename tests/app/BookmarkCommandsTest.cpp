@@ -1,5 +1,5 @@
 #include "app/CommandShell.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "support/Outline.h"
 
 #include <QDir>

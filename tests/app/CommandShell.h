@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/cli/CommandLine.h"
-#include "links/ExchangeSettings.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/ExchangeSettings.h"
+#include "links/exchange/LinkExchange.h"
 #include "menubar/MenuTestFakes.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "app/cli/ExchangeCommands.h"
 
 #include "app/CommandShell.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "support/FakeSyncControl.h"
 #include "support/Outline.h"
 

@@ -1,5 +1,5 @@
 #include "app/CommandShell.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "support/Outline.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "links/LinkCodec.h"
-#include "platform/freedesktop/FolderContainer.h"
 #include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/folder/FolderContainer.h"
 #include "support/SpinUntil.h"
 #include "support/SyncMachine.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/ProgramMachine.h"
 #include "app/ServerRoad.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "platform/freedesktop/ApacheServer.h"
 #include "platform/freedesktop/SystemClock.h"
 #include "sync/SyncBase.h"

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/QtHttpClient.h"
+#include "platform/freedesktop/http/QtHttpClient.h"
 #include "services/UpdateManager.h"
 #include "support/FakeClock.h"
 #include "support/FakeUserDefaults.h"

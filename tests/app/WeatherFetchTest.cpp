@@ -1,6 +1,6 @@
 #include "base/Notifications.h"
-#include "platform/freedesktop/HttpGeocoder.h"
-#include "platform/freedesktop/QtHttpClient.h"
+#include "platform/freedesktop/http/HttpGeocoder.h"
+#include "platform/freedesktop/http/QtHttpClient.h"
 #include "services/DebugModeManager.h"
 #include "support/FakeClock.h"
 #include "support/FakePlaces.h"

@@ -6,7 +6,7 @@
 //   clipboard_program manager
 //       a clipboard manager (Clipboard Manager Specification 0.1): keeps what
 //       is handed over to it and offers it from then on, until it is ended
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 
 #include <cstdio>
 #include <cstring>

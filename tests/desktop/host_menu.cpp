@@ -1,6 +1,6 @@
 // The toolkit's "signals" hides a name of GIO's.
 #include "base/Text.h"
-#include "platform/freedesktop/HostMenu.h"
+#include "platform/freedesktop/tray/HostMenu.h"
 #include "support/FakePasteboard.h"
 #include "support/PrivateBus.h"
 #include "ui/UiWorld.h"

@@ -1,7 +1,7 @@
 #include "desktop/tray_tools.h"
 #include "platform/freedesktop/SystemClock.h"
-#include "platform/freedesktop/XcbHotKeys.h"
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/x11/XcbHotKeys.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 
 #include <QProcess>
 

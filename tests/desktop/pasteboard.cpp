@@ -1,8 +1,8 @@
 #include "desktop/PasteboardTools.h"
 #include "platform/freedesktop/DesktopPasteboard.h"
 #include "platform/freedesktop/SystemClock.h"
-#include "platform/freedesktop/XcbClipboardOwner.h"
-#include "platform/freedesktop/XcbPasteboard.h"
+#include "platform/freedesktop/x11/XcbClipboardOwner.h"
+#include "platform/freedesktop/x11/XcbPasteboard.h"
 #include "support/LogCapture.h"
 
 #include <QClipboard>

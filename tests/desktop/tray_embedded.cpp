@@ -1,7 +1,7 @@
 #include "desktop/tray_tools.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
-#include "platform/freedesktop/FreedesktopStatusItem.h"
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/tray/FreedesktopStatusItem.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 #include "support/FakeClock.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "desktop/tray_tools.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
-#include "platform/freedesktop/FreedesktopStatusItem.h"
-#include "platform/freedesktop/HostMenu.h"
-#include "platform/freedesktop/NotifierItem.h"
-#include "platform/freedesktop/ScreenPositions.h"
+#include "platform/freedesktop/tray/FreedesktopStatusItem.h"
+#include "platform/freedesktop/tray/HostMenu.h"
+#include "platform/freedesktop/tray/NotifierItem.h"
+#include "platform/freedesktop/x11/ScreenPositions.h"
 #include "support/FakeClock.h"
 
 #include <QCursor>

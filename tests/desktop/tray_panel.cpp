@@ -1,7 +1,7 @@
 #include "desktop/tray_tools.h"
 #include "platform/freedesktop/DesktopColorScheme.h"
-#include "platform/freedesktop/FreedesktopStatusItem.h"
 #include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/tray/FreedesktopStatusItem.h"
 
 #include <QProcess>
 

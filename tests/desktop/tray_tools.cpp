@@ -1,6 +1,6 @@
 #include "desktop/tray_tools.h"
 
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 
 #include <QCoreApplication>
 #include <QDBusPendingCallWatcher>

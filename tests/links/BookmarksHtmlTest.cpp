@@ -1,6 +1,6 @@
-#include "links/BookmarksHtml.h"
+#include "links/exchange/BookmarksHtml.h"
 
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "support/Hostile.h"
 
 #include <QDateTime>

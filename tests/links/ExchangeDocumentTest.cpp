@@ -1,4 +1,4 @@
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 
 #include "base/Hash.h"
 #include "support/Hostile.h"

@@ -1,11 +1,11 @@
-#include "links/ExchangeImport.h"
+#include "links/exchange/ExchangeImport.h"
 
-#include "links/ExchangeAnalysis.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeFile.h"
-#include "links/ExchangeSettings.h"
 #include "links/LinkTree.h"
 #include "links/StoreFixture.h"
+#include "links/exchange/ExchangeAnalysis.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeFile.h"
+#include "links/exchange/ExchangeSettings.h"
 #include "support/Hostile.h"
 
 #include <QSet>

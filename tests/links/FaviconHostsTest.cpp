@@ -1,6 +1,6 @@
-#include "links/FaviconHosts.h"
+#include "links/favicons/FaviconHosts.h"
 
-#include "links/FaviconImage.h"
+#include "links/favicons/FaviconImage.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "links/FaviconStore.h"
+#include "links/favicons/FaviconStore.h"
 
 #include "links/LinkTree.h"
 #include "links/StoreFixture.h"

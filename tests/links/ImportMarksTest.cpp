@@ -1,7 +1,7 @@
-#include "links/ImportMarks.h"
+#include "links/exchange/ImportMarks.h"
 
-#include "links/LinkExchange.h"
 #include "links/StoreFixture.h"
+#include "links/exchange/LinkExchange.h"
 
 namespace orvelle::test {
 namespace {

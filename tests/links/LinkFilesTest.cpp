@@ -1,6 +1,6 @@
-#include "links/LinkFiles.h"
+#include "links/exchange/LinkFiles.h"
 
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "support/Fakes.h"
 #include "support/Hostile.h"
 

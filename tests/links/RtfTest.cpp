@@ -1,5 +1,5 @@
-#include "links/RtfReader.h"
-#include "links/RtfWriter.h"
+#include "links/richtext/RtfReader.h"
+#include "links/richtext/RtfWriter.h"
 #include "support/Hostile.h"
 
 #include <gtest/gtest.h>

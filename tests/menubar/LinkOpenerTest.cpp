@@ -1,4 +1,4 @@
-#include "links/ImportMarks.h"
+#include "links/exchange/ImportMarks.h"
 #include "menubar/MenuTestFakes.h"
 #include "support/LogCapture.h"
 

@@ -1,7 +1,7 @@
 #include "menubar/StoredExchangeSettings.h"
 
 #include "base/Notifications.h"
-#include "links/ExchangeDocument.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "menubar/WidgetOrderManager.h"
 #include "services/DebugModeManager.h"
 #include "support/FakeUserDefaults.h"

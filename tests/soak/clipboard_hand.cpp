@@ -1,4 +1,4 @@
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 #include "soak/hand.h"
 
 #include <poll.h>

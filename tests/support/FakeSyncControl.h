@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Notifications.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "sync/SyncControl.h"
 
 #include <QStringList>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/Notifications.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeSettings.h"
-#include "links/LinkExchange.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeSettings.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/SecretStore.h"
 #include "services/DebugModeManager.h"
 #include "support/FakeClock.h"

@@ -1,9 +1,9 @@
 #include "ui/exchange/ExchangeController.h"
 
-#include "links/BookmarksHtml.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeSettings.h"
 #include "links/LinkCodec.h"
+#include "links/exchange/BookmarksHtml.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeSettings.h"
 #include "support/Outline.h"
 #include "ui/UiWorld.h"
 #include "ui/common/SyncPreviewView.h"

@@ -1,7 +1,7 @@
 #include "ui/notes/NoteFormatting.h"
 
-#include "links/RtfReader.h"
-#include "links/RtfWriter.h"
+#include "links/richtext/RtfReader.h"
+#include "links/richtext/RtfWriter.h"
 #include "ui/notes/NoteFormatBar.h"
 #include "ui/notes/RichTextEdit.h"
 #include "ui/notes/RichTextMime.h"

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/Notifications.h"
-#include "links/FaviconSettings.h"
 #include "links/LinkStore.h"
 #include "links/SnapshotStore.h"
+#include "links/favicons/FaviconSettings.h"
 #include "menubar/AppWindows.h"
 #include "menubar/WidgetOrderManager.h"
 #include "services/DebugModeManager.h"

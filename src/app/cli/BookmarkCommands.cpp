@@ -3,11 +3,11 @@
 #include "app/cli/CommandLine.h"
 #include "app/cli/CommandTools.h"
 #include "base/JsonWriter.h"
-#include "links/BookmarksHtml.h"
-#include "links/ExchangeFile.h"
-#include "links/LinkFiles.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
+#include "links/exchange/BookmarksHtml.h"
+#include "links/exchange/ExchangeFile.h"
+#include "links/exchange/LinkFiles.h"
 #include "platform/Clock.h"
 
 #include <QDir>

@@ -2,11 +2,11 @@
 
 #include "app/cli/CommandLine.h"
 #include "base/JsonWriter.h"
-#include "links/ExchangeAnalysis.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeFile.h"
-#include "links/LinkExchange.h"
 #include "links/LinkStore.h"
+#include "links/exchange/ExchangeAnalysis.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeFile.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/Clock.h"
 #include "sync/SyncEdit.h"
 

@@ -1,8 +1,8 @@
 #include "app/cli/MergeCommand.h"
 
 #include "app/cli/CommandLine.h"
-#include "links/ExchangeDocument.h"
-#include "links/ExchangeFile.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ExchangeFile.h"
 #include "sync/LinkMerge.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "app/cli/CommandLine.h"
 #include "app/cli/CommandTools.h"
-#include "platform/freedesktop/JournalLog.h"
+#include "platform/freedesktop/log/JournalLog.h"
 
 namespace orvelle {
 

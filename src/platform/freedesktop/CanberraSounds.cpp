@@ -1,6 +1,6 @@
 #include "platform/freedesktop/CanberraSounds.h"
 
-#include "platform/freedesktop/XcbTools.h"
+#include "platform/freedesktop/x11/XcbTools.h"
 
 #include <QLoggingCategory>
 

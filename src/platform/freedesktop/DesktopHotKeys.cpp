@@ -1,8 +1,8 @@
 #include "platform/freedesktop/DesktopHotKeys.h"
 
-#include "platform/freedesktop/PortalHotKeys.h"
-#include "platform/freedesktop/XcbHotKeys.h"
+#include "platform/freedesktop/portal/PortalHotKeys.h"
 #include "platform/freedesktop/wayland/WaylandKeymap.h"
+#include "platform/freedesktop/x11/XcbHotKeys.h"
 
 namespace orvelle {
 

@@ -1,7 +1,7 @@
 #include "platform/freedesktop/DesktopPasteboard.h"
 
-#include "platform/freedesktop/XcbPasteboard.h"
 #include "platform/freedesktop/wayland/WaylandPasteboard.h"
+#include "platform/freedesktop/x11/XcbPasteboard.h"
 
 #include <QMetaObject>
 

@@ -1,7 +1,7 @@
 #include "platform/freedesktop/GioApplications.h"
 
 #include "platform/freedesktop/GLibPointers.h"
-#include "platform/freedesktop/StartupNotice.h"
+#include "platform/freedesktop/x11/StartupNotice.h"
 
 #include <QCollator>
 #include <QDir>

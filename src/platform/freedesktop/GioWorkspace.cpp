@@ -3,8 +3,8 @@
 #include "base/AddressSchemes.h"
 #include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/GioLaunch.h"
-#include "platform/freedesktop/StartupNotice.h"
-#include "platform/freedesktop/WindowFocus.h"
+#include "platform/freedesktop/x11/StartupNotice.h"
+#include "platform/freedesktop/x11/WindowFocus.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>

@@ -1,7 +1,7 @@
 #include "ui/exchange/DroppedDocument.h"
 
-#include "links/BookmarksHtml.h"
-#include "links/LinkFiles.h"
+#include "links/exchange/BookmarksHtml.h"
+#include "links/exchange/LinkFiles.h"
 
 #include <QDirIterator>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "links/ExchangeDocument.h"
-#include "links/ForeignLinks.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/ExchangeDocument.h"
+#include "links/exchange/ForeignLinks.h"
+#include "links/exchange/LinkExchange.h"
 #include "ui/common/ExchangeDialogs.h"
 #include "ui/common/ExchangeImporter.h"
 #include "ui/exchange/ExchangeFiles.h"

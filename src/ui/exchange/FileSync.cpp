@@ -1,8 +1,8 @@
 #include "ui/exchange/FileSync.h"
 
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
 #include "links/LinkStore.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "sync/SyncEdit.h"

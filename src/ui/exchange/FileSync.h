@@ -1,6 +1,6 @@
 #pragma once
 
-#include "links/LinkExchange.h"
+#include "links/exchange/LinkExchange.h"
 #include "sync/SyncAnalysis.h"
 
 #include <QObject>

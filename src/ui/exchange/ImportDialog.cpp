@@ -1,8 +1,8 @@
 #include "ui/exchange/ImportDialog.h"
 
 #include "base/Text.h"
-#include "links/ExchangeDocument.h"
 #include "links/LinkTree.h"
+#include "links/exchange/ExchangeDocument.h"
 #include "ui/common/AssistedInput.h"
 #include "ui/common/LineText.h"
 #include "ui/common/NoticeBar.h"

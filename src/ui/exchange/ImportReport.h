@@ -1,7 +1,7 @@
 #pragma once
 
-#include "links/ForeignLinks.h"
-#include "links/LinkExchange.h"
+#include "links/exchange/ForeignLinks.h"
+#include "links/exchange/LinkExchange.h"
 #include "platform/Alerts.h"
 
 namespace orvelle {

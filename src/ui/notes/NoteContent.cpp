@@ -1,8 +1,8 @@
 #include "ui/notes/NoteContent.h"
 
 #include "links/LinkEditing.h"
-#include "links/RtfReader.h"
-#include "links/RtfWriter.h"
+#include "links/richtext/RtfReader.h"
+#include "links/richtext/RtfWriter.h"
 
 #include <QLoggingCategory>
 

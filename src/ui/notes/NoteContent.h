@@ -1,7 +1,7 @@
 #pragma once
 
 #include "links/LinkItem.h"
-#include "links/RichText.h"
+#include "links/richtext/RichText.h"
 
 namespace orvelle {
 

@@ -1,6 +1,6 @@
 #include "ui/notes/NoteFormatting.h"
 
-#include "links/RichTextLinks.h"
+#include "links/richtext/RichTextLinks.h"
 
 #include <QTextDocument>
 

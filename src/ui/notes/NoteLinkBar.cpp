@@ -1,7 +1,7 @@
 #include "ui/notes/NoteLinkBar.h"
 
 #include "base/Text.h"
-#include "links/RichTextLinks.h"
+#include "links/richtext/RichTextLinks.h"
 #include "ui/common/Icons.h"
 
 #include <QBoxLayout>

@@ -1,7 +1,7 @@
 #include "ui/notes/QuickNoteEditorView.h"
 
 #include "base/Text.h"
-#include "links/RichTextLinks.h"
+#include "links/richtext/RichTextLinks.h"
 #include "ui/common/NoticeBar.h"
 #include "ui/notes/NoteFormatBar.h"
 #include "ui/notes/NoteFormatting.h"

@@ -1,8 +1,8 @@
 #include "ui/notes/RichTextMime.h"
 
-#include "links/RichTextLinks.h"
-#include "links/RtfReader.h"
-#include "links/RtfWriter.h"
+#include "links/richtext/RichTextLinks.h"
+#include "links/richtext/RtfReader.h"
+#include "links/richtext/RtfWriter.h"
 #include "ui/notes/RichTextDocument.h"
 
 #include <QMimeData>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "links/RichText.h"
+#include "links/richtext/RichText.h"
 
 #include <memory>
 #include <optional>

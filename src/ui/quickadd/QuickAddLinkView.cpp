@@ -4,7 +4,7 @@
 #include "links/LinkDetection.h"
 #include "links/LinkIcons.h"
 #include "links/LinkStore.h"
-#include "links/SameAddress.h"
+#include "links/exchange/SameAddress.h"
 #include "platform/Clock.h"
 #include "platform/FileBookmarks.h"
 #include "platform/Volumes.h"

@@ -2,7 +2,7 @@
 
 #include "base/Notifications.h"
 #include "base/Text.h"
-#include "links/FaviconSettings.h"
+#include "links/favicons/FaviconSettings.h"
 #include "platform/UserDefaults.h"
 #include "services/LaunchAtLoginManager.h"
 #include "ui/settings/LinksSection.h"

@@ -1,8 +1,8 @@
 #include "ui/settings/InfoView.h"
 
 #include "base/Text.h"
-#include "links/FaviconSettings.h"
 #include "links/LinkStore.h"
+#include "links/favicons/FaviconSettings.h"
 #include "platform/Clock.h"
 #include "services/UpdateManager.h"
 #include "ui/common/ExchangeDialogs.h"

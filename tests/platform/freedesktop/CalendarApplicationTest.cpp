@@ -1,4 +1,4 @@
-#include "platform/freedesktop/GioCalendarApplication.h"
+#include "platform/freedesktop/calendars/GioCalendarApplication.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -1,8 +1,8 @@
 #include "platform/freedesktop/DeadVolume.h"
 
 #include "platform/freedesktop/GioApplications.h"
-#include "platform/freedesktop/IcsCalendars.h"
 #include "platform/freedesktop/PrivateMounts.h"
+#include "platform/freedesktop/calendars/IcsCalendars.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/freedesktop/SqliteUserDefaults.h"
 #include "platform/freedesktop/SystemClock.h"
+#include "platform/freedesktop/defaults/SqliteUserDefaults.h"
 
 #include <QDir>
 #include <QFile>

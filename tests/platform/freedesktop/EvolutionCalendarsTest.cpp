@@ -1,4 +1,4 @@
-#include "platform/freedesktop/EvolutionCalendars.h"
+#include "platform/freedesktop/calendars/EvolutionCalendars.h"
 
 #include "platform/freedesktop/EvolutionServer.h"
 

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/FolderContainer.h"
+#include "platform/freedesktop/folder/FolderContainer.h"
 
 #include "platform/freedesktop/SharedFolder.h"
 #include "platform/freedesktop/SystemClock.h"

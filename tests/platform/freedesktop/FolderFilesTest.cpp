@@ -1,9 +1,9 @@
-#include "platform/freedesktop/FolderFiles.h"
+#include "platform/freedesktop/folder/FolderFiles.h"
 
-#include "platform/freedesktop/ConflictCopies.h"
-#include "platform/freedesktop/FolderMounts.h"
 #include "platform/freedesktop/PrivateMounts.h"
 #include "platform/freedesktop/SharedFolder.h"
+#include "platform/freedesktop/folder/ConflictCopies.h"
+#include "platform/freedesktop/folder/FolderMounts.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

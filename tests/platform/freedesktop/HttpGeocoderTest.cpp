@@ -1,4 +1,4 @@
-#include "platform/freedesktop/HttpGeocoder.h"
+#include "platform/freedesktop/http/HttpGeocoder.h"
 
 #include "support/FakeClock.h"
 #include "support/FakeHttp.h"

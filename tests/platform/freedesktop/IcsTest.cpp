@@ -1,5 +1,5 @@
-#include "platform/freedesktop/IcsCalendars.h"
-#include "platform/freedesktop/IcsSeries.h"
+#include "platform/freedesktop/calendars/IcsCalendars.h"
+#include "platform/freedesktop/calendars/IcsSeries.h"
 #include "support/Hostile.h"
 
 #include <QCoreApplication>

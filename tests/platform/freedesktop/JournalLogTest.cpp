@@ -1,7 +1,7 @@
-#include "platform/freedesktop/JournalLog.h"
+#include "platform/freedesktop/log/JournalLog.h"
 
-#include "platform/freedesktop/LogLine.h"
 #include "platform/freedesktop/PrivateMounts.h"
+#include "platform/freedesktop/log/LogLine.h"
 
 #include <QDir>
 #include <QFile>

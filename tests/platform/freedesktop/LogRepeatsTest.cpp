@@ -1,4 +1,4 @@
-#include "platform/freedesktop/LogRepeats.h"
+#include "platform/freedesktop/log/LogRepeats.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/PortalHotKeys.h"
+#include "platform/freedesktop/portal/PortalHotKeys.h"
 #include "support/PrivateBus.h"
 
 #include <QDBusMetaType>

@@ -1,5 +1,5 @@
 #include "MockPortal.h"
-#include "platform/freedesktop/PortalTrigger.h"
+#include "platform/freedesktop/portal/PortalTrigger.h"
 #include "support/FakeClock.h"
 
 #include <QCoreApplication>

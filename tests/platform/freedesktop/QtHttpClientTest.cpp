@@ -1,6 +1,6 @@
-#include "platform/freedesktop/QtHttpClient.h"
+#include "platform/freedesktop/http/QtHttpClient.h"
 
-#include "platform/freedesktop/HttpRedirect.h"
+#include "platform/freedesktop/http/HttpRedirect.h"
 #include "support/FakeClock.h"
 #include "support/LoopbackServer.h"
 

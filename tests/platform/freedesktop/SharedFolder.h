@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/FolderFiles.h"
+#include "platform/freedesktop/folder/FolderFiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/SecretStore.h"
-#include "platform/freedesktop/QtHttpClient.h"
-#include "platform/freedesktop/WebDavContainer.h"
+#include "platform/freedesktop/http/QtHttpClient.h"
+#include "platform/freedesktop/webdav/WebDavContainer.h"
 #include "support/CloudContainerContract.h"
 #include "support/FakeClock.h"
 
