@@ -161,13 +161,15 @@ void SyncServices::testPlace(const SyncPlace &place, const std::optional<QString
         m_services.engine.clock.after(0ms, this, [answer, why] { answer(syncPlaceRefusalText(why)); });
         return;
     }
-    m_trial = std::make_unique<Trial>();
+    Trial *trial = m_trials.emplace_back(std::make_unique<Trial>()).get();
     if (password)
-        m_trial->secrets = std::make_unique<TypedSecret>(m_services.engine.clock, *password);
-    m_trial->container = makeContainer(*valid, password ? *m_trial->secrets : m_services.engine.secrets);
-    m_trial->container->test([this, answer](const Result<QString, CloudError> &result) {
+        trial->secrets = std::make_unique<TypedSecret>(m_services.engine.clock, *password);
+    trial->container = makeContainer(*valid, password ? *trial->secrets : m_services.engine.secrets);
+    trial->container->test([this, trial, answer](const Result<QString, CloudError> &result) {
         // Not from inside what calls.
-        m_services.engine.clock.after(0ms, this, [this] { m_trial.reset(); });
+        m_services.engine.clock.after(0ms, this, [this, trial] {
+            std::erase_if(m_trials, [trial](const auto &each) { return each.get() == trial; });
+        });
         if (result)
             qCInfo(lcSyncServices).noquote() << "The place works:" << *result;
         else

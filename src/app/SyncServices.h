@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
 namespace orvelle {
 
@@ -78,8 +79,8 @@ private:
     ContainerSettings m_settings;
     CloudSync m_engine;
     std::unique_ptr<CloudContainer> m_container;
-    std::unique_ptr<Trial> m_trial;
-    QStringList m_passwords; ///< accounts whose passwords may be needed no more
+    std::vector<std::unique_ptr<Trial>> m_trials; ///< those that are not answered
+    QStringList m_passwords;                      ///< accounts whose passwords may be needed no more
     bool m_isOpen = false;
 };
 

@@ -161,6 +161,20 @@ TEST_F(SyncServicesTest, ASetUpThatIsCancelledLeavesTheOldPasswordAndNotTheNew)
     EXPECT_TRUE(passwords().isEmpty());
 }
 
+TEST_F(SyncServicesTest, EveryTrialOfAPlaceIsAnswered)
+{
+    const SyncPlace shared{SyncPlace::Kind::Folder, folder.path()};
+    QStringList answers;
+    const auto note = [&answers](const std::optional<QString> &failure) { answers += failure.value_or(u"works"_s); };
+    sync->testPlace(shared, {}, [&](const std::optional<QString> &failure) {
+        note(failure);
+        sync->testPlace(shared, {}, note);
+    });
+    sync->testPlace(shared, {}, note);
+    wait([&answers] { return answers.size() == 3; });
+    EXPECT_EQ(answers, QStringList(3, u"works"_s));
+}
+
 TEST_F(SyncServicesTest, BeginningAnewKeepsWhatWasThereAsASnapshot)
 {
     FakeCloudPlace elsewhere(clock);

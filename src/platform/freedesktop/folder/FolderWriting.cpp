@@ -229,12 +229,15 @@ Result<QString, CloudError> FolderFiles::probe()
     if (!folder)
         return folder.error();
     const QString ours = u".~orvelle-test-"_s + QString::fromLatin1(m_bootTag);
-    for (const QString &each : namesIn(folder->get())) {
-        if (each.contains(ours)) // a test that was killed
-            ::unlinkat(folder->get(), QFile::encodeName(each).constData(), 0);
-    }
     const QString name = ours + QString::fromLatin1(randomText()) + QLatin1String(temporaryEnding);
     const auto first = write(name, "first", {});
+    // Of tests that were killed. Another one may go on at this moment.
+    for (const QString &each : first ? namesIn(folder->get()) : QStringList()) {
+        const QByteArray path = QFile::encodeName(each);
+        const auto stamp = each.contains(ours) ? stampAt(folder->get(), path) : std::nullopt;
+        if (stamp && first->stamp.modifiedNs - stamp->modifiedNs >= abandonedAfterNs)
+            ::unlinkat(folder->get(), path.constData(), 0);
+    }
     const auto second = first ? write(name, "second", first->file.version) : first;
     const auto read = second ? this->read(name) : second;
     const bool removed = ::unlinkat(folder->get(), QFile::encodeName(name).constData(), 0) == 0 || !first;
