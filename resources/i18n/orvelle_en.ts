@@ -2318,5 +2318,8 @@ You can change or remove everything here.</translation>
     <message id="settings.entryDropped">
         <translation>What you typed cannot be used, so the item is as it was.</translation>
     </message>
+    <message id="cloudSync.failure.interrupted">
+        <translation>This was interrupted. Please try again.</translation>
+    </message>
 </context>
 </TS>

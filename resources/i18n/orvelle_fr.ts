@@ -2318,5 +2318,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="settings.entryDropped">
         <translation>La saisie ne peut pas être utilisée : l’élément reste comme il était.</translation>
     </message>
+    <message id="cloudSync.failure.interrupted">
+        <translation>Cette opération a été interrompue. Veuillez réessayer.</translation>
+    </message>
 </context>
 </TS>

@@ -1,4 +1,5 @@
 #include "base/Notifications.h"
+#include "base/Text.h"
 #include "links/LinkStore.h"
 #include "platform/UserDefaults.h"
 #include "sync/CloudSyncPrivate.h"
@@ -138,7 +139,14 @@ void CloudSync::Private::abandon()
     isMerging = false;
     checkAgain = false;
     if (const UploadPtr stopped = std::exchange(upload, nullptr))
-        finish(stopped, CloudSyncError{CloudSyncError::Kind::UserCancelled, {}});
+        finish(stopped, interrupted());
+    for (const auto &tell : std::exchange(interruptions, {}))
+        s.clock.after(std::chrono::milliseconds(0), q, tell);
+}
+
+CloudSyncError CloudSync::Private::interrupted()
+{
+    return {CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.interrupted"_text)};
 }
 
 CloudSync::CloudSync(const Services &services, QObject *parent)

@@ -162,18 +162,18 @@ public:
 
     using Done = std::function<void(const Result<SyncResult, CloudSyncError> &)>;
     /// The manual upload: reads, merges, writes.
-    void saveToCloud(Done completion);
+    void saveToCloud(const Done &completion);
     /// Makes what is here the document. One that is there is read, kept as a
     /// snapshot and replaced; one that cannot be read stays. To other machines
     /// the new document has grown from it: what is missing was deleted, and
     /// what they have newer comes back.
-    void beginAnew(Done completion);
+    void beginAnew(const Done &completion);
     /// Whether a file is there already, and its content if so: for the choice
     /// between using it and beginning with what is here.
     using Found = std::function<void(const Result<std::optional<PreparedImport>, CloudSyncError> &)>;
-    void readForConfigure(Found completion);
+    void readForConfigure(const Found &completion);
     /// Replaces the tree and the settings by the file's; a snapshot is taken.
-    void loadFromCloud(Done completion);
+    void loadFromCloud(const Done &completion);
     void disableCloudSync();
     /// A file that earlier versions kept in a place of the user's choice: it
     /// comes into the container when the monitoring starts.
@@ -195,9 +195,9 @@ public:
     /// a machine is told the passphrase of a file that is encrypted already;
     /// a wrong one is refused and nothing is stored. At every moment the
     /// keyring has the passphrase of the file that is there, old or new.
-    void setPassphrase(const QString &passphrase, Done completion);
+    void setPassphrase(const QString &passphrase, const Done &completion);
     /// Writes the file in plain again.
-    void removeEncryption(Done completion);
+    void removeEncryption(const Done &completion);
 
 private:
     struct Private;

@@ -11,18 +11,18 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
-void CloudSync::readForConfigure(Found completion)
+void CloudSync::readForConfigure(const Found &completion)
 {
     Private &d = *m_d;
-    d.readForUser([&d, completion](const Private::ReadResult &read) {
+    d.readForUser([&d, answer = d.owed(completion)](const Private::ReadResult &read) {
         if (read) {
             PreparedImport found = (*read)->content;
             completeDates(found.items, d.s.clock.now());
-            completion(std::optional(found));
+            answer(std::optional(found));
         } else if (read.error().missing) {
-            completion(std::optional<PreparedImport>());
+            answer(std::optional<PreparedImport>());
         } else {
-            completion(CloudSyncError{CloudSyncError::Kind::ReadFailed, read.error().sentence});
+            answer(CloudSyncError{CloudSyncError::Kind::ReadFailed, read.error().sentence});
         }
     });
 }
@@ -85,7 +85,9 @@ void CloudSync::Private::copyBookmarked(const QByteArray &bookmark)
         [bookmark, &bookmarks = s.bookmarks] {
             const auto target = bookmarks.resolve(bookmark);
             QFile file(target ? target->path : QString());
-            return target && file.open(QFile::ReadOnly) ? file.read(CloudContainer::maxFileBytes) : QByteArray();
+            // More than fits would be cut off.
+            const bool fits = target && file.open(QFile::ReadOnly) && file.size() <= CloudContainer::maxFileBytes;
+            return fits ? file.read(CloudContainer::maxFileBytes) : QByteArray();
         },
         [this](const QByteArray &bytes) {
             if (bytes.isEmpty())

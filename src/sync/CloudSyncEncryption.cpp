@@ -58,13 +58,12 @@ void CloudSync::Private::withCipher(const Then<Asked> &then)
                      }));
 }
 
-void CloudSync::setPassphrase(const QString &passphrase, Done completion)
+void CloudSync::setPassphrase(const QString &passphrase, const Done &completion)
 {
     Private &d = *m_d;
     const auto change = std::make_shared<Private::PassphraseChange>();
     change->passphrase = passphrase.toUtf8();
     change->cipher = std::make_shared<SyncCipher>(change->passphrase);
-    change->done = completion;
     if (passphrase.isEmpty() || !d.available()) {
         const QString why = passphrase.isEmpty() ? text("cloudSync.document.wrongPassphrase"_text)
                                                  : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});
@@ -73,6 +72,7 @@ void CloudSync::setPassphrase(const QString &passphrase, Done completion)
         });
         return;
     }
+    change->done = d.owed(completion);
     d.container->read(d.fileName(), d.guarded([&d, change](const Result<CloudFile, CloudError> &result) {
         d.passphraseRead(change, result);
     }));
@@ -218,29 +218,27 @@ void CloudSync::Private::forgetCiphers()
     nextLookedUp = false;
 }
 
-void CloudSync::removeEncryption(Done completion)
+void CloudSync::removeEncryption(const Done &completion)
 {
     Private &d = *m_d;
     // The file is read with the passphrase once more, so that it can be
     // forgotten only after it was written in plain.
     d.store(encryptedBaseKey(), false);
     d.seen.reset();
-    d.writeAnew(nullptr, [&d, completion](const Result<SyncResult, CloudSyncError> &result) {
+    d.writeAnew(nullptr, [&d, answer = d.owed(completion)](const Result<SyncResult, CloudSyncError> &result) {
         if (!result) {
             d.store(encryptedBaseKey(), true);
-            completion(result);
+            answer(result);
             return;
         }
         using Removed = Result<SecretStore::Nothing, SecretError>;
-        d.s.secrets.remove(passphraseSecret(), d.fileName(),
-                           d.guarded([&d, completion, result](const Removed &removed) {
-                               if (!removed)
-                                   qCWarning(lcCloudSync).noquote()
-                                       << "The passphrase stays in the keyring:" << removed.error().detail;
-                               d.dropNext();
-                               d.cipher.reset();
-                               completion(result);
-                           }));
+        d.s.secrets.remove(passphraseSecret(), d.fileName(), d.guarded([&d, answer, result](const Removed &removed) {
+            if (!removed)
+                qCWarning(lcCloudSync).noquote() << "The passphrase stays in the keyring:" << removed.error().detail;
+            d.dropNext();
+            d.cipher.reset();
+            answer(result);
+        }));
     });
 }
 

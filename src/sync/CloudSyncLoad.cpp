@@ -24,16 +24,16 @@ struct CloudSync::Private::Loading {
     std::optional<SyncAnalysis> analysis;
 };
 
-void CloudSync::loadFromCloud(Done completion)
+void CloudSync::loadFromCloud(const Done &completion)
 {
     Private &d = *m_d;
-    d.readForUser([&d, completion](const Private::ReadResult &read) {
+    d.readForUser([&d, answer = d.owed(completion)](const Private::ReadResult &read) {
         if (read) {
-            d.load(*read, false, completion);
+            d.load(*read, false, answer);
             return;
         }
         const QString why = read.error().missing ? text("cloudSync.failure.missing"_text) : read.error().sentence;
-        completion(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
+        answer(CloudSyncError{CloudSyncError::Kind::ReadFailed, why});
     });
 }
 

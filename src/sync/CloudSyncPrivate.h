@@ -108,6 +108,20 @@ struct CloudSync::Private {
                 function(std::forward<decltype(args)>(args)...);
         };
     }
+    /// What is to be called once with an answer, also when the work for it is
+    /// abandoned.
+    template<typename T>
+    auto owed(const std::function<void(const Result<T, CloudSyncError> &)> &done)
+    {
+        const int debt = ++lastDebt;
+        interruptions.insert(debt, [done] { done(interrupted()); });
+        return std::function(
+            [this, guard = QPointer<CloudSync>(q), debt, done](const Result<T, CloudSyncError> &answer) {
+                if (guard && interruptions.remove(debt))
+                    done(answer);
+            });
+    }
+    static CloudSyncError interrupted();
     template<typename T>
     void onWorker(std::function<T()> work, std::function<void(T)> then)
     {
@@ -249,6 +263,8 @@ struct CloudSync::Private {
     CloudContainer *container = nullptr;
     std::vector<QMetaObject::Connection> connections;
     int epoch = 0;
+    QMap<int, std::function<void()>> interruptions; ///< of the answers that are owed
+    int lastDebt = 0;
 
     std::optional<Timestamp> lastSyncDate;
     std::optional<QString> lastSyncedFromDevice;

@@ -9,14 +9,14 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
-void CloudSync::saveToCloud(Done completion)
+void CloudSync::saveToCloud(const Done &completion)
 {
     const auto wanted = std::make_shared<Private::Upload>();
     wanted->done = completion;
     m_d->saveByHand(wanted);
 }
 
-void CloudSync::beginAnew(Done completion)
+void CloudSync::beginAnew(const Done &completion)
 {
     const auto wanted = std::make_shared<Private::Upload>();
     wanted->done = completion;

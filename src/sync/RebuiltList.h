@@ -41,7 +41,12 @@ public:
     }
 
     /// Once, after all of `from` was walked.
-    LinkList take() { return m_isOwn ? std::move(m_list) : m_from; }
+    LinkList take()
+    {
+        if (m_isOwn)
+            return std::move(m_list);
+        return m_from;
+    }
 
 private:
     void part()

@@ -19,9 +19,9 @@ struct CountedDate {
 /// What dates count for in the merge of one document: one that is later than
 /// both now and the document by more than a minute is from a clock that was
 /// wrong, and counts as the document's own date. Less is no wonder: several
-/// edits of an item within a second are dated a second apart. Nothing is changed in the items, as edits made since
-/// are dated after the wrong date. Why this changes nothing for clocks that
-/// are right: docs/synchronisation.md.
+/// edits of an item within a second are dated a second apart. Nothing is
+/// changed in the items, as edits made since are dated after the wrong date.
+/// Why this changes nothing for clocks that are right: docs/synchronisation.md.
 class SaneDates
 {
 public:

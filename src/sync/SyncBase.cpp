@@ -13,6 +13,21 @@ namespace {
 constexpr qsizetype idLength = 16;
 constexpr quint32 storedForm = 1;
 
+/// A list as the stream writes it, without room being made for as many as it
+/// says it has.
+QStringList readTexts(QDataStream &stream)
+{
+    QStringList texts;
+    quint32 count = 0;
+    stream >> count;
+    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        QString text;
+        stream >> text;
+        texts += text;
+    }
+    return texts;
+}
+
 } // namespace
 
 QString syncVersionId(const QByteArray &document)
@@ -38,11 +53,13 @@ std::optional<SyncBase> SyncBase::fromBytes(const QByteArray &bytes)
     stream.setVersion(QDataStream::Qt_6_4);
     quint32 form = 0;
     SyncBase base;
-    QStringList sorted;
     stream >> form;
     if (form != storedForm)
         return std::nullopt;
-    stream >> base.place >> base.version >> base.history >> base.since.seconds >> sorted;
+    stream >> base.place >> base.version;
+    base.history = readTexts(stream);
+    stream >> base.since.seconds;
+    const QStringList sorted = readTexts(stream);
     if (stream.status() != QDataStream::Ok)
         return std::nullopt;
     base.items = QSet<QString>(sorted.begin(), sorted.end());

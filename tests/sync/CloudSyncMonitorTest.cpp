@@ -289,4 +289,51 @@ TEST_F(CloudSyncMonitorTest, whatEarlierVersionsKeptElsewhereComesIntoThePlace)
     EXPECT_EQ(count(log, u"Migration: ancien bookmark supprimé (fichier déjà dans le container iCloud)"_s), 1);
 }
 
+TEST_F(CloudSyncMonitorTest, whatEarlierVersionsKeptIsNotCutOff)
+{
+    QTemporaryDir folder;
+    QFile old(folder.filePath(u"old.ovexport"_s));
+    ASSERT_TRUE(old.open(QFile::WriteOnly) && old.resize(CloudContainer::maxFileBytes + 1));
+    SyncMachine a(clock, place, u"A"_s, false);
+    ASSERT_TRUE(a.defaults.write(CloudSync::cloudSyncBookmarkBaseKey(), FakeFileBookmarks::bookmarkOf(old.fileName())));
+    a.sync().setAutoSyncEnabled(true);
+    settle();
+    EXPECT_EQ(place.writeCount(), 0);
+    EXPECT_TRUE(a.sync().hasCloudSyncBookmark());
+}
+
+// Resuming from suspend begins anew and drops what was under way.
+TEST_F(CloudSyncMonitorTest, whoWaitsIsToldWhenItIsInterrupted)
+{
+    using Outcome = std::optional<CloudSyncError>; // absent after success
+    using Tell = std::function<void(const Outcome &)>;
+    const auto errorOf = [](const auto &result) { return result ? Outcome() : Outcome(result.error()); };
+    const std::pair<const char *, std::function<void(CloudSync &, Tell)>> operations[] = {
+        {"save", [&](CloudSync &sync, const Tell &tell) { sync.saveToCloud([=](auto &r) { tell(errorOf(r)); }); }},
+        {"load", [&](CloudSync &sync, const Tell &tell) { sync.loadFromCloud([=](auto &r) { tell(errorOf(r)); }); }},
+        {"find", [&](CloudSync &sync, const Tell &tell) { sync.readForConfigure([=](auto &r) { tell(errorOf(r)); }); }},
+        {"encrypt",
+         [&](CloudSync &sync, const Tell &tell) { sync.setPassphrase(u"pass"_s, [=](auto &r) { tell(errorOf(r)); }); }},
+    };
+    otherWrites(u"x"_s);
+    for (const bool interrupts : {true, false}) {
+        for (const auto &[name, begin] : operations) {
+            SyncMachine a(clock, place, u"A"_s);
+            settle();
+            a.runner.hold();
+            QList<Outcome> told;
+            begin(a.sync(), [&told](const Outcome &outcome) { told += outcome; });
+            clock.advance(20s);
+            EXPECT_EQ(told.size(), 0) << name;
+            if (interrupts)
+                a.sync().handleSystemDidWake();
+            a.runner.release();
+            settle();
+            ASSERT_EQ(told.size(), 1) << name;
+            ASSERT_EQ(told.first().has_value(), interrupts) << name;
+            EXPECT_FALSE(interrupts && told.first()->description.isEmpty()) << name;
+        }
+    }
+}
+
 } // namespace orvelle::test

@@ -1,4 +1,5 @@
 #include "SyncTest.h"
+#include "sync/SyncBase.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -124,6 +125,31 @@ TEST_F(CloudSyncSafetyTest, anEarlierVersionThatComesAgainTakesNothing)
         EXPECT_EQ(here(*a), u"x y z"_s);
         EXPECT_EQ(here(*b), u"x y z"_s);
         EXPECT_EQ(inFile(), u"x y z"_s);
+    }
+}
+
+TEST_F(CloudSyncSafetyTest, aDamagedNoteOfThePastCountsAsNone)
+{
+    pair({u"x"_s});
+    const auto whole = b->defaults.get<QByteArray>(CloudSync::syncBaseBaseKey());
+    ASSERT_TRUE(whole && SyncBase::fromBytes(*whole));
+    const QByteArray plain = qUncompress(*whole);
+    const QString identity = b->links().links().first().stableId;
+    QByteArray endless = plain; // the count of the identities; behind it one of them with its length
+    endless.replace(endless.size() - 2 * identity.size() - 8, 4, QByteArray(4, '\xfe'));
+    const QByteArray damaged[] = {{},
+                                  "x",
+                                  whole->first(whole->size() / 2),
+                                  qCompress(plain.first(plain.size() - 1)),
+                                  qCompress(endless),
+                                  QByteArray(4, '\xff') + whole->sliced(4)};
+    for (const QByteArray &each : damaged) {
+        EXPECT_FALSE(SyncBase::fromBytes(each)) << each.toHex().toStdString();
+        b->stop();
+        ASSERT_TRUE(b->defaults.write(CloudSync::syncBaseBaseKey(), each));
+        b->start();
+        settle();
+        EXPECT_EQ(here(*b), u"x"_s);
     }
 }
 
