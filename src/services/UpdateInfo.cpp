@@ -80,7 +80,7 @@ int compareVersions(QStringView left, QStringView right)
         if (order != 0)
             return order;
     }
-    return static_cast<int>(left.size() > 0) - static_cast<int>(right.size() > 0);
+    return static_cast<int>(!left.isEmpty()) - static_cast<int>(!right.isEmpty());
 }
 
 } // namespace orvelle

@@ -13,8 +13,8 @@ constexpr double highContrast = 7;
 /// greys of ordinary ones has less.
 constexpr double leastOfHighContrast = 18.5;
 constexpr float separatorOpacity = 0.18F;
-constexpr double strongestTint = 0.34;
-constexpr double blendStep = 0.02;
+constexpr int strongestTint = 34; // per cent
+constexpr int blendStep = 2;
 
 double linear(float channel)
 {
@@ -92,8 +92,8 @@ QColor toQColor(const LinkColor &color, const QPalette &palette)
 
 QColor readable(const QColor &color, const QColor &ground, const QColor &towards, double ratio)
 {
-    for (double share = 0; share < 1; share += blendStep) {
-        const QColor candidate = blend(color, towards, share);
+    for (int percent = 0; percent < 100; percent += blendStep) {
+        const QColor candidate = blend(color, towards, percent / 100.0);
         if (contrastRatio(candidate, ground) >= ratio)
             return candidate;
     }
@@ -102,12 +102,12 @@ QColor readable(const QColor &color, const QColor &ground, const QColor &towards
 
 Tint softTint(const QColor &tint, const QColor &ground, const QColor &text, double ratio)
 {
-    for (double share = strongestTint; share > 0; share -= blendStep) {
-        const QColor tinted = blend(ground, tint, share);
+    for (int percent = strongestTint; percent > 0; percent -= blendStep) {
+        const QColor tinted = blend(ground, tint, percent / 100.0);
         if (contrastRatio(tinted, text) >= ratio)
             return {tinted, text};
     }
-    const QColor tinted = blend(ground, tint, strongestTint);
+    const QColor tinted = blend(ground, tint, strongestTint / 100.0);
     const QColor black(Qt::black);
     const QColor white(Qt::white);
     return {tinted, contrastRatio(tinted, black) >= contrastRatio(tinted, white) ? black : white};

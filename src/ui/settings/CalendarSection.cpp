@@ -68,7 +68,7 @@ QWidget *CalendarSection::makeColor(CalendarManager &manager)
     button->setMenu(colors);
     connect(colors, &ColorMenu::chosen, this, [&manager](const QString &key) { manager.setIconColor(key); });
     addReader([&manager, button, colors] {
-        const QString key = manager.iconColor();
+        const QString &key = manager.iconColor();
         const auto known =
             std::ranges::find_if(allColors(), [&](const ColorChoice &each) { return key == QLatin1String(each.key); });
         button->setIcon(colorSwatch(key, button->palette()));

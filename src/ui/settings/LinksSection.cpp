@@ -287,7 +287,7 @@ void LinksSection::showRescuedData()
         m_rescueNotice->hide();
         return;
     }
-    const QString newest = keys.constFirst();
+    const QString &newest = keys.constFirst();
     m_rescueNotice->showNotice(text("settings.rescued.message %@"_text, newest),
                                {{text("settings.rescued.restore"_text), [this, newest] { restoreRescued(newest); }}});
 }

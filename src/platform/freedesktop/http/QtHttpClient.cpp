@@ -231,14 +231,13 @@ void QtHttpCall::fail(HttpError::Kind kind, const QString &detail)
 
 void QtHttpCall::conclude(const Result<HttpResponse, HttpError> &result)
 {
-    const Result<HttpResponse, HttpError> kept = result;
     const HttpClient::Done done = std::exchange(m_done, nullptr);
     dropReply();
     m_idleTimer.reset();
     m_totalTimer.reset();
     // The last statement: what is called may destroy this call.
     if (done)
-        done(kept);
+        done(result);
 }
 
 } // namespace

@@ -91,9 +91,8 @@ void PipeReader::finish(const Result<QByteArray, PasteboardError> &result)
 {
     m_readable.setEnabled(false);
     m_patience.reset();
-    const Result<QByteArray, PasteboardError> kept = result;
     const Done done = std::move(m_done);
-    done(kept);
+    done(result);
 }
 
 PipeWriter::PipeWriter(int fd, const QByteArray &bytes, Clock &clock, std::function<void()> done)

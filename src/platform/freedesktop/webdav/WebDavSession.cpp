@@ -77,7 +77,7 @@ HttpResponse WebDavSession::send(const WebDavRequest &request)
     using Answer = Result<HttpResponse, CloudError>;
     const auto answer = ask<Answer>([this, request](auto done) { m_requests.send(request, done); });
     if (!answer)
-        throw answer.error();
+        throw CloudError(answer.error());
     return *answer;
 }
 
@@ -85,7 +85,7 @@ void WebDavSession::checkWrites()
 {
     using Reason = std::optional<CloudError>;
     if (const Reason why = ask<Reason>([this](auto done) { done(m_requests.writesPaused()); }))
-        throw *why;
+        throw CloudError(*why);
 }
 
 void WebDavSession::wait(std::chrono::milliseconds time)

@@ -240,14 +240,12 @@ void ClipboardRowView::keyPressEvent(QKeyEvent *event)
 }
 
 /// To the newest entry, which is what is mostly wanted; the title is above it.
-void ClipboardRowView::focusInEvent(QFocusEvent *event)
+void ClipboardRowView::focusWithin(bool fromBehind)
 {
-    QWidget::focusInEvent(event);
-    if (event->reason() == Qt::BacktabFocusReason)
+    if (fromBehind)
         moveTo(int(m_entries.size()) - 1);
-    else if (event->reason() == Qt::TabFocusReason)
+    else
         moveTo(m_entries.isEmpty() ? titleLine : 0);
-    update();
 }
 
 void ClipboardRowView::paintEvent(QPaintEvent *)

@@ -170,7 +170,7 @@ void WidgetRowView::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
-        focusButton(event->reason() == Qt::BacktabFocusReason);
+        focusWithin(event->reason() == Qt::BacktabFocusReason);
     update();
 }
 

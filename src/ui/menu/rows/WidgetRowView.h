@@ -74,6 +74,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    /// The row was reached by the keyboard; hands the focus to what is within.
+    virtual void focusWithin(bool fromBehind) { focusButton(fromBehind); }
     /// Gives the focus to a button that is shown: the first, or from behind
     /// the last. False when there is none.
     bool focusButton(bool last = false);
