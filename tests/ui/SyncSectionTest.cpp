@@ -5,6 +5,7 @@
 #include "ui/common/NoticeBar.h"
 #include "ui/common/SyncPreviewView.h"
 #include "ui/settings/PassphraseDialog.h"
+#include "ui/settings/SyncPlaceForm.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -122,6 +123,24 @@ TEST_F(SyncSectionTest, ShowsWhatBelongsToTheChosenPlace)
     open();
     EXPECT_EQ(shown(), u"Now Load Folder Test Configure Guard Encrypt Decrypt");
     EXPECT_EQ(child<QLineEdit>("syncFolder")->text(), u"/tmp");
+}
+
+TEST_F(SyncSectionTest, FollowsAPlaceThatWasChosenElsewhereUnlessSomethingIsTyped)
+{
+    const SyncPlace folder{SyncPlace::Kind::Folder, u"/tmp"_s};
+    const SyncPlace server{SyncPlace::Kind::WebDav, {}, QUrl(u"https://cloud.example/dav/my%20links/"_s), u"ann"_s};
+    open();
+    const auto *form = section->findChild<SyncPlaceForm *>();
+    ASSERT_TRUE(form);
+    for (const SyncPlace &place : {server, SyncPlace(), folder}) {
+        sync.stored = place;
+        sync.become({State::Starting, {}, {}});
+        EXPECT_EQ(form->place(), place);
+    }
+    type("syncFolder", u"/mine"_s);
+    sync.stored = server;
+    sync.become({State::Current, {}, {}});
+    EXPECT_EQ(form->place().folder, u"/mine");
 }
 
 TEST_F(SyncSectionTest, APlaceThatCannotBeIsRefusedBeforeAnythingIsTried)

@@ -139,6 +139,12 @@ void SyncPlaceForm::showPlace(const SyncPlace &place)
     showRows();
 }
 
+void SyncPlaceForm::followPlace(const SyncPlace &stored)
+{
+    if (stored != m_stored && place() == m_stored && !password())
+        showPlace(stored);
+}
+
 SyncPlace SyncPlaceForm::place() const
 {
     SyncPlace place{kindChoices.at(static_cast<std::size_t>(m_kind->currentIndex())).kind};

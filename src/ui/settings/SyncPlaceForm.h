@@ -25,6 +25,9 @@ public:
 
     /// Fills in what is stored; the password stays empty.
     void showPlace(const SyncPlace &place);
+    /// The same where that was changed elsewhere, unless something was typed
+    /// here meanwhile.
+    void followPlace(const SyncPlace &stored);
     /// As it is written there; not checked.
     SyncPlace place() const;
     /// Absent when none was typed.

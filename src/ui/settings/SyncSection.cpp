@@ -167,6 +167,8 @@ void SyncSection::refresh()
     m_guard->setChecked(m_sync.isGuardEnabled());
     m_protection->setVisible(hasPlace);
     m_form->setBusy(m_busy);
+    if (!m_busy)
+        m_form->followPlace(m_sync.place());
     refreshState(status);
     refreshNotice(status);
     refreshEncryption(status);
