@@ -7,7 +7,7 @@ namespace orvelle {
 Result<QByteArray, FileBookmarkError> PromptBookmarks::create(const QString &path) const
 {
     if (m_volumes.distantVolumeHolding(path).isEmpty())
-        return m_bookmarks.create(path);
+        return ForwardingBookmarks::create(path);
     return FileBookmarkError{QStringLiteral("on a volume that may not answer"), true};
 }
 

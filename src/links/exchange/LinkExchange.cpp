@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "links/BookmarkMaintenance.h"
+#include "links/ForwardingBookmarks.h"
 #include "links/HomePaths.h"
 #include "links/LinkStore.h"
 #include "links/LinkTree.h"
@@ -9,7 +10,6 @@
 #include "links/exchange/ExchangeImport.h"
 #include "links/exchange/ExchangeSettings.h"
 #include "platform/Clock.h"
-#include "platform/FileBookmarks.h"
 
 #include <QLoggingCategory>
 
@@ -31,11 +31,11 @@ bool isCancelled(const WorkProgress *progress)
 }
 
 /// Makes bookmarks until somebody wants it to end, and says how far it is.
-class WatchedBookmarks : public FileBookmarks
+class WatchedBookmarks : public ForwardingBookmarks
 {
 public:
     WatchedBookmarks(FileBookmarks &bookmarks, WorkProgress *progress, qsizetype count)
-        : m_bookmarks(bookmarks), m_progress(progress), m_count(count)
+        : ForwardingBookmarks(bookmarks), m_progress(progress), m_count(count)
     {
     }
 
@@ -45,17 +45,10 @@ public:
             return FileBookmarkError{u"cancelled"_s};
         if (m_progress && m_count > 0)
             m_progress->permille = decodedPermille + static_cast<int>((1000 - decodedPermille) * ++m_done / m_count);
-        return m_bookmarks.create(path);
+        return ForwardingBookmarks::create(path);
     }
-    Result<ResolvedBookmark, FileBookmarkError> resolve(const QByteArray &bookmark) const override
-    {
-        return m_bookmarks.resolve(bookmark);
-    }
-    bool startAccess(const QString &path) override { return m_bookmarks.startAccess(path); }
-    void stopAccess(const QString &path) override { m_bookmarks.stopAccess(path); }
 
 private:
-    FileBookmarks &m_bookmarks;
     WorkProgress *m_progress;
     qsizetype m_count;
     mutable qsizetype m_done = 0;
