@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QPalette>
+
+#include <optional>
 
 namespace orvelle {
 
@@ -18,6 +21,10 @@ public:
 
     /// True when the desktop asks for colours that stand out more than usual.
     virtual bool prefersHighContrast() const { return false; }
+
+    /// The colours that the desktop gives its windows, where it tells them and
+    /// the toolkit may not know them.
+    virtual std::optional<QPalette> palette() const { return std::nullopt; }
 
 signals:
     void changed();

@@ -64,7 +64,7 @@ void CloudSync::setPassphrase(const QString &passphrase, const Done &completion)
     const auto change = std::make_shared<Private::PassphraseChange>();
     change->passphrase = passphrase.toUtf8();
     change->cipher = std::make_shared<SyncCipher>(change->passphrase);
-    if (passphrase.isEmpty() || !d.available()) {
+    if (passphrase.isEmpty() || !d.container) {
         const QString why = passphrase.isEmpty() ? text("cloudSync.document.wrongPassphrase"_text)
                                                  : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});
         d.s.clock.after(std::chrono::milliseconds(0), this, [completion, why] {
@@ -248,7 +248,7 @@ void CloudSync::Private::writeAnew(const std::shared_ptr<SyncCipher> &with, cons
     const auto anew = std::make_shared<Upload>();
     anew->forced = true;
     anew->cipher = with;
-    anew->done = done;
+    anew->done = owed(done);
     saveByHand(anew);
 }
 

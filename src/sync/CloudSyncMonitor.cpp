@@ -7,7 +7,10 @@ namespace orvelle {
 
 void CloudSync::Private::start()
 {
-    stop();
+    if (isMonitoring)
+        stop();
+    else
+        unwatch(); // what was asked for by hand goes on
     if (container)
         watch();
     if (!active()) {
@@ -32,10 +35,15 @@ void CloudSync::Private::stop()
     cancelPending();
     abandon();
     pollTimer.reset();
+    isMonitoring = false;
+    unwatch();
+}
+
+void CloudSync::Private::unwatch()
+{
     for (const QMetaObject::Connection &connection : connections)
         disconnect(connection);
     connections.clear();
-    isMonitoring = false;
     if (container)
         container->stopWatching();
 }

@@ -65,6 +65,7 @@ struct CloudSync::Private {
         int attempt = 0;
         bool forced = false;                     ///< writes also what was written before
         bool replaces = false;                   ///< what is there gives way, and is kept as a snapshot
+        bool lookedAgain = false;                ///< whether the place is there
         std::shared_ptr<SyncCipher> cipher = {}; ///< when it is not to be that of all others
         SyncResult result;
         DocumentPtr remote; ///< what is replaced; null when there is no file
@@ -134,6 +135,7 @@ struct CloudSync::Private {
     void start();
     void stop();
     void watch();
+    void unwatch();
     void initialCheck();
     void waitForDownload(std::chrono::milliseconds timeout, const Then<bool> &then);
     void pollDownload(int left, const Then<bool> &then);

@@ -56,7 +56,8 @@ void CloudSync::Private::decodeWithCipher(const CloudFile &file, const Then<Read
 
 void CloudSync::Private::readForUser(const Then<ReadResult> &then)
 {
-    if (!available()) {
+    // What was not there a while ago may be there now.
+    if (!container) {
         s.clock.after(std::chrono::milliseconds(0), q,
                       guarded([then] { then(ReadResult(problemOf(CloudError{CloudError::Kind::Unavailable}))); }));
         return;

@@ -12,14 +12,14 @@ namespace orvelle {
 void CloudSync::saveToCloud(const Done &completion)
 {
     const auto wanted = std::make_shared<Private::Upload>();
-    wanted->done = completion;
+    wanted->done = m_d->owed(completion);
     m_d->saveByHand(wanted);
 }
 
 void CloudSync::beginAnew(const Done &completion)
 {
     const auto wanted = std::make_shared<Private::Upload>();
-    wanted->done = completion;
+    wanted->done = m_d->owed(completion);
     wanted->replaces = true;
     m_d->saveByHand(wanted);
 }
@@ -28,11 +28,16 @@ void CloudSync::Private::saveByHand(const UploadPtr &wanted)
 {
     if (upload || isCheckingSyncFile || isMerging) {
         constexpr std::chrono::milliseconds pause{100};
-        s.clock.after(pause, q, [this, wanted] { saveByHand(wanted); });
+        s.clock.after(pause, q, guarded([this, wanted] { saveByHand(wanted); }));
         return;
     }
     if (wanted->replaces)
         release(); // what was held back is in the document that gives way
+    // What was not there a while ago may be there now.
+    if (container && !available() && !std::exchange(wanted->lookedAgain, true)) {
+        container->read(fileName(), guarded([this, wanted](const auto &) { saveByHand(wanted); }));
+        return;
+    }
     if (!available() || held) {
         const QString why =
             held ? text("cloudSync.failure.heldBack"_text) : cloudErrorText({CloudError::Kind::Unavailable, {}, {}});

@@ -105,6 +105,8 @@ public:
         m_available = available;
         emit availabilityChanged();
     }
+    /// It is there, but nobody knows before it is read once.
+    void isNotLookedAtYet() { m_isLookedAt = false; }
     /// A partition: a server cannot be reached; a folder stays, and its client
     /// carries nothing until it is connected again.
     void setOnline(bool online)
@@ -154,7 +156,7 @@ public:
     QStringList archived;
     QString watched;
 
-    bool isAvailable() const override { return m_available; }
+    bool isAvailable() const override { return m_available && m_isLookedAt; }
     QString displayPath(const QString &name) const override { return QStringLiteral("/cloud/") + name; }
     DownloadStatus downloadStatus(const QString &name) const override
     {
@@ -192,7 +194,11 @@ public:
     void read(const QString &name, Done<CloudFile> done) override
     {
         ++reads;
-        later([this, name, done = std::move(done)] { done(readNow(name)); });
+        later([this, name, done = std::move(done)] {
+            if (m_available && !std::exchange(m_isLookedAt, true))
+                emit availabilityChanged();
+            done(readNow(name));
+        });
     }
     void write(const QString &name, const QByteArray &bytes, const QByteArray &expected, Done<CloudFile> done) override
     {
@@ -318,6 +324,7 @@ private:
 
     FakeCloudPlace &m_place;
     bool m_available = true;
+    bool m_isLookedAt = true;
     bool m_online = true;
     bool m_downloadsEnd = true;
     bool m_holdDeliveries = false;

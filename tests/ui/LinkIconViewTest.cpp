@@ -4,8 +4,11 @@
 #include "ui/common/Colors.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QIcon>
 #include <QImage>
 #include <QPainter>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -82,6 +85,30 @@ TEST(LinkIconView, SitePictureComesBeforeTheSymbol)
     const QRect symbol = extentOf(drawn(item, false), green);
     EXPECT_FALSE(symbol.isEmpty());
     EXPECT_TRUE(QRect(5, 5, 30, 30).contains(symbol)) << "three quarters of the side, in the middle";
+}
+
+TEST(LinkIconView, AFolderHasTheDesktopsFolder)
+{
+    const QStringList searched = QIcon::themeSearchPaths();
+    const QString before = QIcon::themeName();
+    const QTemporaryDir themes;
+    ASSERT_TRUE(QDir(themes.path()).mkpath(QStringLiteral("probe/40")));
+    const auto write = [&themes](const QString &name, const QByteArray &bytes) {
+        QFile file(themes.filePath(QStringLiteral("probe/") + name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    };
+    write(QStringLiteral("index.theme"), "[Icon Theme]\nName=Probe\nDirectories=40\n[40]\nSize=40\n");
+    write(QStringLiteral("40/folder.png"), pictureOf(Qt::magenta));
+    write(QStringLiteral("40/text-x-generic.png"), pictureOf(Qt::cyan));
+    QIcon::setThemeSearchPaths({themes.path()});
+    QIcon::setThemeName(QStringLiteral("probe"));
+    const auto picture = [](LinkType type) {
+        return drawn(LinkItem::make(QStringLiteral("x"), QStringLiteral("/srv/notes"), type, Timestamp{}), false);
+    };
+    EXPECT_FALSE(extentOf(picture(LinkType::Folder), Qt::magenta).isEmpty());
+    EXPECT_FALSE(extentOf(picture(LinkType::File), Qt::cyan).isEmpty());
+    QIcon::setThemeSearchPaths(searched);
+    QIcon::setThemeName(before);
 }
 
 TEST(LinkIconView, BadgeOfWhatIsGoneReachesPastTheCorner)

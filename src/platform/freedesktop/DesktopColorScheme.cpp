@@ -1,5 +1,7 @@
 #include "platform/freedesktop/DesktopColorScheme.h"
 
+#include "platform/freedesktop/kde/KdeColors.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -101,6 +103,17 @@ bool DesktopColorScheme::prefersHighContrast() const
     return m_highContrast || gtkTheme().startsWith(u"HighContrast"_s, Qt::CaseInsensitive);
 }
 
+std::optional<QPalette> DesktopColorScheme::palette() const
+{
+    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    // Whoever chose another theme for the toolkit wants that one's colours.
+    const QString theme = qEnvironmentVariable("QT_QPA_PLATFORMTHEME");
+    if (!desktop.split(u':').contains(u"KDE"_s) || (!theme.isEmpty() && theme.toLower() != u"kde"_s))
+        return std::nullopt;
+    return kdePalette(QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation),
+                      QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation));
+}
+
 QColor DesktopColorScheme::symbolColor() const
 {
     switch (m_preference) {
@@ -151,6 +164,8 @@ void DesktopColorScheme::ask(const QString &key, void (DesktopColorScheme::*answ
 
 void DesktopColorScheme::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
+    if (group == u"org.kde.kdeglobals.General"_s && key == u"ColorScheme"_s)
+        emit changed(); // also to one that is as dark
     if (group != appearanceGroup())
         return;
     if (key == schemeKey())

@@ -30,6 +30,7 @@ public:
     void start();
     bool prefersDark() const override;
     bool prefersHighContrast() const override;
+    std::optional<QPalette> palette() const override;
     QColor symbolColor() const;
 
     static QColor onDark() { return {0xf5, 0xf5, 0xf5}; }

@@ -218,19 +218,20 @@ QIcon symbolIcon(const QString &name, const QColor &color)
     return QIcon(new SymbolIconEngine(name, color));
 }
 
-QPixmap linkPixmap(const LinkPicture &picture, int side, const QColor &color, qreal ratio)
+QPixmap ownPixmap(const LinkPicture &picture, int side, qreal ratio)
 {
     if (!picture.imageData.isEmpty()) {
         const QPixmap pixmap = imagePixmap(picture.imageData, side, ratio);
         if (!pixmap.isNull())
             return pixmap;
     }
-    if (!picture.filePath.isEmpty()) {
-        const QPixmap pixmap = pathPixmap(picture, side, ratio);
-        if (!pixmap.isNull())
-            return pixmap;
-    }
-    return symbolPixmap(picture.symbol, side, color, ratio);
+    return picture.filePath.isEmpty() ? QPixmap() : pathPixmap(picture, side, ratio);
+}
+
+QPixmap linkPixmap(const LinkPicture &picture, int side, const QColor &color, qreal ratio)
+{
+    const QPixmap own = ownPixmap(picture, side, ratio);
+    return own.isNull() ? symbolPixmap(picture.symbol, side, color, ratio) : own;
 }
 
 } // namespace orvelle

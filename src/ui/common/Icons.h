@@ -31,6 +31,10 @@ struct LinkPicture {
     QString symbol;
 };
 
+/// The link's own image or the desktop's icon for its path; null where there is
+/// neither. As for linkPixmap().
+QPixmap ownPixmap(const LinkPicture &picture, int side, qreal ratio);
+
 /// The link's picture at `side` logical pixels; the symbol is drawn in `color`.
 /// The path is judged by its name alone ("folder" as symbol means a folder):
 /// no disk is touched, so that a dead network mount cannot stall a menu.

@@ -71,12 +71,13 @@ void paintLinkIcon(QPainter &painter, const QRect &square, const LinkItem &item,
     const qreal ratio = painter.device()->devicePixelRatio();
     const QColor color = style.selected ? style.palette.color(QPalette::HighlightedText)
                                         : linkIconColor(item, style.palette, style.ground);
-    LinkPicture picture{item.faviconData.value_or(QByteArray()), isLocal(item) ? item.path : QString(), {}};
-    QPixmap pixmap = linkPixmap(picture, side, color, ratio);
+    const QString symbol = item.sfSymbolName();
+    QPixmap pixmap = ownPixmap({item.faviconData.value_or(QByteArray()), isLocal(item) ? item.path : QString(), symbol},
+                               side, ratio);
     QRect place = square;
     if (pixmap.isNull()) {
         place = centred(square, shareOf(side, symbolShare));
-        pixmap = symbolPixmap(item.sfSymbolName(), place.width(), color, ratio);
+        pixmap = symbolPixmap(symbol, place.width(), color, ratio);
     }
     painter.drawPixmap(place.topLeft(), pixmap);
     if (style.broken)

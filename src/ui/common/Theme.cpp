@@ -5,7 +5,12 @@
 #include "ui/common/EdgeStyle.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QIcon>
 #include <QScopedValueRollback>
+
+#include <algorithm>
+#include <array>
 
 namespace orvelle {
 
@@ -25,13 +30,40 @@ void setDisabled(QPalette &palette, const QColor &color, const QColor &ground)
     palette.setColor(QPalette::Disabled, QPalette::Highlight, ground);
 }
 
-QPalette chosen(const QPalette &own, bool dark, bool highContrast)
+bool isSame(const QPalette &one, const QPalette &other)
 {
+    return std::ranges::all_of(std::array{QPalette::Window, QPalette::Base, QPalette::Highlight},
+                               [&](QPalette::ColorRole role) { return one.color(role) == other.color(role); });
+}
+
+QPalette chosen(const QPalette &toolkits, const std::optional<QPalette> &desktops, bool dark, bool highContrast)
+{
+    const QPalette &own = desktops && !isSame(*desktops, toolkits) ? *desktops : toolkits;
     if (highContrast && !isHighContrast(own))
         return Theme::highContrastPalette(dark || isDark(own));
     if (dark && !isDark(own))
         return highContrast ? Theme::highContrastPalette(true) : Theme::darkPalette();
     return Theme::legible(own);
+}
+
+bool isIconTheme(const QString &name)
+{
+    return std::ranges::any_of(QIcon::themeSearchPaths(), [&name](const QString &folder) {
+        return QFile::exists(folder + u'/' + name + QStringLiteral("/index.theme"));
+    });
+}
+
+/// Icons of one colour are drawn for light windows or for dark ones.
+void chooseIcons(bool dark)
+{
+    QIcon::setThemeName({}); // the desktop's
+    const QString desktops = QIcon::themeName();
+    if (!dark || desktops.endsWith(QStringLiteral("dark"), Qt::CaseInsensitive))
+        return;
+    for (const QString &suffix : {QStringLiteral("-dark"), QStringLiteral("-Dark")}) {
+        if (isIconTheme(desktops + suffix))
+            return QIcon::setThemeName(desktops + suffix);
+    }
 }
 
 } // namespace
@@ -52,7 +84,7 @@ void Theme::apply()
     if (m_applying)
         return;
     const QScopedValueRollback applying(m_applying, true);
-    Wish wish{m_appearance.prefersDark(), m_appearance.prefersHighContrast(),
+    Wish wish{m_appearance.prefersDark(), m_appearance.prefersHighContrast(), m_appearance.palette(),
               QApplication::palette().color(QPalette::Window)};
     if (wish == m_applied)
         return;
@@ -60,10 +92,11 @@ void Theme::apply()
     if (m_replaced)
         QApplication::setPalette(m_own);
     m_own = QApplication::palette();
-    const QPalette palette = chosen(m_own, wish.dark, wish.highContrast);
+    const QPalette palette = chosen(m_own, wish.desktop, wish.dark, wish.highContrast);
     m_replaced = palette != m_own;
     if (m_replaced)
         QApplication::setPalette(palette);
+    chooseIcons(isDark(palette));
     wish.ground = QApplication::palette().color(QPalette::Window);
     m_applied = wish;
 }

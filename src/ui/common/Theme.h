@@ -11,7 +11,8 @@ namespace orvelle {
 class Appearance;
 
 /// Gives the windows the colours that the desktop asks for where its toolkit
-/// theme does not: dark ones, and ones of high contrast. Else the theme's own
+/// theme does not: the desktop's own, dark ones, and ones of high contrast; and
+/// the icons that go with dark ones. Else the theme's own
 /// are left alone but for the few that cannot be read on each other. Main
 /// thread; needs the QApplication, whose style gets edges (EdgeStyle).
 class Theme : public QObject
@@ -32,6 +33,7 @@ private:
     struct Wish {
         bool dark = false;
         bool highContrast = false;
+        std::optional<QPalette> desktop;
         QColor ground; ///< of the palette that followed from it
         bool operator==(const Wish &) const = default;
     };

@@ -21,8 +21,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPortal, "HotKeys", QtInfoMsg)
 
-/// A desktop that repeats a key that is held down does it faster than this.
-constexpr double repeatSeconds = 0.7;
 /// A portal that ends each time it is asked is left alone.
 constexpr qsizetype mostBeginnings = 5;
 constexpr double beginningsWithin = 60;
@@ -111,7 +109,7 @@ void PortalHotKeys::forgetSession()
     ++m_attempt;
     m_introducing = false;
     m_isBound = false;
-    m_pressedAt.reset();
+    m_presses.released();
     m_trigger.clear();
     m_request.reset();
     if (!m_session.isEmpty())
@@ -302,9 +300,7 @@ void PortalHotKeys::activated(const QDBusObjectPath &session, const QString &id,
 {
     if (session.path() != m_session || m_session.isEmpty() || id != shortcutId())
         return;
-    const Timestamp now = m_surroundings.clock.now();
-    const auto before = std::exchange(m_pressedAt, now);
-    if (before && now - *before < repeatSeconds)
+    if (!m_presses.pressed(m_surroundings.clock.now()))
         return;
     takeActivationToken(options.value(u"activation_token"_s).toString());
     emit fired();
@@ -313,7 +309,7 @@ void PortalHotKeys::activated(const QDBusObjectPath &session, const QString &id,
 void PortalHotKeys::deactivated(const QDBusObjectPath &session, const QString &id, qulonglong, const QVariantMap &)
 {
     if (session.path() == m_session && id == shortcutId())
-        m_pressedAt.reset();
+        m_presses.released();
 }
 
 /// Its arguments are of types that slots are not matched by.

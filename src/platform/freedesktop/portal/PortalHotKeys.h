@@ -2,6 +2,7 @@
 
 #include "base/Timestamp.h"
 #include "platform/HotKeyService.h"
+#include "platform/freedesktop/KeyPresses.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -86,8 +87,8 @@ private:
     bool m_isBound = false;
     QString m_session;
     QString m_trigger;
-    QList<Timestamp> m_begun;             ///< the last times that the portal came again
-    std::optional<Timestamp> m_pressedAt; ///< and not released, as far as is known
+    QList<Timestamp> m_begun; ///< the last times that the portal came again
+    KeyPresses m_presses;
 };
 
 } // namespace orvelle

@@ -78,7 +78,8 @@ public:
     QString iconThemePath() const { return {}; }
     QString iconName() const { return {}; }
     NotifierPixmaps iconPixmap() const;
-    NotifierToolTip toolTip() const { return {{}, {}, m_title, m_toolTip}; }
+    /// Hosts show both lines.
+    NotifierToolTip toolTip() const { return {{}, {}, m_title, m_toolTip == m_title ? QString() : m_toolTip}; }
     bool itemIsMenu() const { return m_itemIsMenu; }
     QDBusObjectPath menu() const;
 

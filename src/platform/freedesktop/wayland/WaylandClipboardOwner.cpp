@@ -24,6 +24,9 @@ namespace {
 Q_LOGGING_CATEGORY(lcPasteboard, "Pasteboard", QtInfoMsg)
 
 constexpr std::chrono::seconds longestEnd{1};
+/// Of a compositor that is busy: what was copied would be lost, and nobody
+/// waits for this thread.
+constexpr std::chrono::seconds longestStart{10};
 
 bool isText(QByteArrayView type)
 {
@@ -75,7 +78,7 @@ bool WaylandClipboardOwner::Service::connected()
     if (m_device)
         return true;
     drop();
-    m_connection = WaylandConnection::open();
+    m_connection = WaylandConnection::open(longestStart);
     m_protocol = m_connection ? offeredDataControl(*m_connection) : nullptr;
     if (!m_protocol)
         return false;
