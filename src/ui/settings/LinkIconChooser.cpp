@@ -5,6 +5,7 @@
 #include "ui/common/Icons.h"
 #include "ui/settings/LinkSearch.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
