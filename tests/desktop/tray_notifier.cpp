@@ -8,6 +8,8 @@
 
 #include <QCursor>
 #include <QDBusMetaType>
+#include <QGuiApplication>
+#include <QPalette>
 
 #include <gtest/gtest.h>
 
@@ -53,6 +55,13 @@ public:
 
     void hostComes() { change(true, u"StatusNotifierHostRegistered"_s); }
     void hostLeaves() { change(false, u"StatusNotifierHostUnregistered"_s); }
+    void drops(const QString &item)
+    {
+        auto told =
+            QDBusMessage::createSignal(u"/StatusNotifierWatcher"_s, watcherName(), u"StatusNotifierItemUnregistered"_s);
+        told << item;
+        m_client.bus().send(told);
+    }
 
     bool hasHost;
     bool knowsHosts = true;
@@ -146,6 +155,32 @@ TEST_F(NotifierTest, JoinsAWatcherThatComesLateRestartsAndVanishes)
     EXPECT_EQ(hosts.last(), Host::None);
 }
 
+TEST_F(NotifierTest, AnItemThatWasDroppedComesBackByItsConnection)
+{
+    FakeWatcher watcher(true);
+    item.show();
+    ASSERT_TRUE(hostBecomes(Host::Notifier));
+    settle();
+    watcher.registered.clear();
+    watcher.drops(u"org.kde.StatusNotifierItem-1-1"_s);
+    watcher.drops(itemName() + u'0');
+    settle();
+    EXPECT_TRUE(watcher.registered.isEmpty()) << "other items are none of ours";
+
+    const QString connection = program.bus().baseService();
+    QStringList expected;
+    for (const QString &dropped :
+         {itemName() + u"/StatusNotifierItem"_s, connection + u"@/StatusNotifierItem"_s, connection}) {
+        watcher.drops(dropped);
+        expected += connection;
+        EXPECT_TRUE(waitFor([&] { return watcher.registered == expected; })) << qPrintable(dropped);
+    }
+    watcher.drops(connection);
+    settle();
+    EXPECT_EQ(watcher.registered, expected) << "one that will not have it is left alone";
+    EXPECT_EQ(item.host(), Host::Notifier);
+}
+
 TEST_F(NotifierTest, AWatcherWithoutHostIsNone)
 {
     FakeWatcher watcher(false);
@@ -200,6 +235,23 @@ TEST_F(NotifierTest, PixmapsFollowTheColourScheme)
     portalBus.send(change);
     EXPECT_TRUE(waitFor([&] { return middleOf24() == "ff242424"; }));
     portalBus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
+}
+
+TEST_F(NotifierTest, SymbolsAreLightOnTheBarOfGnome)
+{
+    const QPalette before = QGuiApplication::palette();
+    QPalette light(Qt::black, Qt::white, Qt::white, Qt::black, Qt::gray, Qt::black, Qt::white, Qt::white, Qt::white);
+    QGuiApplication::setPalette(light);
+    const struct {
+        const char *desktop;
+        bool darkBar;
+    } cases[] = {{"GNOME", true}, {"ubuntu:GNOME", true}, {"GNOME-Classic:GNOME", false}, {"XFCE", false}, {"", false}};
+    for (const auto &[desktop, darkBar] : cases) {
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        EXPECT_EQ(colors.symbolColor() == DesktopColorScheme::onDark(), darkBar) << desktop;
+    }
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    QGuiApplication::setPalette(before);
 }
 
 TEST(NotifierPixmapTest, IsAlphaRedGreenBlueFromTheTop)

@@ -64,6 +64,13 @@ bool gtkPrefersDark()
            gtkTheme().compare(u"HighContrastInverse"_s, Qt::CaseInsensitive) == 0;
 }
 
+/// GNOME's bar is dark beside light windows, too.
+bool hasDarkBar()
+{
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return desktops.contains(u"GNOME"_s) && !desktops.contains(u"GNOME-Classic"_s);
+}
+
 /// Read() wraps its answer twice.
 uint numberIn(QVariant value)
 {
@@ -116,6 +123,8 @@ std::optional<QPalette> DesktopColorScheme::palette() const
 
 QColor DesktopColorScheme::symbolColor() const
 {
+    if (hasDarkBar())
+        return onDark();
     switch (m_preference) {
     case Preference::Dark:
         return onDark();

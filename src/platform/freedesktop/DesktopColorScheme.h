@@ -18,7 +18,7 @@ namespace orvelle {
 ///
 /// And the colour that symbols on a panel should have: light on a dark desktop
 /// and dark on a light one; where the portal is silent, the text colour of the
-/// application's palette. Main thread, never blocks.
+/// application's palette. GNOME's bar is always dark. Main thread, never blocks.
 class DesktopColorScheme : public Appearance
 {
     Q_OBJECT

@@ -25,6 +25,8 @@ Q_LOGGING_CATEGORY(lcNotifierItem, "NotifierItem", QtInfoMsg)
 namespace {
 
 constexpr int callTimeoutMs = 5000;
+/// A watcher that will not have the item is left alone.
+constexpr int mostDrops = 3;
 constexpr std::array iconSides{16, 22, 24, 32, 48};
 constexpr uint doNotQueueForName = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
 
@@ -65,6 +67,12 @@ void registerTypes()
     qDBusRegisterMetaType<NotifierPixmap>();
     qDBusRegisterMetaType<NotifierPixmaps>();
     qDBusRegisterMetaType<NotifierToolTip>();
+}
+
+/// Watchers name an item by its service, with or without the object's path.
+bool isItemOf(const QString &service, const QString &item)
+{
+    return item == service || item.startsWith(service + u'/') || item.startsWith(service + u'@');
 }
 
 } // namespace
@@ -150,6 +158,8 @@ void NotifierItem::start()
     for (const auto &[signal, slot] : {std::pair{u"StatusNotifierHostRegistered"_s, SLOT(askForHost())},
                                        std::pair{u"StatusNotifierHostUnregistered"_s, SLOT(askForHost())}})
         m_bus.connect({}, watcherPath(), watcherService(), signal, this, slot);
+    m_bus.connect({}, watcherPath(), watcherService(), u"StatusNotifierItemUnregistered"_s, this,
+                  SLOT(itemUnregistered(QString)));
     // The bus handles one connection's messages in order: the name is ours
     // before the watcher hears of it, without waiting for the answer.
     m_bus.asyncCall(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
@@ -164,15 +174,30 @@ void NotifierItem::watcherOwnerChanged(const QString &newOwner)
         return;
     ++m_search;
     m_registered = false;
+    m_dropped = 0;
     if (newOwner.isEmpty())
         setHasHost(false);
     else
         registerItem();
 }
 
+/// A watcher may drop what is still there: GNOME's does now and then, when the
+/// name comes to its knowledge later than what the item says of itself. It
+/// does not look for the name of a connection.
+void NotifierItem::itemUnregistered(const QString &item)
+{
+    const bool isOurs = isItemOf(m_serviceName, item) || isItemOf(m_bus.baseService(), item);
+    if (!isOurs || !m_registered || m_dropped >= mostDrops)
+        return;
+    ++m_dropped;
+    qCInfo(lcNotifierItem, "the watcher dropped the item; it is registered again");
+    registerItem();
+}
+
 void NotifierItem::registerItem()
 {
-    const auto call = watcherCall(watcherService(), u"RegisterStatusNotifierItem"_s) << m_serviceName;
+    const QString name = m_dropped > 0 ? m_bus.baseService() : m_serviceName;
+    const auto call = watcherCall(watcherService(), u"RegisterStatusNotifierItem"_s) << name;
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, callTimeoutMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, search = ++m_search] {
         pending->deleteLater();

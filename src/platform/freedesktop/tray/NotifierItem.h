@@ -110,6 +110,7 @@ private:
 
 private slots:
     void askForHost();
+    void itemUnregistered(const QString &item);
 
 private:
     QDBusConnection m_bus;
@@ -119,6 +120,7 @@ private:
     QString m_title;
     QString m_toolTip;
     QString m_serviceName;
+    int m_dropped = 0;                 ///< how often the watcher of the moment has dropped the item
     mutable NotifierPixmaps m_pixmaps; ///< painted when a host first asks
     quint64 m_search = 0;              ///< answers to older searches are dropped
     bool m_started = false;
