@@ -84,6 +84,18 @@ void paintLinkIcon(QPainter &painter, const QRect &square, const LinkItem &item,
         paintBadge(painter, square, style);
 }
 
+QPixmap linkRowPixmap(const LinkItem &item, int side, const QPalette &palette, qreal ratio)
+{
+    const QColor text = palette.color(QPalette::Text);
+    const auto own = item.customIconColor ? nsColor(*item.customIconColor) : std::nullopt;
+    return linkPixmap(
+        {item.faviconData.value_or(QByteArray()), isLocal(item) && !item.customIconName ? item.path : QString(),
+         item.sfSymbolName()},
+        side,
+        readable(own ? toQColor(*own, palette) : text, palette.color(QPalette::Base), text, textContrast(palette)),
+        ratio);
+}
+
 LinkIconView::LinkIconView(int size, QWidget *parent) : QWidget(parent), m_size(size)
 {
     const int margin = static_cast<int>(std::ceil(size * badgeShift));

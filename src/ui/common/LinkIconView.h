@@ -3,6 +3,7 @@
 #include "links/LinkItem.h"
 
 #include <QPalette>
+#include <QPixmap>
 #include <QWidget>
 
 class QPainter;
@@ -26,6 +27,10 @@ void paintLinkIcon(QPainter &painter, const QRect &square, const LinkItem &item,
 /// The colour in which an item's symbol is drawn on the palette's ground: its
 /// own, moved just as far towards the text's as it takes to be seen.
 QColor linkIconColor(const LinkItem &item, const QPalette &palette, QPalette::ColorRole ground = QPalette::Base);
+
+/// An item's icon for a row that tells what becomes of it: in the text's colour
+/// unless the item has one of its own.
+QPixmap linkRowPixmap(const LinkItem &item, int side, const QPalette &palette, qreal ratio);
 
 /// The icon of one item as a widget.
 class LinkIconView : public QWidget

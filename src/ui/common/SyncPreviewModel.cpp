@@ -4,6 +4,7 @@
 #include "links/LinkColors.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/LinkIconView.h"
 #include "ui/common/PlainToolTip.h"
 #include "ui/common/SyncSummary.h"
 
@@ -57,19 +58,6 @@ QIcon sectionIcon(const SectionKind &kind)
     const QColor shown = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
     return symbolIcon(QLatin1StringView(kind.symbol), readable(shown, palette.color(QPalette::Base),
                                                                palette.color(QPalette::Text), textContrast(palette)));
-}
-
-QPixmap pictureOf(const LinkItem &item)
-{
-    const QPalette palette = QGuiApplication::palette();
-    const auto color = item.customIconColor ? nsColor(*item.customIconColor) : std::nullopt;
-    const QColor front = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
-    const bool onDisk = item.type == LinkType::File || item.type == LinkType::Folder;
-    return linkPixmap(
-        {item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
-         item.sfSymbolName()},
-        iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), textContrast(palette)),
-        qGuiApp->devicePixelRatio());
 }
 
 } // namespace
@@ -235,7 +223,8 @@ QVariant SyncPreviewModel::decoration(const QModelIndex &index) const
     if (levelOf(index) == Level::Section)
         return sectionIcon(kindAt(sectionOf(index).kind));
     const LinkItem *item = itemOf(index);
-    return item ? QVariant(pictureOf(*item)) : QVariant();
+    return item ? QVariant(linkRowPixmap(*item, iconSide, QGuiApplication::palette(), qGuiApp->devicePixelRatio()))
+                : QVariant();
 }
 
 Qt::CheckState SyncPreviewModel::checkState(const QModelIndex &index) const

@@ -1,10 +1,9 @@
 #include "ui/settings/SnapshotPreview.h"
 
 #include "base/Text.h"
-#include "links/LinkColors.h"
 #include "links/LinkTree.h"
-#include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/LinkIconView.h"
 #include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SnapshotTexts.h"
@@ -59,19 +58,6 @@ void openAll(QTreeWidgetItem *parent)
         parent->child(i)->setExpanded(true);
         openAll(parent->child(i));
     }
-}
-
-QIcon pictureOf(const LinkItem &item, const QWidget &view)
-{
-    const auto color = item.customIconColor ? nsColor(*item.customIconColor) : std::nullopt;
-    const QPalette palette = view.palette();
-    const QColor front = color ? toQColor(*color, palette) : palette.color(QPalette::Text);
-    const bool onDisk = item.type == LinkType::File || item.type == LinkType::Folder;
-    return linkPixmap(
-        {item.faviconData.value_or(QByteArray()), onDisk && !item.customIconName ? item.path : QString(),
-         item.sfSymbolName()},
-        iconSide, readable(front, palette.color(QPalette::Base), palette.color(QPalette::Text), textContrast(palette)),
-        view.devicePixelRatioF());
 }
 
 } // namespace
@@ -164,7 +150,7 @@ void SnapshotPreview::addItems(const LinkList &links, QTreeWidgetItem *parent)
     for (const LinkItem &item : links) {
         const QString fate = fateText(m_difference.fates.value(item.stableId));
         auto *row = new QTreeWidgetItem({item.name, fate});
-        row->setIcon(0, pictureOf(item, view));
+        row->setIcon(0, linkRowPixmap(item, iconSide, view.palette(), view.devicePixelRatioF()));
         row->setToolTip(0, plainToolTip(item.path.isEmpty() ? item.name : item.path));
         if (item.children && !item.children->isEmpty()) {
             row->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
