@@ -1,5 +1,7 @@
+#include "ui/common/MessageAlerts.h"
 #include "wayland/MenuFixture.h"
 
+#include <QDialog>
 #include <QRasterWindow>
 
 namespace orvelle::test {
@@ -61,6 +63,26 @@ TEST_F(WaylandWindowMenu, ClosesByEscapeAndWithTheFocus)
     showWorkspace(u"another"_s);
     EXPECT_TRUE(isClosed()) << "another window, or none, has the focus";
     showWorkspace(u"1"_s);
+}
+
+/// Or it would open behind it, without the focus, and block it.
+TEST(WaylandAlert, BelongsToTheWindowInUse)
+{
+    QWidget window;
+    window.show();
+    ASSERT_TRUE(waitFor([&window] { return QApplication::activeWindow() == &window; }));
+    MessageAlerts alerts;
+    int answer = -1;
+    Alert alert;
+    alert.message = u"A question"_s;
+    alert.buttons = {u"Yes"_s, u"No"_s};
+    alerts.show(alert, [&answer](int button) { answer = button; });
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->windowHandle()->transientParent(), window.windowHandle());
+    EXPECT_TRUE(waitFor([dialog] { return dialog->isActiveWindow(); }));
+    dialog->reject();
+    EXPECT_TRUE(waitFor([&answer] { return answer == 1; }));
 }
 
 } // namespace

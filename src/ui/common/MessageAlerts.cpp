@@ -3,12 +3,14 @@
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -135,6 +137,17 @@ QDialog *makeDialog(const Alert &alert)
     return dialog;
 }
 
+/// Wayland knows no windows that stay on top, and leaves the focus where it is
+/// unless the new window belongs to the one that has it.
+void putAboveActiveWindow(QWidget &dialog)
+{
+    const QWidget *active = QApplication::activeWindow();
+    if (!active || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        return;
+    dialog.winId();
+    dialog.windowHandle()->setTransientParent(active->window()->windowHandle());
+}
+
 } // namespace
 
 MessageAlerts::~MessageAlerts()
@@ -161,6 +174,7 @@ void MessageAlerts::showNext()
     m_dialog = makeDialog(alert);
     QDialog *dialog = m_dialog;
     connect(dialog, &QDialog::finished, this, &MessageAlerts::finish);
+    putAboveActiveWindow(*dialog);
     dialog->show();
     dialog->raise();
     dialog->activateWindow();
