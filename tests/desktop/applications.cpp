@@ -131,6 +131,19 @@ TEST_F(ApplicationsTest, GivesOneProgramTheLeaveToTakeTheFocus)
     }
 }
 
+TEST_F(ApplicationsTest, KeepsToItselfHowItsOwnWindowsAreShown)
+{
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    const QString path = entry(
+        installedFolder + u"/plain.desktop"_s,
+        u"sh -c 'echo \"$QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT.\" > %1.new; mv %1.new %1'"_s.arg(made(u"hint"_s)));
+    EXPECT_TRUE(starts(path, u"hint"_s));
+    qunsetenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT");
+    QFile file(made(u"hint"_s));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().trimmed(), ".");
+}
+
 TEST_F(ApplicationsTest, AsksOverTheBusWhereTheEntryWantsIt)
 {
     const BusClient program;

@@ -102,6 +102,8 @@ public:
         context = &made->parent;
         // Copies the environment, which threads must not read while it may change.
         g_app_launch_context_unsetenv(context, "XDG_ACTIVATION_TOKEN");
+        // Meant for our own windows; some of another program would not show.
+        g_app_launch_context_unsetenv(context, "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT");
         if (!token.isEmpty())
             g_app_launch_context_setenv(context, "XDG_ACTIVATION_TOKEN", token.constData());
     }
