@@ -589,7 +589,7 @@
         <translation>No tray was found</translation>
     </message>
     <message id="tray.missingMessage">
-        <translation>Orvelle keeps running, but this desktop shows no tray icon. The command “orvelle toggle” opens the menu at the pointer; you can bind it to a keyboard shortcut in your desktop’s settings.</translation>
+        <translation>Orvelle keeps running, but this desktop shows no tray icon. GNOME needs an extension for that, such as “AppIndicator and KStatusNotifierItem Support”. The command “orvelle toggle” opens the menu, too; you can bind it to a key in your desktop’s keyboard settings.</translation>
     </message>
     <message id="type.file">
         <translation>File</translation>

@@ -589,7 +589,7 @@
         <translation>Aucune zone de notification</translation>
     </message>
     <message id="tray.missingMessage">
-        <translation>Orvelle continue de fonctionner, mais ce bureau n’affiche pas d’icône. La commande « orvelle toggle » ouvre le menu sous le pointeur ; vous pouvez l’associer à un raccourci clavier dans les réglages du bureau.</translation>
+        <translation>Orvelle continue de fonctionner, mais ce bureau n’affiche pas d’icône. GNOME a besoin pour cela d’une extension, comme « AppIndicator and KStatusNotifierItem Support ». La commande « orvelle toggle » ouvre aussi le menu ; vous pouvez l’associer à une touche dans les réglages du clavier de votre bureau.</translation>
     </message>
     <message id="type.file">
         <translation>Fichier</translation>
