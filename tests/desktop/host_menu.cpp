@@ -4,8 +4,10 @@
 #include "support/FakePasteboard.h"
 #include "support/PrivateBus.h"
 #include "ui/UiWorld.h"
+#include "ui/common/Icons.h"
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/HostMenuContent.h"
+#include "ui/menu/HostWidgetItems.h"
 #include "ui/menu/rows/ClipboardRowView.h"
 #include "ui/menu/rows/WidgetRowView.h"
 #include "widgets/clipboard/ClipboardManager.h"
@@ -285,6 +287,12 @@ TEST_F(HostMenuTest, TheHostShowsTheWholeMenu)
         EXPECT_TRUE(waitFor([&] { return Host::picture(host.find(path)).width() == 32; }))
             << qPrintable(path.join(u'/'));
     EXPECT_TRUE(Host::picture(host.find({u"Quit"_s})).isNull()) << "it has none";
+}
+
+TEST(HostWidgetSymbol, IsDrawnForEveryWidget)
+{
+    for (const WidgetType widget : defaultWidgetOrder())
+        EXPECT_TRUE(hasSymbol(hostWidgetSymbol(widget))) << qPrintable(rawValue(widget));
 }
 
 TEST_F(HostMenuTest, AClickDoesWhatTheDrawnMenuDoes)

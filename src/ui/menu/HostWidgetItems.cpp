@@ -180,7 +180,7 @@ QString hostWidgetSymbol(WidgetType widget)
     case WidgetType::Weather:
         return u"cloud.sun.fill"_s;
     case WidgetType::SystemInfo:
-        return u"cpu"_s;
+        return u"desktopcomputer"_s;
     case WidgetType::Network:
         return u"network"_s;
     case WidgetType::Timer:
