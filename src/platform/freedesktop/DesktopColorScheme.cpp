@@ -6,6 +6,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QEvent>
+#include <QFileSystemWatcher>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QSettings>
@@ -79,6 +80,20 @@ uint numberIn(QVariant value)
     return value.toUInt();
 }
 
+QStringList configFolders()
+{
+    return QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+}
+QStringList dataFolders()
+{
+    return QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+}
+
+bool isKde()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE"_s);
+}
+
 } // namespace
 
 DesktopColorScheme::DesktopColorScheme(const QDBusConnection &sessionBus, QObject *parent)
@@ -91,13 +106,30 @@ DesktopColorScheme::DesktopColorScheme(const QDBusConnection &sessionBus, QObjec
         qApp->installEventFilter(this);
 }
 
+DesktopColorScheme::~DesktopColorScheme() = default;
+
 void DesktopColorScheme::start()
 {
+    if (isKde()) {
+        m_panelSettings = std::make_unique<QFileSystemWatcher>();
+        connect(m_panelSettings.get(), &QFileSystemWatcher::fileChanged, this, [this] {
+            watchPanel();
+            emit changed();
+        });
+        watchPanel();
+    }
     if (!m_bus.isConnected())
         return;
     m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     askPortal();
+}
+
+/// A file that is replaced is not watched any more.
+void DesktopColorScheme::watchPanel()
+{
+    for (const QString &folder : configFolders())
+        m_panelSettings->addPath(folder + u"/plasmarc"_s);
 }
 
 bool DesktopColorScheme::prefersDark() const
@@ -112,19 +144,19 @@ bool DesktopColorScheme::prefersHighContrast() const
 
 std::optional<QPalette> DesktopColorScheme::palette() const
 {
-    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     // Whoever chose another theme for the toolkit wants that one's colours.
     const QString theme = qEnvironmentVariable("QT_QPA_PLATFORMTHEME");
-    if (!desktop.split(u':').contains(u"KDE"_s) || (!theme.isEmpty() && theme.toLower() != u"kde"_s))
+    if (!isKde() || (!theme.isEmpty() && theme.toLower() != u"kde"_s))
         return std::nullopt;
-    return kdePalette(QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation),
-                      QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation));
+    return kdePalette(configFolders(), dataFolders());
 }
 
 QColor DesktopColorScheme::symbolColor() const
 {
     if (hasDarkBar())
         return onDark();
+    if (const auto panel = isKde() ? kdePanelColor(configFolders(), dataFolders()) : std::nullopt)
+        return contrastTo(*panel);
     switch (m_preference) {
     case Preference::Dark:
         return onDark();

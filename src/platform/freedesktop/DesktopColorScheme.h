@@ -8,6 +8,10 @@
 #include <QDBusVariant>
 #include <QObject>
 
+#include <memory>
+
+class QFileSystemWatcher;
+
 namespace orvelle {
 
 /// Whether the desktop is dark, and whether of high contrast, as
@@ -15,6 +19,8 @@ namespace orvelle {
 /// "color-scheme" and "contrast"); where the portal is silent, as the GTK
 /// settings file says, which desktops without a portal write (its themes
 /// "HighContrast" and "HighContrastInverse").
+///
+/// KDE's own settings tell the colours of its windows and panels.
 ///
 /// And the colour that symbols on a panel should have: light on a dark desktop
 /// and dark on a light one; where the portal is silent, the text colour of the
@@ -25,6 +31,7 @@ class DesktopColorScheme : public Appearance
 
 public:
     explicit DesktopColorScheme(const QDBusConnection &sessionBus, QObject *parent = nullptr);
+    ~DesktopColorScheme() override;
 
     /// Asks the portal, now and whenever it comes (back); it is not started.
     void start();
@@ -47,6 +54,7 @@ private:
     enum class Preference : uint { None = 0, Dark = 1, Light = 2 };
 
     void askPortal();
+    void watchPanel();
     void ask(const QString &key, void (DesktopColorScheme::*answer)(uint));
     void setPreference(uint value);
     void setContrast(uint value);
@@ -55,6 +63,7 @@ private:
     QDBusServiceWatcher m_portal;
     Preference m_preference = Preference::None;
     bool m_highContrast = false;
+    std::unique_ptr<QFileSystemWatcher> m_panelSettings; ///< of KDE
 };
 
 } // namespace orvelle

@@ -60,5 +60,19 @@ TEST(KdeColors, AreTheUsersOrThoseOfTheSchemeThatIsNamed)
     }
 }
 
+TEST(KdeColors, OfThePanelWhereItsThemeHasItsOwn)
+{
+    const QTemporaryDir root;
+    const QString user = root.filePath(u"user"_s), defaults = root.filePath(u"defaults"_s);
+    const QString data = root.filePath(u"data"_s);
+    const auto panel = [&] { return kdePanelColor({user, defaults}, {data}); };
+    write(data + u"/plasma/desktoptheme/night/colors"_s, colors("42,46,50"));
+    EXPECT_FALSE(panel());
+    write(defaults + u"/plasmarc"_s, "[Theme]\nname=night\n");
+    EXPECT_EQ(panel(), QColor(42, 46, 50));
+    write(user + u"/plasmarc"_s, "[Theme]\nname=default\n");
+    EXPECT_FALSE(panel()) << "follows the windows";
+}
+
 } // namespace
 } // namespace orvelle::test

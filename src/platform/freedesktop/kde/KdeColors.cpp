@@ -63,6 +63,20 @@ std::optional<QPalette> paletteOf(const QSettings &scheme)
     return palette;
 }
 
+/// The first file `relative` in one of the folders; empty where there is none,
+/// or where the name in it is a way out of them.
+QString found(const QStringList &folders, const QString &relative, const QString &name)
+{
+    if (name.contains(u'/'))
+        return {};
+    for (const QString &folder : folders) {
+        const QString file = folder + u'/' + relative.arg(name);
+        if (QFile::exists(file))
+            return file;
+    }
+    return {};
+}
+
 } // namespace
 
 std::optional<QPalette> kdePalette(const QStringList &configFolders, const QStringList &dataFolders)
@@ -73,16 +87,23 @@ std::optional<QPalette> kdePalette(const QStringList &configFolders, const QStri
         if (auto palette = paletteOf(settings))
             return palette;
         if (name.isEmpty())
-            name = settings.value(u"General/ColorScheme"_s).toString();
+            name = settings.value(u"ColorScheme"_s).toString(); // QSettings has "General" without a name
     }
     if (name.isEmpty())
         name = u"BreezeLight"_s;
-    for (const QString &folder : dataFolders) {
-        const QString file = folder + u"/color-schemes/"_s + name + u".colors"_s;
-        if (!name.contains(u'/') && QFile::exists(file))
-            return paletteOf(QSettings(file, QSettings::IniFormat));
-    }
-    return std::nullopt;
+    const QString file = found(dataFolders, u"color-schemes/%1.colors"_s, name);
+    return file.isEmpty() ? std::nullopt : paletteOf(QSettings(file, QSettings::IniFormat));
+}
+
+std::optional<QColor> kdePanelColor(const QStringList &configFolders, const QStringList &dataFolders)
+{
+    QString name;
+    for (qsizetype i = 0; i < configFolders.size() && name.isEmpty(); ++i)
+        name = QSettings(configFolders[i] + u"/plasmarc"_s, QSettings::IniFormat).value(u"Theme/name"_s).toString();
+    const QString file = name.isEmpty() ? QString() : found(dataFolders, u"plasma/desktoptheme/%1/colors"_s, name);
+    const QColor color =
+        file.isEmpty() ? QColor() : colorAt(QSettings(file, QSettings::IniFormat), u"Colors:Window/BackgroundNormal"_s);
+    return color.isValid() ? std::optional(color) : std::nullopt;
 }
 
 } // namespace orvelle

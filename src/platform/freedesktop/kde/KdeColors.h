@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QPalette>
 #include <QStringList>
 
@@ -13,5 +14,10 @@ namespace orvelle {
 /// toolkit's own reading of them knows no scheme files, and misses the change
 /// back to the standard scheme. Absent where there is no such scheme.
 std::optional<QPalette> kdePalette(const QStringList &configFolders, const QStringList &dataFolders);
+
+/// What KDE's panels are drawn on, where their theme has colours of its own
+/// ("plasmarc" names it, "plasma/desktoptheme" has them): dark panels beside
+/// light windows. Absent where they follow the windows' colours.
+std::optional<QColor> kdePanelColor(const QStringList &configFolders, const QStringList &dataFolders);
 
 } // namespace orvelle
