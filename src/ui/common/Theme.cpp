@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QIcon>
 #include <QScopedValueRollback>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -66,6 +67,21 @@ void chooseIcons(bool dark)
     }
 }
 
+/// The frames that the toolkit draws itself, on Wayland, keep the colours of the
+/// time they were made.
+void renewFrames()
+{
+    if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        return;
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (!window->handle() || window->frameMargins().isNull())
+            continue;
+        const Qt::WindowFlags flags = window->flags();
+        window->setFlags(flags | Qt::FramelessWindowHint);
+        window->setFlags(flags);
+    }
+}
+
 } // namespace
 
 Theme::Theme(const Appearance &appearance, QObject *parent) : QObject(parent), m_appearance(appearance)
@@ -97,6 +113,7 @@ void Theme::apply()
     if (m_replaced)
         QApplication::setPalette(palette);
     chooseIcons(isDark(palette));
+    renewFrames();
     wish.ground = QApplication::palette().color(QPalette::Window);
     m_applied = wish;
 }
