@@ -16,7 +16,8 @@ public:
     /// Qt::BypassWindowManagerHint and gets the size of the screen that the
     /// user is at. False when the desktop refuses: then it is not to be shown.
     virtual bool cover(QWindow &window) = 0;
-    /// With the next frame it leaves keyboard and pointer to others.
+    /// With the next frame it leaves keyboard and pointer to others; what opens
+    /// next may have the focus.
     virtual void letGo(QWindow &window) = 0;
     /// Before it is hidden or destroyed.
     virtual void uncover(QWindow &window) = 0;

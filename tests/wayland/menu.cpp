@@ -1,3 +1,4 @@
+#include "platform/freedesktop/ActivationToken.h"
 #include "wayland/MenuFixture.h"
 
 namespace orvelle::test {
@@ -21,6 +22,22 @@ TEST_F(WaylandMenu, OpensAtThePointerAndAClickChooses)
     EXPECT_TRUE(waitFor([this] { return chosen.has_value(); }));
     EXPECT_EQ(chosen, entry(u"two"_s).action);
     EXPECT_FALSE(popup.isOpen());
+}
+
+TEST_F(WaylandMenu, HandsTheFocusOnToWhatIsChosen)
+{
+    spendActivationToken();
+    openAt({400, 300});
+    popup.close();
+    ASSERT_TRUE(waitFor([this] { return chosen.has_value(); }));
+    EXPECT_EQ(spendActivationToken(), "") << "nothing was pressed";
+    openAt({400, 300});
+    pointer.moveTo(middleOf(0, 1));
+    pointer.press();
+    pointer.release();
+    ASSERT_TRUE(waitFor([this] { return chosen.has_value(); }));
+    EXPECT_EQ(chosen, entry(u"two"_s).action);
+    EXPECT_NE(spendActivationToken(), "");
 }
 
 TEST_F(WaylandMenu, StaysOnTheScreen)

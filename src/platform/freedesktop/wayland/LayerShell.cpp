@@ -1,5 +1,6 @@
 #include "platform/freedesktop/wayland/LayerShell.h"
 
+#include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/wayland/WaylandReading.h"
 #include "platform/freedesktop/wayland/WaylandRequest.h"
 
@@ -42,8 +43,10 @@ LayerShell::LayerShell()
     wl_registry *registry = wl_display_get_registry(display);
     static constexpr wl_registry_listener listener{
         [](void *self, wl_registry *from, std::uint32_t name, const char *interface, std::uint32_t version) {
+            auto &shell = *static_cast<LayerShell *>(self);
+            shell.m_activation.take(from, name, interface);
             if (qstrcmp(interface, layerShellInterface().name) == 0)
-                static_cast<LayerShell *>(self)->m_shell = static_cast<wl_proxy *>(
+                shell.m_shell = static_cast<wl_proxy *>(
                     wl_registry_bind(from, name, &layerShellInterface(), std::min<std::uint32_t>(version, 4)));
         },
         [](void *, wl_registry *, std::uint32_t) {}};
@@ -59,6 +62,7 @@ LayerShell::~LayerShell()
         wl_proxy_destroy(surface);
     if (m_shell)
         wl_proxy_destroy(m_shell);
+    m_activation.release();
     if (m_queue)
         wl_event_queue_destroy(m_queue);
 }
@@ -101,12 +105,17 @@ bool LayerShell::cover(QWindow &window)
         return false;
     }
     window.resize(state->width, state->height);
+    m_activation.startListening();
     return true;
 }
 
 void LayerShell::letGo(QWindow &window)
 {
     if (wl_proxy *layer = m_surfaces.value(&window)) {
+        auto *surface = static_cast<wl_surface *>(
+            QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", &window));
+        takeActivationToken(m_activation.token(surface, m_display, m_queue));
+        m_activation.stopListening();
         sendRequest(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::NoKeyboard);
         window.setMask(QRegion(-1, -1, 1, 1));
     }
@@ -117,6 +126,8 @@ void LayerShell::uncover(QWindow &window)
     wl_proxy *layer = m_surfaces.take(&window);
     if (!layer)
         return;
+    if (m_surfaces.isEmpty())
+        m_activation.stopListening();
     m_configured.remove(layer);
     sendDestroy(layer, LayerShellRequest::Destroy);
     wl_display_flush(m_display);

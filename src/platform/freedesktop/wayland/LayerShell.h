@@ -2,6 +2,7 @@
 
 #include "platform/OverlayShell.h"
 #include "platform/freedesktop/wayland/LayerShellProtocol.h"
+#include "platform/freedesktop/wayland/WaylandActivation.h"
 
 #include <QHash>
 
@@ -39,6 +40,7 @@ private:
     wl_display *m_display = nullptr; ///< the toolkit's
     wl_event_queue *m_queue = nullptr;
     wl_proxy *m_shell = nullptr;
+    WaylandActivation m_activation;
     QHash<QWindow *, wl_proxy *> m_surfaces;
     QHash<wl_proxy *, std::shared_ptr<Configured>> m_configured;
 };
