@@ -237,6 +237,31 @@ TEST_F(NotifierTest, PixmapsFollowTheColourScheme)
     portalBus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
 }
 
+TEST_F(NotifierTest, GnomesSwitchForHighContrastIsFollowed)
+{
+    const QString group = u"org.gnome.desktop.a11y.interface"_s;
+    const QString key = u"high-contrast"_s;
+    StubObject portal;
+    portal.methods[u"Read"_s] = [&](const QDBusMessage &call) {
+        const QDBusVariant on(true);
+        return call.arguments() == QVariantList{group, key}
+                   ? call.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(on))))
+                   : call.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
+    };
+    BusClient portalClient;
+    auto portalBus = portalClient.bus();
+    portalBus.registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, &portal);
+    colors.start();
+    ASSERT_TRUE(portalBus.registerService(u"org.freedesktop.portal.Desktop"_s));
+    EXPECT_TRUE(waitFor([this] { return colors.prefersHighContrast(); }));
+    auto change = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s,
+                                             u"SettingChanged"_s);
+    change << group << key << QVariant::fromValue(QDBusVariant(false));
+    portalBus.send(change);
+    EXPECT_TRUE(waitFor([this] { return !colors.prefersHighContrast(); }));
+    portalBus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
+}
+
 TEST_F(NotifierTest, SymbolsAreLightOnTheBarOfGnome)
 {
     const QPalette before = QGuiApplication::palette();

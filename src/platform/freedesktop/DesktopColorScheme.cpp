@@ -47,6 +47,16 @@ QString contrastKey()
     return u"contrast"_s;
 }
 
+/// Where GNOME keeps its switch, which its portal does not translate.
+QString gnomeGroup()
+{
+    return u"org.gnome.desktop.a11y.interface"_s;
+}
+QString gnomeContrastKey()
+{
+    return u"high-contrast"_s;
+}
+
 QVariant gtkSetting(const QString &key)
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
@@ -139,7 +149,7 @@ bool DesktopColorScheme::prefersDark() const
 
 bool DesktopColorScheme::prefersHighContrast() const
 {
-    return m_highContrast || gtkTheme().startsWith(u"HighContrast"_s, Qt::CaseInsensitive);
+    return m_highContrast || m_gnomeContrast || gtkTheme().startsWith(u"HighContrast"_s, Qt::CaseInsensitive);
 }
 
 std::optional<QPalette> DesktopColorScheme::palette() const
@@ -185,14 +195,15 @@ bool DesktopColorScheme::eventFilter(QObject *watched, QEvent *event)
 
 void DesktopColorScheme::askPortal()
 {
-    ask(schemeKey(), &DesktopColorScheme::setPreference);
-    ask(contrastKey(), &DesktopColorScheme::setContrast);
+    ask(appearanceGroup(), schemeKey(), &DesktopColorScheme::setPreference);
+    ask(appearanceGroup(), contrastKey(), &DesktopColorScheme::setContrast);
+    ask(gnomeGroup(), gnomeContrastKey(), &DesktopColorScheme::setGnomeContrast);
 }
 
-void DesktopColorScheme::ask(const QString &key, void (DesktopColorScheme::*answer)(uint))
+void DesktopColorScheme::ask(const QString &group, const QString &key, void (DesktopColorScheme::*answer)(uint))
 {
     auto call = QDBusMessage::createMethodCall(portalService(), portalPath(), settingsInterface(), u"Read"_s);
-    call << appearanceGroup() << key;
+    call << group << key;
     call.setAutoStartService(false);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call, portalTimeoutMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answer] {
@@ -207,6 +218,8 @@ void DesktopColorScheme::settingChanged(const QString &group, const QString &key
 {
     if (group == u"org.kde.kdeglobals.General"_s && key == u"ColorScheme"_s)
         emit changed(); // also to one that is as dark
+    if (group == gnomeGroup() && key == gnomeContrastKey())
+        setGnomeContrast(numberIn(value.variant()));
     if (group != appearanceGroup())
         return;
     if (key == schemeKey())
@@ -229,6 +242,14 @@ void DesktopColorScheme::setContrast(uint value)
     if (m_highContrast == (value == 1))
         return;
     m_highContrast = value == 1;
+    emit changed();
+}
+
+void DesktopColorScheme::setGnomeContrast(uint on)
+{
+    if (m_gnomeContrast == (on != 0))
+        return;
+    m_gnomeContrast = on != 0;
     emit changed();
 }
 

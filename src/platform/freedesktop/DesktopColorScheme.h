@@ -18,7 +18,8 @@ namespace orvelle {
 /// org.freedesktop.portal.Settings says ("org.freedesktop.appearance"
 /// "color-scheme" and "contrast"); where the portal is silent, as the GTK
 /// settings file says, which desktops without a portal write (its themes
-/// "HighContrast" and "HighContrastInverse").
+/// "HighContrast" and "HighContrastInverse"). GNOME's switch for high contrast
+/// counts, too.
 ///
 /// KDE's own settings tell the colours of its windows and panels.
 ///
@@ -55,14 +56,16 @@ private:
 
     void askPortal();
     void watchPanel();
-    void ask(const QString &key, void (DesktopColorScheme::*answer)(uint));
+    void ask(const QString &group, const QString &key, void (DesktopColorScheme::*answer)(uint));
     void setPreference(uint value);
     void setContrast(uint value);
+    void setGnomeContrast(uint on);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_portal;
     Preference m_preference = Preference::None;
     bool m_highContrast = false;
+    bool m_gnomeContrast = false;
     std::unique_ptr<QFileSystemWatcher> m_panelSettings; ///< of KDE
 };
 
