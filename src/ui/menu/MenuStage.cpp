@@ -14,7 +14,7 @@ namespace orvelle {
 namespace {
 
 // In milliseconds.
-constexpr int longestSearch = 600; ///< of a compositor that shows the stage
+constexpr int longestSearch = 300; ///< of a compositor that shows the stage
 constexpr int longestMapping = 1500;
 constexpr int longestFrame = 150;
 /// A timer that comes later has waited for this program, and so may the pointer.
