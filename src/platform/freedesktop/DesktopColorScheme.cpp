@@ -130,6 +130,9 @@ void DesktopColorScheme::start()
     }
     if (!m_bus.isConnected())
         return;
+    // Slots are found by the names of their types, and the toolkit may not have
+    // met this one yet.
+    qRegisterMetaType<QDBusVariant>();
     m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     askPortal();
