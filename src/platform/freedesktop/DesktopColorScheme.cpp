@@ -133,6 +133,10 @@ void DesktopColorScheme::start()
     // Slots are found by the names of their types, and the toolkit may not have
     // met this one yet.
     qRegisterMetaType<QDBusVariant>();
+    // KDE tells it also where no portal was started.
+    if (isKde())
+        m_bus.connect({}, u"/KGlobalSettings"_s, u"org.kde.KGlobalSettings"_s, u"notifyChange"_s, this,
+                      SLOT(kdeSettingChanged(int, int)));
     m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     askPortal();
@@ -147,7 +151,11 @@ void DesktopColorScheme::watchPanel()
 
 bool DesktopColorScheme::prefersDark() const
 {
-    return m_preference == Preference::None ? gtkPrefersDark() : m_preference == Preference::Dark;
+    if (m_preference != Preference::None)
+        return m_preference == Preference::Dark;
+    if (const auto told = palette())
+        return contrastTo(told->color(QPalette::Window)) == onDark();
+    return gtkPrefersDark();
 }
 
 bool DesktopColorScheme::prefersHighContrast() const
@@ -178,6 +186,8 @@ QColor DesktopColorScheme::symbolColor() const
     case Preference::None:
         break;
     }
+    if (const auto told = palette())
+        return contrastTo(told->color(QPalette::Window));
     return QGuiApplication::palette().color(QPalette::WindowText);
 }
 
@@ -219,8 +229,6 @@ void DesktopColorScheme::ask(const QString &group, const QString &key, void (Des
 
 void DesktopColorScheme::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    if (group == u"org.kde.kdeglobals.General"_s && key == u"ColorScheme"_s)
-        emit changed(); // also to one that is as dark
     if (group == gnomeGroup() && key == gnomeContrastKey())
         setGnomeContrast(numberIn(value.variant()));
     if (group != appearanceGroup())
@@ -229,6 +237,13 @@ void DesktopColorScheme::settingChanged(const QString &group, const QString &key
         setPreference(numberIn(value.variant()));
     else if (key == contrastKey())
         setContrast(numberIn(value.variant()));
+}
+
+void DesktopColorScheme::kdeSettingChanged(int kind, int)
+{
+    constexpr int colors = 0;
+    if (kind == colors)
+        emit changed();
 }
 
 void DesktopColorScheme::setPreference(uint value)

@@ -50,6 +50,7 @@ public:
 
 private slots:
     void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void kdeSettingChanged(int kind, int argument);
 
 private:
     enum class Preference : uint { None = 0, Dark = 1, Light = 2 };
