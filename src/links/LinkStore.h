@@ -144,6 +144,9 @@ public:
     bool saveLinks(bool triggerSync = true);
     /// True when the tree in memory is not what is stored.
     bool hasUnsavedChanges() const { return m_unsaved; }
+    /// Takes over at once what another process stored, without waiting to be
+    /// told of it. False when the tree here still lacks some of that.
+    bool catchUp();
 
     /// The tree is now based on another machine's or process's change, which
     /// the steps known so far would take back.

@@ -111,6 +111,12 @@ bool LinkStore::reloadIfStale()
     return true;
 }
 
+bool LinkStore::catchUp()
+{
+    reloadIfStale();
+    return m_services.defaults.read(m_loadedKey).revision == m_revision;
+}
+
 /// Copies unreadable stored bytes to a key of their own, once.
 void LinkStore::setAside(const DefaultsValue &value)
 {

@@ -57,7 +57,12 @@ std::shared_ptr<const SyncBase> CloudSync::Private::base()
         const auto stored = s.defaults.get<QByteArray>(key(syncBaseBaseKey()));
         auto read = stored ? SyncBase::fromBytes(*stored) : std::nullopt;
         m_base = read ? std::make_shared<const SyncBase>(std::move(*read)) : nullptr;
-        baseLoaded = true;
+        // Another process may have merged since the tree was read here. It
+        // stores the tree before the base, so one that is read after the base
+        // has all that the base names: what it lacked would count as deleted.
+        baseLoaded = s.links.catchUp();
+        if (!baseLoaded)
+            return nullptr;
     }
     const bool here = m_base && container && m_base->place == container->displayPath(fileName());
     return here ? m_base : nullptr;

@@ -65,7 +65,8 @@ void CloudSync::Private::merge(const DocumentPtr &document, SyncSource source, c
 {
     isMerging = true;
     announce();
-    const SyncMergeInput input{s.links.links(), document, base(), s.clock.now(), rejected == document->versionId};
+    const auto known = base(); // may bring the tree up to date
+    const SyncMergeInput input{s.links.links(), document, known, s.clock.now(), rejected == document->versionId};
     onWorker<Merged>(
         [input] {
             Merged merged;

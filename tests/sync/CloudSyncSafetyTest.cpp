@@ -149,6 +149,32 @@ TEST_F(CloudSyncSafetyTest, aDamagedNoteOfThePastCountsAsNone)
     }
 }
 
+// A command on its own, while the program starts that was killed meanwhile.
+TEST_F(CloudSyncSafetyTest, whatAnotherProcessMergedMeanwhileCountsForTheTreeToo)
+{
+    pair({u"x"_s});
+    const QStringList keys = {LinkStore::linksBaseKey(), CloudSync::syncBaseBaseKey()};
+    const auto stored = [&] { return QList{*b->defaults.value(keys[0]), *b->defaults.value(keys[1])}; };
+    const auto before = stored();
+    add(*a, u"y"_s);
+    settle();
+    ASSERT_EQ(here(*b), u"x y"_s);
+    const auto after = stored();
+    b->stop();
+    for (qsizetype i = 0; i < keys.size(); ++i)
+        ASSERT_TRUE(b->defaults.write(keys[i], before[i]));
+    b->start();
+    ASSERT_EQ(here(*b), u"x"_s);
+    for (qsizetype i = 0; i < keys.size(); ++i)
+        b->defaults.otherProcessWrites(keys[i], after[i]); // and the watch is slow to tell
+    std::optional<bool> saved;
+    b->sync().saveToCloud([&saved](const auto &result) { saved = result.hasValue(); });
+    settle();
+    EXPECT_EQ(saved, true);
+    EXPECT_EQ(here(*a), u"x y"_s);
+    EXPECT_EQ(here(*b), u"x y"_s);
+}
+
 TEST_F(CloudSyncSafetyTest, anEditDuringAMergeIsMergedToo)
 {
     pair({u"x"_s});
