@@ -110,6 +110,7 @@ TEST(BookmarksHtml, UnderstandsSloppyFiles)
         {"<DL><DT><A HREF='https://a.example'>A</A>", u"A=https://a.example"},
         {"<DL><DT><A HREF='file:///srv/music/'>Music</A><DT><A HREF='file://host/share'>Share</A></DL>",
          u"Music=/srv/music Share=file://host/share"},
+        {"<DL><DT><A HREF='file:////srv/plan.txt'>Plan</A></DL>", u"Plan=/srv/plan.txt"},
     };
     for (const auto &[html, expected] : cases) {
         const auto result = readBookmarksHtml(html, now);

@@ -64,6 +64,15 @@ bool isRelative(const QString &address)
     return QStringLiteral("/#?.").contains(address.front());
 }
 
+/// Two slashes at the beginning would be a host's name where the path becomes
+/// an address; here they mean no more than one.
+QString withOneSlash(QString path)
+{
+    while (path.startsWith(u"//"))
+        path.remove(0, 1);
+    return path;
+}
+
 std::optional<QString> localPath(const QString &address)
 {
     if (schemeOf(address) != u"file")
@@ -73,7 +82,7 @@ std::optional<QString> localPath(const QString &address)
     // A zero byte would end the path early for everybody who opens it.
     if (!url.isValid() || !here || !url.path().startsWith(u'/') || url.path(QUrl::FullyDecoded).contains(QChar(0)))
         return std::nullopt;
-    return url.path(QUrl::FullyDecoded);
+    return withOneSlash(url.path(QUrl::FullyDecoded));
 }
 
 /// Folds the folders of the third level of `items`: their members stand beside
@@ -210,7 +219,7 @@ QString addressOf(const LinkItem &item)
 {
     if (item.type != LinkType::File && item.type != LinkType::Folder)
         return item.path;
-    QString path = item.path;
+    QString path = withOneSlash(item.path);
     if (item.type == LinkType::Folder && !path.endsWith(u'/'))
         path += u'/';
     return QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
