@@ -101,7 +101,7 @@ SyncStatus CloudSync::Private::status() const
     else if (!enabled())
         now.state = State::Off;
     else if (!available())
-        now.state = State::Unavailable;
+        now.state = State::Unavailable; // NOLINT(bugprone-branch-clone): what is asked in between comes first
     else if (held)
         now.state = State::HeldBack;
     else if (problem && problem->needsPassphrase)

@@ -213,7 +213,7 @@ void CloudSync::Private::exported(const UploadPtr &begun)
         using Encrypted = Result<QByteArray, CipherError>;
         onWorker<Encrypted>([cipher = begun->cipher ? begun->cipher : cipher,
                              plain = begun->exported.bytes] { return cipher->encrypt(plain); },
-                            [this, begun](Encrypted bytes) {
+                            [this, begun](const Encrypted &bytes) {
                                 if (bytes)
                                     write(begun, *bytes);
                                 else
