@@ -3,6 +3,7 @@
 #include "app/Version.h"
 #include "app/cli/CommandLine.h"
 #include "base/Text.h"
+#include "platform/WindowSystem.h"
 #include "ui/common/Icons.h"
 
 #include <QApplication>
@@ -62,7 +63,7 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
 
 void Application::offerTrayMenu()
 {
-    if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland")) || m_layerShell.isAvailable())
+    if (!isOnWayland() || m_layerShell.isAvailable())
         return;
     m_trayMenu.emplace(TrayMenu::Services{m_core.links, m_core.widgetOrder, m_widgets.jobs, m_core.notifications,
                                           m_core.clock,

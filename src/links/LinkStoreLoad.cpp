@@ -113,8 +113,7 @@ bool LinkStore::reloadIfStale()
 
 bool LinkStore::catchUp()
 {
-    reloadIfStale();
-    return m_services.defaults.read(m_loadedKey).revision == m_revision;
+    return !reloadIfStale() || !m_unsaved;
 }
 
 /// Copies unreadable stored bytes to a key of their own, once.

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/DesktopColorScheme.h"
 
+#include "platform/freedesktop/CurrentDesktop.h"
 #include "platform/freedesktop/kde/KdeColors.h"
 
 #include <QDBusMessage>
@@ -78,8 +79,7 @@ bool gtkPrefersDark()
 /// GNOME's bar is dark beside light windows, too.
 bool hasDarkBar()
 {
-    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
-    return desktops.contains(u"GNOME"_s) && !desktops.contains(u"GNOME-Classic"_s);
+    return isCurrentDesktop(u"GNOME") && !isCurrentDesktop(u"GNOME-Classic");
 }
 
 /// Read() wraps its answer twice.
@@ -101,7 +101,7 @@ QStringList dataFolders()
 
 bool isKde()
 {
-    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE"_s);
+    return isCurrentDesktop(u"KDE");
 }
 
 } // namespace
@@ -120,26 +120,29 @@ DesktopColorScheme::~DesktopColorScheme() = default;
 
 void DesktopColorScheme::start()
 {
-    if (isKde()) {
-        m_panelSettings = std::make_unique<QFileSystemWatcher>();
-        connect(m_panelSettings.get(), &QFileSystemWatcher::fileChanged, this, [this] {
-            watchPanel();
-            emit changed();
-        });
-        watchPanel();
-    }
+    if (isKde())
+        listenToKde();
     if (!m_bus.isConnected())
         return;
     // Slots are found by the names of their types, and the toolkit may not have
     // met this one yet.
     qRegisterMetaType<QDBusVariant>();
-    // KDE tells it also where no portal was started.
-    if (isKde())
-        m_bus.connect({}, u"/KGlobalSettings"_s, u"org.kde.KGlobalSettings"_s, u"notifyChange"_s, this,
-                      SLOT(kdeSettingChanged(int, int)));
     m_bus.connect({}, portalPath(), settingsInterface(), u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     askPortal();
+}
+
+/// KDE tells of its colours also where no portal was started.
+void DesktopColorScheme::listenToKde()
+{
+    m_panelSettings = std::make_unique<QFileSystemWatcher>();
+    connect(m_panelSettings.get(), &QFileSystemWatcher::fileChanged, this, [this] {
+        watchPanel();
+        emit changed();
+    });
+    watchPanel();
+    m_bus.connect({}, u"/KGlobalSettings"_s, u"org.kde.KGlobalSettings"_s, u"notifyChange"_s, this,
+                  SLOT(kdeSettingChanged(int, int)));
 }
 
 /// A file that is replaced is not watched any more.

@@ -56,6 +56,7 @@ private:
     enum class Preference : uint { None = 0, Dark = 1, Light = 2 };
 
     void askPortal();
+    void listenToKde();
     void watchPanel();
     void ask(const QString &group, const QString &key, void (DesktopColorScheme::*answer)(uint));
     void setPreference(uint value);

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/DesktopHotKeys.h"
 
+#include "platform/freedesktop/CurrentDesktop.h"
 #include "platform/freedesktop/kde/KdeHotKeys.h"
 #include "platform/freedesktop/portal/PortalHotKeys.h"
 #include "platform/freedesktop/wayland/WaylandKeymap.h"
@@ -14,7 +15,7 @@ std::unique_ptr<HotKeyService> desktopHotKeys(Clock &clock, const QString &appId
     if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         return std::make_unique<XcbHotKeys>(clock);
     const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"orvelle-shortcuts"_s);
-    if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE"_s))
+    if (isCurrentDesktop(u"KDE"))
         return std::make_unique<KdeHotKeys>(
             KdeHotKeys::Surroundings{bus, clock, appId, u"Orvelle"_s, description, &waylandKeymap});
     return std::make_unique<PortalHotKeys>(PortalHotKeys::Surroundings{bus, clock, appId, description, &waylandKeymap});

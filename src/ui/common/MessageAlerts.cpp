@@ -1,5 +1,6 @@
 #include "ui/common/MessageAlerts.h"
 
+#include "platform/WindowSystem.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
 
@@ -142,7 +143,7 @@ QDialog *makeDialog(const Alert &alert)
 void putAboveActiveWindow(QWidget &dialog)
 {
     const QWidget *active = QApplication::activeWindow();
-    if (!active || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    if (!active || !isOnWayland())
         return;
     dialog.winId();
     dialog.windowHandle()->setTransientParent(active->window()->windowHandle());

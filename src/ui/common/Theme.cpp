@@ -1,6 +1,7 @@
 #include "ui/common/Theme.h"
 
 #include "platform/Appearance.h"
+#include "platform/WindowSystem.h"
 #include "ui/common/Colors.h"
 #include "ui/common/EdgeStyle.h"
 
@@ -71,7 +72,7 @@ void chooseIcons(bool dark)
 /// time they were made.
 void renewFrames()
 {
-    if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    if (!isOnWayland())
         return;
     for (QWindow *window : QGuiApplication::topLevelWindows()) {
         if (!window->handle() || window->frameMargins().isNull())

@@ -1,6 +1,7 @@
 #include "ui/menu/MenuPopup.h"
 
 #include "platform/OverlayShell.h"
+#include "platform/WindowSystem.h"
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuAccessible.h"
 
@@ -69,7 +70,7 @@ MenuPopup::~MenuPopup()
 
 bool MenuPopup::isWindowAmongOthers() const
 {
-    return !m_stage && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+    return !m_stage && isOnWayland();
 }
 
 QPoint MenuPopup::pointerPosition() const

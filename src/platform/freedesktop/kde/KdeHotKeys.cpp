@@ -1,6 +1,7 @@
 #include "platform/freedesktop/kde/KdeHotKeys.h"
 
 #include "platform/Clock.h"
+#include "platform/freedesktop/BusSignals.h"
 #include "platform/freedesktop/kde/KdeKeyNumber.h"
 
 #include <QDBusMetaType>
@@ -138,24 +139,12 @@ void KdeHotKeys::listen(bool on)
     if (std::exchange(m_isListening, on) == on)
         return;
     const QString component = componentPath(m_surroundings.appId);
-    struct Signal {
-        QString path;
-        QString interface;
-        QString name;
-        const char *slot;
-    };
-    const Signal heard[] = {
+    const BusSignal heard[] = {
         {servicePath(), serviceInterface(), u"yourShortcutsChanged"_s, SLOT(changed(QDBusMessage))},
         {component, componentInterface(), u"globalShortcutPressed"_s, SLOT(pressed(QString, QString, qlonglong))},
         {component, componentInterface(), u"globalShortcutReleased"_s, SLOT(released(QString, QString, qlonglong))},
     };
-    QDBusConnection &bus = m_surroundings.bus;
-    for (const Signal &each : heard) {
-        if (on)
-            bus.connect(serviceName(), each.path, each.interface, each.name, this, each.slot);
-        else
-            bus.disconnect(serviceName(), each.path, each.interface, each.name, this, each.slot);
-    }
+    hearSignals(m_surroundings.bus, serviceName(), heard, this, on);
 }
 
 /// The default tells what was asked for last. If it is the same again, what the

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/freedesktop/ActivationToken.h"
+#include "platform/freedesktop/BusSignals.h"
 #include "platform/freedesktop/portal/PortalRequest.h"
 #include "platform/freedesktop/portal/PortalTrigger.h"
 
@@ -120,13 +121,7 @@ void PortalHotKeys::forgetSession()
 /// Only while there is a session: before, nobody on the bus may be the portal.
 void PortalHotKeys::listen(bool on)
 {
-    struct Signal {
-        QString path;
-        QString interface;
-        QString name;
-        const char *slot;
-    };
-    const Signal heard[] = {
+    const BusSignal heard[] = {
         {m_session, sessionInterface(), u"Closed"_s, SLOT(sessionClosed())},
         {PortalRequest::path(), shortcutsInterface(), u"Activated"_s,
          SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap))},
@@ -134,14 +129,7 @@ void PortalHotKeys::listen(bool on)
          SLOT(deactivated(QDBusObjectPath, QString, qulonglong, QVariantMap))},
         {PortalRequest::path(), shortcutsInterface(), u"ShortcutsChanged"_s, SLOT(shortcutsChanged(QDBusMessage))},
     };
-    QDBusConnection &bus = m_surroundings.bus;
-    for (const Signal &each : heard) {
-        const bool done =
-            on ? bus.connect(PortalRequest::service(), each.path, each.interface, each.name, this, each.slot)
-               : bus.disconnect(PortalRequest::service(), each.path, each.interface, each.name, this, each.slot);
-        if (!done)
-            qCWarning(lcPortal, "The portal's signal %ls cannot be heard", qUtf16Printable(each.name));
-    }
+    hearSignals(m_surroundings.bus, PortalRequest::service(), heard, this, on);
 }
 
 /// Programs outside of a sandbox tell who they are, where the portal wants to

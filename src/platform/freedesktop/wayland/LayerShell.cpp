@@ -1,5 +1,6 @@
 #include "platform/freedesktop/wayland/LayerShell.h"
 
+#include "platform/WindowSystem.h"
 #include "platform/freedesktop/ActivationToken.h"
 #include "platform/freedesktop/wayland/WaylandReading.h"
 #include "platform/freedesktop/wayland/WaylandRequest.h"
@@ -32,7 +33,7 @@ void LayerShell::allowRolelessWindows()
 LayerShell::LayerShell()
 {
     QPlatformNativeInterface *native = QGuiApplication::platformNativeInterface();
-    if (!native || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    if (!native || !isOnWayland())
         return;
     m_display = static_cast<wl_display *>(native->nativeResourceForIntegration("wl_display"));
     if (!m_display)
