@@ -62,7 +62,7 @@ bool LinkStore::edit(Step step, const QString &reason, const Edit &change, bool 
 {
     const Outcome outcome = perform({step, reason, change}, triggerSync);
     if (outcome.applied) {
-        History::push(m_history->undo, outcome.before);
+        History::push(m_history->undo, TreeDifference::between(m_links, outcome.before));
         m_history->redo.clear();
     }
     if (outcome.applied || outcome.rebased)

@@ -22,6 +22,7 @@ class FolderChooser;
 class Notifications;
 class PowerEvents;
 class SnapshotStore;
+class TreeDifference;
 class Volumes;
 
 /// The work around the tree that other subsystems do when their time comes in
@@ -245,7 +246,7 @@ private:
     void rebase(Outcome &outcome);
     bool reportFailure(const DefaultsError &error);
     void requestSync(bool triggerSync);
-    bool travel(QList<LinkList> &from, QList<LinkList> &to, const QString &reason);
+    bool travel(QList<TreeDifference> &from, QList<TreeDifference> &to, const QString &reason);
     bool replaceTree(LinkList links, const QString &reason);
     using FilesLook = std::function<bool(LinkList &, FileBookmarks &)>;
     void lookAtFiles(const FilesLook &change, const std::function<void(bool found, bool changed)> &done);

@@ -36,26 +36,27 @@ bool LinkStore::redo()
     return travel(m_history->redo, m_history->undo, u"redo"_s);
 }
 
-/// One step from the end of `from`; the tree left behind goes to `to`.
-bool LinkStore::travel(QList<LinkList> &from, QList<LinkList> &to, const QString &reason)
+/// One step from the end of `from`; the way back goes to `to`.
+bool LinkStore::travel(QList<TreeDifference> &from, QList<TreeDifference> &to, const QString &reason)
 {
     // The steps know nothing of a change by another process and would take it
     // back; reloading forgets them.
     if (reloadIfStale() || from.isEmpty())
         return false;
-    const LinkList target = from.constLast();
+    const TreeDifference step = from.constLast();
     const Outcome outcome = perform({Step::Destructive, reason,
-                                     [target](LinkList &links) {
-                                         LinkList restored = target;
-                                         keepPictures(restored, links);
-                                         links = restored;
+                                     [step](LinkList &links) {
+                                         const LinkList shown = links;
+                                         if (!step.applyTo(links))
+                                             return false;
+                                         keepPictures(links, shown);
                                          return true;
                                      }},
                                     true);
     if (outcome.applied) {
         if (!outcome.rebased)
             from.removeLast();
-        History::push(to, outcome.before);
+        History::push(to, TreeDifference::between(m_links, outcome.before));
     }
     if (outcome.applied || outcome.rebased)
         announceTree();

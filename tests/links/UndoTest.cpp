@@ -1,8 +1,10 @@
 #include "StoreFixture.h"
 #include "links/LinkTree.h"
+#include "links/TreeDifference.h"
 
 #include <QFile>
 
+#include <algorithm>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -86,6 +88,71 @@ TEST_F(StoreTest, TheOldestStepsAreForgotten)
         ++steps;
     EXPECT_EQ(steps, 200);
     EXPECT_EQ(store->links().size(), 5);
+}
+
+TEST_F(StoreTest, FewerLargeStepsAreKept)
+{
+    start();
+    ASSERT_TRUE(store->edit(LinkStore::Step::Ordinary, {}, [](LinkList &links) {
+        for (int i = 0; i < 10; ++i) {
+            links += namedLink(u"n%1"_s.arg(i));
+            links.last().noteContent = QString(1'000'000, u'x');
+        }
+        return true;
+    }));
+    // Each takes the first over all others, so that all stand elsewhere.
+    for (int i = 0; i < 12; ++i)
+        store->moveLinks({0}, store->links().size());
+    int steps = 0;
+    while (store->undo())
+        ++steps;
+    EXPECT_EQ(steps, 10);
+}
+
+TEST(TreeDifference, LeadsFromATreeOnlyWhereItStillApplies)
+{
+    const LinkList from = treeFrom(u"a f[b g[c d] e] h"_s);
+    LinkList to = from;
+    const LinkItem gone = *findItem(from, [](const LinkItem &item) { return item.name == u"c"; });
+    ASSERT_TRUE(removeItem(to, gone.id));
+    const TreeDifference step = TreeDifference::between(from, to);
+    const auto renamed = [&from](const QString &name) {
+        LinkList tree = from;
+        LinkItem item = *findItem(from, [&name](const LinkItem &each) { return each.name == name; });
+        item.name += u'!';
+        EXPECT_TRUE(replaceItem(tree, item));
+        return tree;
+    };
+    struct Case {
+        LinkList tree;
+        std::optional<QString> led;
+    };
+    const Case cases[] = {
+        {from, u"a f[b g[d] e] h"_s},
+        {renamed(u"h"_s), u"a f[b g[d] e] h!"_s},
+        {renamed(u"d"_s), u"a f[b g[d!] e] h"_s},
+        {to, std::nullopt},
+        {treeFrom(u"a f[b g[x d] e] h"_s), std::nullopt},
+        {treeFrom(u""_s), std::nullopt},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(outlineOf(c.tree).toStdString());
+        LinkList tree = c.tree;
+        EXPECT_EQ(step.applyTo(tree), c.led.has_value());
+        EXPECT_EQ(outlineOf(tree), c.led.value_or(outlineOf(c.tree)));
+    }
+}
+
+TEST(TreeDifference, HoldsWhatDiffersAndNotTheTree)
+{
+    LinkList from;
+    for (int i = 0; i < 1000; ++i)
+        from += namedLink(u"n%1"_s.arg(i));
+    LinkList to = from;
+    to[500].name = u"renamed"_s;
+    EXPECT_LT(TreeDifference::between(from, to).bytes(), 2000);
+    std::reverse(to.begin(), to.end());
+    EXPECT_GT(TreeDifference::between(from, to).bytes(), qsizetype(900 * sizeof(LinkItem)));
 }
 
 TEST_F(StoreTest, DestructiveStepsLeaveSnapshots)

@@ -40,8 +40,8 @@ public:
     int openRow() const { return m_openRow; }
     void setOpenRow(int row);
     /// The open submenu, and the menu whose submenu this is; null for none.
-    MenuPanel *openPanel() const { return m_openPanel; }
-    MenuPanel *panelAbove() const { return m_panelAbove; }
+    MenuPanel *openPanel() const { return m_openPanel.data(); }
+    MenuPanel *panelAbove() const { return m_panelAbove.data(); }
     void setOpenPanel(MenuPanel *submenu);
 
     /// As if the row, or its button, were clicked or gone to.

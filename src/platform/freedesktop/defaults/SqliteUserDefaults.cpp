@@ -38,7 +38,7 @@ bool isInTheWay(int pages, const QByteArray &path)
 {
     struct statvfs disk = {};
     return ::statvfs(path.constData(), &disk) == 0 &&
-           static_cast<qint64>(disk.f_bavail * disk.f_frsize) < 2 * pages * pageBytes;
+           qint64(disk.f_bavail) * qint64(disk.f_frsize) < 2 * pageBytes * pages;
 }
 
 /// Which file stands at a path; absent when there is none.

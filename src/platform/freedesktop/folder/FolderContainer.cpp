@@ -161,8 +161,8 @@ void FolderContainer::test(Done<QString> done)
     ask<QString>([](FolderFiles &files) { return files.probe(); }, [](const auto &) {}, std::move(done));
 }
 
-void FolderContainer::lookAt(const QString &name, std::function<void(const Look &)> then,
-                             std::shared_ptr<FirstLook> first)
+void FolderContainer::lookAt(const QString &name, const std::function<void(const Look &)> &then,
+                             const std::shared_ptr<FirstLook> &first)
 {
     m_worker.run([=, files = m_files, watch = m_watch]() -> SerialWorker::Delivery {
         // Watched before it is looked at, so that nothing is missed in between.

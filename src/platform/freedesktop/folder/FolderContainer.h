@@ -54,7 +54,8 @@ private:
     template<typename T>
     void ask(std::function<Result<T, CloudError>(FolderFiles &)> work,
              std::function<void(const Result<T, CloudError> &)> learn, Done<T> done);
-    void lookAt(const QString &name, std::function<void(const Look &)> then, std::shared_ptr<FirstLook> first = {});
+    void lookAt(const QString &name, const std::function<void(const Look &)> &then,
+                const std::shared_ptr<FirstLook> &first = {});
     const Look &seen(const QString &name) const;
     void learn(const QString &name, const Look &look);
     void learnWhole(const QString &name, const Result<WholeFile, CloudError> &file);
