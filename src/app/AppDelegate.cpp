@@ -75,11 +75,14 @@ void AppDelegate::openFiles(const QStringList &paths)
 
 void AppDelegate::openDocument(const QString &path)
 {
-    const auto data = readDocument(path);
-    if (data)
-        askHowToImport(QFileInfo(path).fileName(), *data);
-    else
-        reportUnreadable(data.error());
+    m_services.look(path, [self = QPointer<AppDelegate>(this), path](FileBookmarks &) -> DistantFiles::Delivery {
+        return [self, name = QFileInfo(path).fileName(), data = readDocument(path)] {
+            if (self && data)
+                self->askHowToImport(name, *data);
+            else if (self)
+                self->reportUnreadable(data.error());
+        };
+    });
 }
 
 void AppDelegate::askHowToImport(const QString &fileName, const QByteArray &data)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/DistantFiles.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -34,6 +36,8 @@ public:
         AppWindows &windows;
         PowerEvents &powerEvents;
         ExchangeImporter &importer;
+        /// Lets look at what may lie on a disk that does not answer.
+        std::function<void(const QString &path, const DistantFiles::Look &look)> look;
         /// Stores what is not stored yet; false when that failed.
         std::function<bool()> save;
         /// Brings the application's windows to the front.

@@ -48,7 +48,9 @@ Application::Application(const Surroundings &surroundings, const Folders &folder
       m_menuBar(menuBarServices()),
       m_timerToolTip(m_widgets.timer, m_statusItem, m_core.clock, m_core.notifications),
       m_delegate({m_menuBar, m_widgets.jobs, *m_core.defaults, m_core.clock, surroundings.alerts, m_windows,
-                  m_powerEvents, m_importer, [this] { return save(); }, &Windows::bringToFront}),
+                  m_powerEvents, m_importer,
+                  [this](const QString &path, const DistantFiles::Look &look) { m_core.links.look(path, this, look); },
+                  [this] { return save(); }, &Windows::bringToFront}),
       m_storageAlerts(*m_core.defaults, m_core.links, m_core.clock, surroundings.alerts)
 {
     m_core.hooks.attach(&m_sync.engine());

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "menubar/MenuTestFakes.h"
+#include "support/Fakes.h"
 #include "ui/common/ExchangeImporter.h"
 
 #include <QDir>
@@ -33,9 +34,11 @@ struct App : Shell {
     App() : Shell({item("x", LinkType::Url, "https://e")}) {}
 
     FakeImporter importer;
+    QList<DistantFiles::Look> looks;
     bool saves = true;
-    AppDelegate delegate{{manager, jobs, defaults, clock, alerts, windows, power, importer, [this] { return saves; },
-                          [this] { calls += QStringLiteral("activate"); }}};
+    AppDelegate delegate{{manager, jobs, defaults, clock, alerts, windows, power, importer,
+                          [this](const QString &, const DistantFiles::Look &look) { looks += look; },
+                          [this] { return saves; }, [this] { calls += QStringLiteral("activate"); }}};
 
     QString write(const char *name, const QByteArray &content)
     {
@@ -44,6 +47,12 @@ struct App : Shell {
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
         return path;
+    }
+    void open(const QStringList &paths)
+    {
+        delegate.openFiles(paths);
+        for (const DistantFiles::Look &look : std::exchange(looks, {}))
+            look(bookmarks)();
     }
     /// "yes", "no", or nothing while the question is open.
     QString askToQuit()
@@ -87,7 +96,7 @@ TEST(AppDelegate, HandsDocumentsToTheChosenImport)
     const char *const expected[] = {"replace {}", "merge {}", "sync {}", ""};
     for (int button = 0; button < 4; ++button) {
         App app;
-        app.delegate.openFiles({app.write("Backup.OVEXPORT", "{}"), app.write("backup.json", "{}")});
+        app.open({app.write("Backup.OVEXPORT", "{}"), app.write("backup.json", "{}")});
         ASSERT_EQ(app.alerts.shown.size(), 1);
         const Alert alert = app.alerts.shown.first();
         EXPECT_EQ(alert.message, u"import.fileOpenTitle");
@@ -102,9 +111,8 @@ TEST(AppDelegate, TellsWhyADocumentCannotBeRead)
 {
     App app;
     ASSERT_TRUE(QDir(app.folder.path()).mkdir(QStringLiteral("folder.ovexport")));
-    app.delegate.openFiles({app.write("broken.ovexport", "{\"links\": ["),
-                            app.folder.filePath(QStringLiteral("none.ovexport")),
-                            app.folder.filePath(QStringLiteral("folder.ovexport"))});
+    app.open({app.write("broken.ovexport", "{\"links\": ["), app.folder.filePath(QStringLiteral("none.ovexport")),
+              app.folder.filePath(QStringLiteral("folder.ovexport"))});
     ASSERT_EQ(app.alerts.shown.size(), 3);
     for (const Alert &alert : app.alerts.shown) {
         EXPECT_EQ(alert.message, u"import.title");

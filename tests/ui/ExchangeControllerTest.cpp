@@ -127,6 +127,18 @@ protected:
         QMetaObject::invokeMethod(dialog, "accept");
     }
 
+    /// Of which something is a document.
+    void drop(const QStringList &paths)
+    {
+        controller.openDropped(paths, &window, [] { ADD_FAILURE() << "no document"; });
+    }
+    bool isNoDocument(const QStringList &paths)
+    {
+        bool none = false;
+        controller.openDropped(paths, &window, [&none] { none = true; });
+        return QTest::qWaitFor([&none] { return none; });
+    }
+
     QString shown() const { return outlineOf(world.links.links()); }
     bool isAsBefore() const { return encodeLinks(world.links.links()) == before && settings.menuletIcon == u"star"; }
 
@@ -146,7 +158,7 @@ TEST_F(ExchangeControllerTest, ImportsADocumentTheWayTheUserChooses)
         {u"importReplace", u"a x", "Items imported: 2\nSettings were taken over."},
     };
     for (const auto &[mode, outline, said] : cases) {
-        ASSERT_TRUE(controller.openDropped({write("Mine.OVEXPORT", document("a x"))}, &window));
+        drop({write("Mine.OVEXPORT", document("a x"))});
         userChoosesMode(QString::fromUtf16(mode));
         const Alert alert = nextAlert();
         EXPECT_EQ(lines(alert).toStdString(), said);
@@ -161,7 +173,7 @@ TEST_F(ExchangeControllerTest, ImportsADocumentTheWayTheUserChooses)
 
 TEST_F(ExchangeControllerTest, ClosingTheImportDialogChangesNothing)
 {
-    ASSERT_TRUE(controller.openDropped({write("a.ovexport", document("x"))}, &window));
+    drop({write("a.ovexport", document("x"))});
     nextDialog<ImportDialog>()->reject();
     QApplication::processEvents();
     EXPECT_TRUE(isAsBefore());
@@ -210,7 +222,7 @@ TEST_F(ExchangeControllerTest, SynchronisesWithADocumentAfterShowingWhatChanges)
     EXPECT_TRUE(isAsBefore());
 
     // From the settings the changes are shown at once; "a" is to stay.
-    controller.openDropped({write("a.ovexport", document("g[b] x"))}, &window);
+    drop({write("a.ovexport", document("g[b] x"))});
     userChoosesMode(u"importSync"_s);
     auto *sheet = nextDialog<SyncPreviewView>();
     ASSERT_TRUE(sheet);
@@ -240,7 +252,7 @@ TEST_F(ExchangeControllerTest, ImportsBookmarksAndLinkFilesAsOneStep)
     const QString bookmarks =
         write("My marks.html", "<!DOCTYPE NETSCAPE-Bookmark-file-1><DL><DT><A HREF=https://p.example>p</A>"
                                "<DT><A HREF=javascript:x>j</A><DT><A HREF=https://q.example>q</A></DL>");
-    ASSERT_TRUE(controller.openDropped({bookmarks}, &window));
+    drop({bookmarks});
     const Alert alert = nextAlert();
     EXPECT_EQ(shown(), u"a g[b] My marks[p q]");
     EXPECT_TRUE(lines(alert).endsWith(u"addresses left out: 1")) << alert.informativeText.toStdString();
@@ -249,7 +261,7 @@ TEST_F(ExchangeControllerTest, ImportsBookmarksAndLinkFilesAsOneStep)
 
     QDir(world.folder.path()).mkdir(u"Saved"_s);
     const QString one = write("Saved/one.url", "[InternetShortcut]\nURL=https://one.example\n");
-    ASSERT_TRUE(controller.openDropped({world.folder.filePath(u"Saved"_s)}, &window));
+    drop({world.folder.filePath(u"Saved"_s)});
     static_cast<void>(nextAlert());
     EXPECT_EQ(shown(), u"a g[b] one");
     world.alerts.userChooses(1);
@@ -261,11 +273,11 @@ TEST_F(ExchangeControllerTest, KnowsWhatIsNoDocument)
     const std::pair<const char *, QByteArray> cases[] = {
         {"notes.txt", "text"}, {"picture.png", "\x89PNG"}, {"page.html", "<html><p>hello"}, {"empty", ""}};
     for (const auto &[name, content] : cases)
-        EXPECT_FALSE(controller.openDropped({write(name, content)}, &window)) << name;
+        EXPECT_TRUE(isNoDocument({write(name, content)})) << name;
     QDir(world.folder.path()).mkdir(u"plain"_s);
-    EXPECT_FALSE(controller.openDropped({world.folder.filePath(u"plain"_s), u"/missing"_s}, &window));
+    EXPECT_TRUE(isNoDocument({world.folder.filePath(u"plain"_s), u"/missing"_s}));
     // The name says nothing, the content does.
-    EXPECT_TRUE(controller.openDropped({write("backup", document("x"))}, &window));
+    drop({write("backup", document("x"))});
     nextDialog<ImportDialog>()->reject();
 }
 
@@ -337,6 +349,23 @@ TEST_F(ExchangeControllerTest, LongWorkShowsItselfAndCanBeCancelled)
     slow.letGo.release();
     EXPECT_TRUE(QTest::qWaitFor([&] { return slow.finished; }));
     EXPECT_FALSE(dialog());
+}
+
+TEST_F(ExchangeControllerTest, WorkThatHangsHoldsUpNobody)
+{
+    const auto letGo = std::make_shared<QSemaphore>();
+    const auto ended = std::make_shared<QSemaphore>();
+    const auto hang = [letGo, ended](WorkProgress &) -> BackgroundWork::Finish {
+        letGo->acquire();
+        ended->release();
+        return [] { ADD_FAILURE() << "nobody waits for it any more"; };
+    };
+    auto owner = std::make_unique<QObject>();
+    BackgroundWork::start(owner.get(), &window, world.clock, u"Working"_s, hang);
+    owner.reset();
+    letGo->release();
+    ended->acquire();
+    QApplication::processEvents();
 }
 
 } // namespace

@@ -45,10 +45,11 @@ public:
     void importBookmarks(QWidget *) override { asked += QStringLiteral("importBookmarks"); }
     void exportBookmarks(QWidget *) override { asked += QStringLiteral("exportBookmarks"); }
     void importLinkFolder(QWidget *) override { asked += QStringLiteral("importLinkFolder"); }
-    bool openDropped(const QStringList &paths, QWidget *) override
+    void openDropped(const QStringList &paths, QWidget *, const std::function<void()> &none) override
     {
         asked += QStringLiteral("dropped:") + paths.join(u',');
-        return takesDrops;
+        if (!takesDrops)
+            none();
     }
 };
 

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 class QWidget;
 
 namespace orvelle {
@@ -23,8 +25,9 @@ public:
     /// A folder of link files (.desktop, .url, .webloc).
     virtual void importLinkFolder(QWidget *parent) = 0;
     /// Documents dropped on the window: each is taken for what its name and
-    /// content say. False when none of the paths is such a document.
-    virtual bool openDropped(const QStringList &paths, QWidget *parent) = 0;
+    /// content say. `none` runs, then or later, when none of the paths is such
+    /// a document.
+    virtual void openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none) = 0;
 };
 
 } // namespace orvelle

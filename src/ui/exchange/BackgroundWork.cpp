@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 
+#include <QDeadlineTimer>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -55,7 +56,7 @@ BackgroundWork::BackgroundWork(QObject *owner, QWidget *window, Clock &clock, co
       m_window(window),
       m_clock(clock),
       m_what(what),
-      m_thread(QThread::create([this, work] { m_finish = work(m_progress); })),
+      m_thread(QThread::create([shared = m_shared, work] { shared->finish = work(shared->progress); })),
       m_timer(clock.singleShot(patience, [this] { showProgress(); }))
 {
     connect(m_thread.get(), &QThread::finished, this, &BackgroundWork::finish);
@@ -65,22 +66,36 @@ BackgroundWork::BackgroundWork(QObject *owner, QWidget *window, Clock &clock, co
 
 BackgroundWork::~BackgroundWork()
 {
-    m_progress.cancelled = true;
-    m_thread->wait();
+    m_shared->progress.cancelled = true;
+    if (m_thread->wait(QDeadlineTimer(lastWait)))
+        return;
+    QThread *left = m_thread.release();
+    disconnect(left, nullptr, this, nullptr);
+    connect(left, &QThread::finished, left, &QObject::deleteLater);
 }
 
 void BackgroundWork::showProgress()
 {
     m_dialog = std::make_unique<ProgressDialog>(m_what, m_window);
-    connect(m_dialog.get(), &QDialog::rejected, this, [this] { m_progress.cancelled = true; });
+    connect(m_dialog.get(), &QDialog::rejected, this, [this] { cancel(); });
     m_dialog->show();
     // Not from inside the timer that this replaces.
     m_clock.after(std::chrono::milliseconds(0), this, [this] {
+        if (!m_dialog)
+            return;
         m_timer = m_clock.repeating(redrawEvery, [this] {
             if (m_dialog)
-                m_dialog->setPermille(m_progress.permille);
+                m_dialog->setPermille(m_shared->progress.permille);
         });
     });
+}
+
+/// From inside the dialog.
+void BackgroundWork::cancel()
+{
+    m_shared->progress.cancelled = true;
+    m_timer.reset();
+    m_dialog.release()->deleteLater();
 }
 
 void BackgroundWork::finish()
@@ -88,8 +103,8 @@ void BackgroundWork::finish()
     m_timer.reset();
     m_dialog.reset();
     m_thread->wait();
-    if (m_finish && !m_progress.cancelled)
-        m_finish();
+    if (m_shared->finish && !m_shared->progress.cancelled)
+        m_shared->finish();
     deleteLater();
 }
 

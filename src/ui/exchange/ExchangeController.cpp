@@ -11,7 +11,6 @@
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "ui/exchange/BackgroundWork.h"
-#include "ui/exchange/DroppedDocument.h"
 #include "ui/exchange/ImportDialog.h"
 #include "ui/exchange/ImportReport.h"
 
@@ -109,12 +108,27 @@ void ExchangeController::importLinkFolder(QWidget *parent)
                           [this, window = Window(parent)](const QString &path) { openLinkFolder(path, window); });
 }
 
-bool ExchangeController::openDropped(const QStringList &paths, QWidget *parent)
+void ExchangeController::openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none)
+{
+    const auto work = [this, paths, window = Window(parent), none](WorkProgress &) -> BackgroundWork::Finish {
+        DroppedKinds kinds;
+        for (const QString &path : paths)
+            kinds.insert(path, droppedKind(path));
+        return [this, paths, kinds, window, none] {
+            if (!open(paths, kinds, window))
+                none();
+        };
+    };
+    BackgroundWork::start(this, parent, m_services.clock, text("import.working"_text), work);
+}
+
+/// False when nothing of it is ours.
+bool ExchangeController::open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent)
 {
     QStringList linkFiles;
     bool any = false;
     for (const QString &path : paths) {
-        const DroppedKind kind = droppedKind(path);
+        const DroppedKind kind = kinds.value(path);
         any = any || kind != DroppedKind::Nothing;
         if (kind == DroppedKind::Document)
             openDocument(path, parent);

@@ -5,9 +5,11 @@
 #include "links/exchange/LinkExchange.h"
 #include "ui/common/ExchangeDialogs.h"
 #include "ui/common/ExchangeImporter.h"
+#include "ui/exchange/DroppedDocument.h"
 #include "ui/exchange/ExchangeFiles.h"
 #include "ui/exchange/FileSync.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -47,7 +49,7 @@ public:
     void importBookmarks(QWidget *parent) override;
     void exportBookmarks(QWidget *parent) override;
     void importLinkFolder(QWidget *parent) override;
-    bool openDropped(const QStringList &paths, QWidget *parent) override;
+    void openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none) override;
 
     void performFileImport(const QByteArray &data, Mode mode) override;
     void performFileSync(const QByteArray &data) override;
@@ -62,6 +64,8 @@ private:
         bool hasLinks = false; ///< the tree was changed, in one step
     };
 
+    using DroppedKinds = QHash<QString, DroppedKind>;
+    bool open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent);
     void openDocument(const QString &path, QWidget *parent);
     void openForeign(const QString &title, QWidget *parent, const std::function<Foreign(WorkProgress &)> &read);
     void openBookmarks(const QString &path, QWidget *parent);

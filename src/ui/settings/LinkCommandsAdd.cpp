@@ -109,8 +109,12 @@ void LinkCommands::addDropped(const QMimeData &data, const Group &group, const s
     // Not from inside the drag, where a dialog would keep the other program
     // waiting.
     m_services.clock.after(0ms, this, [=, this] {
-        if (!files || !m_services.exchange.openDropped(texts, m_tree.window()))
-            addTexts(texts, title, group, at);
+        if (!files)
+            return addTexts(texts, title, group, at);
+        m_services.exchange.openDropped(texts, m_tree.window(), [=, self = QPointer<LinkCommands>(this)] {
+            if (self)
+                self->addTexts(texts, title, group, at);
+        });
     });
 }
 

@@ -301,8 +301,10 @@ void SettingsWindow::dropEvent(QDropEvent *event)
     event->accept();
     // Not from inside the drag: the dialogs would keep the other program waiting.
     m_p->services.clock.after(0ms, this, [this, paths] {
-        if (!m_p->services.exchange.openDropped(paths, this))
-            showStatus(text("settings.dropRefused"_text));
+        m_p->services.exchange.openDropped(paths, this, [self = QPointer<SettingsWindow>(this)] {
+            if (self)
+                self->showStatus(text("settings.dropRefused"_text));
+        });
     });
 }
 
