@@ -24,33 +24,61 @@ qsizetype bytesOf(const LinkList &links)
                            [](qsizetype sum, const LinkItem &item) { return sum + bytesOf(item); });
 }
 
-bool areOneGroup(const LinkList &before, const LinkList &after)
+/// Where the items are that differ, in both lists.
+struct Middle {
+    qsizetype at = 0;
+    LinkList before;
+    LinkList after;
+};
+
+Middle middleOf(const LinkList &from, const LinkList &to)
 {
-    return before.size() == 1 && after.size() == 1 && before.first().id == after.first().id &&
-           before.first().children && after.first().children;
+    const auto [left, right] = std::mismatch(from.cbegin(), from.cend(), to.cbegin(), to.cend());
+    const auto [leftEnd, rightEnd] = std::mismatch(from.crbegin(), std::make_reverse_iterator(left), to.crbegin(),
+                                                   std::make_reverse_iterator(right));
+    return {left - from.cbegin(), LinkList(left, leftEnd.base()), LinkList(right, rightEnd.base())};
 }
 
 } // namespace
 
 TreeDifference TreeDifference::between(const LinkList &from, const LinkList &to)
 {
+    const Middle middle = middleOf(from, to);
     TreeDifference result;
-    const auto [left, right] = std::mismatch(from.cbegin(), from.cend(), to.cbegin(), to.cend());
-    const auto [leftEnd, rightEnd] = std::mismatch(from.crbegin(), std::make_reverse_iterator(left), to.crbegin(),
-                                                   std::make_reverse_iterator(right));
-    result.m_at = left - from.cbegin();
-    const LinkList before(left, leftEnd.base());
-    result.m_after = LinkList(right, rightEnd.base());
-    for (const LinkItem &item : before)
+    result.m_at = middle.at;
+    QHash<QUuid, qsizetype> places;
+    for (const LinkItem &item : middle.before) {
+        places.insert(item.id, result.m_before.size());
         result.m_before += item.id;
-    if (areOneGroup(before, result.m_after)) {
-        LinkItem &group = result.m_after.first();
-        result.m_below = std::make_shared<const TreeDifference>(between(*before.first().children, *group.children));
-        group.children->clear();
     }
-    result.m_bytes = qsizetype(sizeof result) + result.m_before.size() * qsizetype(sizeof(QUuid)) +
-                     bytesOf(result.m_after) + (result.m_below ? result.m_below->bytes() : 0);
+    for (const LinkItem &item : middle.after) {
+        const qsizetype place = places.value(item.id, -1);
+        const LinkItem *before = place < 0 ? nullptr : &middle.before.at(place);
+        if (!before || *before != item)
+            result.m_changes.insert(result.m_after.size(), changeOf(before, item));
+        result.m_after += place;
+    }
+    result.m_bytes = result.measured();
     return result;
+}
+
+TreeDifference::Change TreeDifference::changeOf(const LinkItem *before, const LinkItem &after)
+{
+    Change change{after, nullptr};
+    if (before && before->children && after.children) {
+        change.below = std::make_shared<const TreeDifference>(between(*before->children, *after.children));
+        change.item.children->clear();
+    }
+    return change;
+}
+
+qsizetype TreeDifference::measured() const
+{
+    qsizetype sum = qsizetype(sizeof *this) + m_before.size() * qsizetype(sizeof(QUuid)) +
+                    m_after.size() * qsizetype(sizeof(qsizetype));
+    for (const Change &change : m_changes)
+        sum += bytesOf(change.item) + (change.below ? change.below->bytes() : 0);
+    return sum;
 }
 
 bool TreeDifference::applyTo(LinkList &tree) const
@@ -59,14 +87,18 @@ bool TreeDifference::applyTo(LinkList &tree) const
         !std::equal(m_before.cbegin(), m_before.cend(), tree.cbegin() + m_at,
                     [](const QUuid &id, const LinkItem &item) { return id == item.id; }))
         return false;
-    LinkList after = m_after;
-    if (m_below) {
-        std::optional<LinkList> members = tree.at(m_at).children;
-        if (!members || !m_below->applyTo(*members))
+    LinkList result = tree.first(m_at);
+    for (qsizetype i = 0; i < m_after.size(); ++i) {
+        const auto change = m_changes.constFind(i);
+        result += change == m_changes.cend() ? tree.at(m_at + m_after.at(i)) : change->item;
+        if (change == m_changes.cend() || !change->below)
+            continue;
+        std::optional<LinkList> members = tree.at(m_at + m_after.at(i)).children;
+        if (!members || !change->below->applyTo(*members))
             return false;
-        after.first().children = members;
+        result.last().children = members;
     }
-    tree = tree.first(m_at) + after + tree.sliced(m_at + m_before.size());
+    tree = result + tree.sliced(m_at + m_before.size());
     return true;
 }
 

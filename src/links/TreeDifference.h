@@ -2,13 +2,14 @@
 
 #include "links/LinkItem.h"
 
+#include <QHash>
+
 #include <memory>
 
 namespace orvelle {
 
-/// What makes one tree of another: the items that differ, not the trees. Items
-/// that were only moved over others differ from where they were to where they
-/// are.
+/// What makes one tree of another: the items that are new or changed and the
+/// order of those around them, not the trees.
 class TreeDifference
 {
 public:
@@ -24,12 +25,20 @@ public:
     qsizetype bytes() const { return m_bytes; }
 
 private:
+    struct Change {
+        LinkItem item;
+        /// For a group that was there: what differs below it, in place of the
+        /// members, which `item` has not.
+        std::shared_ptr<const TreeDifference> below;
+    };
+
+    static Change changeOf(const LinkItem *before, const LinkItem &after);
+    qsizetype measured() const;
+
     qsizetype m_at = 0;
-    QList<QUuid> m_before; ///< the items that stand there
-    LinkList m_after;      ///< those that are to stand there instead
-    /// When both are one and the same group: what differs below it, in place of
-    /// the members, which `m_after` has not.
-    std::shared_ptr<const TreeDifference> m_below;
+    QList<QUuid> m_before;              ///< the items that stand there
+    QList<qsizetype> m_after;           ///< those that are to stand there: places in m_before, -1 for a new one
+    QHash<qsizetype, Change> m_changes; ///< by the place in m_after; the others are as they were
     qsizetype m_bytes = 0;
 };
 

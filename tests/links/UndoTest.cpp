@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <functional>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -92,17 +93,14 @@ TEST_F(StoreTest, TheOldestStepsAreForgotten)
 
 TEST_F(StoreTest, FewerLargeStepsAreKept)
 {
+    put(u"a"_s);
     start();
-    ASSERT_TRUE(store->edit(LinkStore::Step::Ordinary, {}, [](LinkList &links) {
-        for (int i = 0; i < 10; ++i) {
-            links += namedLink(u"n%1"_s.arg(i));
-            links.last().noteContent = QString(1'000'000, u'x');
-        }
-        return true;
-    }));
-    // Each takes the first over all others, so that all stand elsewhere.
-    for (int i = 0; i < 12; ++i)
-        store->moveLinks({0}, store->links().size());
+    for (char16_t c = u'a'; c < u'm'; ++c) {
+        ASSERT_TRUE(store->edit(LinkStore::Step::Ordinary, {}, [c](LinkList &links) {
+            links.first().noteContent = QString(1'000'000, c);
+            return true;
+        }));
+    }
     int steps = 0;
     while (store->undo())
         ++steps;
@@ -146,13 +144,40 @@ TEST(TreeDifference, LeadsFromATreeOnlyWhereItStillApplies)
 TEST(TreeDifference, HoldsWhatDiffersAndNotTheTree)
 {
     LinkList from;
-    for (int i = 0; i < 1000; ++i)
-        from += namedLink(u"n%1"_s.arg(i));
-    LinkList to = from;
-    to[500].name = u"renamed"_s;
-    EXPECT_LT(TreeDifference::between(from, to).bytes(), 2000);
-    std::reverse(to.begin(), to.end());
-    EXPECT_GT(TreeDifference::between(from, to).bytes(), qsizetype(900 * sizeof(LinkItem)));
+    for (int group = 0; group < 20; ++group) {
+        from += LinkItem::make(u"g"_s, {}, LinkType::Group, Timestamp{0});
+        for (int i = 0; i < 50; ++i)
+            *from.last().children += LinkItem::make(u"n"_s, u"http://n.example/"_s, LinkType::Url, Timestamp{0});
+    }
+    struct Case {
+        const char *what;
+        std::function<void(LinkList &)> edit;
+    };
+    const auto some = qsizetype(sizeof(LinkItem));
+    const Case cases[] = {
+        {"an item goes to the last group",
+         [](LinkList &tree) { tree.last().children->append(tree.first().children->takeFirst()); }},
+        {"all groups change their places", [](LinkList &tree) { std::reverse(tree.begin(), tree.end()); }},
+        {"a group is renamed and filled",
+         [](LinkList &tree) {
+             tree[7].name = u"renamed"_s;
+             tree[7].children->prepend(namedLink(u"new"_s));
+         }},
+        {"a group goes", [](LinkList &tree) { tree.removeAt(3); }},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        LinkList to = from;
+        c.edit(to);
+        const TreeDifference there = TreeDifference::between(from, to);
+        EXPECT_LT(there.bytes(), 10 * some);
+        LinkList tree = from;
+        EXPECT_TRUE(there.applyTo(tree));
+        EXPECT_TRUE(tree == to);
+        EXPECT_TRUE(TreeDifference::between(to, from).applyTo(tree));
+        EXPECT_TRUE(tree == from);
+    }
+    EXPECT_GT(TreeDifference::between({}, from).bytes(), 1000 * some);
 }
 
 TEST_F(StoreTest, DestructiveStepsLeaveSnapshots)
