@@ -1,5 +1,7 @@
 #include "links/TreeDifference.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <numeric>
 
@@ -55,7 +57,7 @@ TreeDifference TreeDifference::between(const LinkList &from, const LinkList &to)
         const qsizetype place = places.value(item.id, -1);
         const LinkItem *before = place < 0 ? nullptr : &middle.before.at(place);
         if (!before || *before != item)
-            result.m_changes.insert(result.m_after.size(), changeOf(before, item));
+            result.m_changes.emplaceBack(result.m_after.size(), changeOf(before, item));
         result.m_after += place;
     }
     result.m_bytes = result.measured();
@@ -67,7 +69,7 @@ TreeDifference::Change TreeDifference::changeOf(const LinkItem *before, const Li
     Change change{after, nullptr};
     if (before && before->children && after.children) {
         change.below = std::make_shared<const TreeDifference>(between(*before->children, *after.children));
-        change.item.children->clear();
+        change.item.children.emplace(); // not clear(), which keeps the room for as many
     }
     return change;
 }
@@ -76,7 +78,7 @@ qsizetype TreeDifference::measured() const
 {
     qsizetype sum = qsizetype(sizeof *this) + m_before.size() * qsizetype(sizeof(QUuid)) +
                     m_after.size() * qsizetype(sizeof(qsizetype));
-    for (const Change &change : m_changes)
+    for (const auto &[place, change] : m_changes)
         sum += bytesOf(change.item) + (change.below ? change.below->bytes() : 0);
     return sum;
 }
@@ -88,13 +90,18 @@ bool TreeDifference::applyTo(LinkList &tree) const
                     [](const QUuid &id, const LinkItem &item) { return id == item.id; }))
         return false;
     LinkList result = tree.first(m_at);
+    auto next = m_changes.cbegin();
     for (qsizetype i = 0; i < m_after.size(); ++i) {
-        const auto change = m_changes.constFind(i);
-        result += change == m_changes.cend() ? tree.at(m_at + m_after.at(i)) : change->item;
-        if (change == m_changes.cend() || !change->below)
+        if (next == m_changes.cend() || next->first != i) {
+            result += tree.at(m_at + m_after.at(i));
+            continue;
+        }
+        const Change &change = next++->second;
+        result += change.item;
+        if (!change.below)
             continue;
         std::optional<LinkList> members = tree.at(m_at + m_after.at(i)).children;
-        if (!members || !change->below->applyTo(*members))
+        if (!members || !change.below->applyTo(*members))
             return false;
         result.last().children = members;
     }

@@ -2,9 +2,8 @@
 
 #include "links/LinkItem.h"
 
-#include <QHash>
-
 #include <memory>
+#include <utility>
 
 namespace orvelle {
 
@@ -36,9 +35,9 @@ private:
     qsizetype measured() const;
 
     qsizetype m_at = 0;
-    QList<QUuid> m_before;              ///< the items that stand there
-    QList<qsizetype> m_after;           ///< those that are to stand there: places in m_before, -1 for a new one
-    QHash<qsizetype, Change> m_changes; ///< by the place in m_after; the others are as they were
+    QList<QUuid> m_before;    ///< the items that stand there
+    QList<qsizetype> m_after; ///< those that are to stand there: places in m_before, -1 for a new one
+    QList<std::pair<qsizetype, Change>> m_changes; ///< by the place in m_after, rising; the others are as they were
     qsizetype m_bytes = 0;
 };
 
