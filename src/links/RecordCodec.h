@@ -27,7 +27,8 @@ enum class RecordForm {
 /// The state of one decoding.
 struct RecordDecoding {
     RecordForm form = RecordForm::Stored;
-    /// Asked before each item of a tree; false ends the decoding. May be empty.
+    /// Asked before each element of a list, items of a tree among them; false
+    /// ends the decoding. May be empty.
     std::function<bool()> admit;
     bool madeStableIds = false;
     QString badPlace; ///< "[3].children[0].type", built outwards while a failure unwinds
@@ -195,6 +196,8 @@ bool readRecordValue(QList<T> &target, JsonValue value, RecordDecoding &decoding
     if (!value.isArray())
         return false;
     return value.forEachElement([&](JsonValue element) {
+        if (decoding.admit && !decoding.admit())
+            return false;
         return readRecordValue(target.emplace_back(), element, decoding) || decoding.failAtIndex(target.size() - 1);
     });
 }
