@@ -62,7 +62,7 @@ bool LinkStore::edit(Step step, const QString &reason, const Edit &change, bool 
 {
     const Outcome outcome = perform({step, reason, change}, triggerSync);
     if (outcome.applied) {
-        History::push(m_history->undo, TreeDifference::between(m_links, outcome.before));
+        History::push(m_history->undo, wayBack(outcome));
         m_history->redo.clear();
     }
     if (outcome.applied || outcome.rebased)
@@ -132,6 +132,8 @@ bool LinkStore::storeTree(bool triggerSync, Outcome &outcome)
     for (int attempt = 0; attempt < maxAttempts; ++attempt) {
         if (!setAsideWhatIsStillThere())
             return false;
+        if (m_readFailed)
+            return reportFailure({DefaultsError::Kind::Other, u"what is stored cannot be read"_s});
         const auto written = m_services.defaults.compareAndSet(
             m_loadedKey, m_revision,
             !given.bytes.isEmpty() && given.tree.isSharedWith(m_links) ? given.bytes : encodeLinks(m_links));
@@ -139,12 +141,14 @@ bool LinkStore::storeTree(bool triggerSync, Outcome &outcome)
             m_revision = *written;
             m_pending.clear();
             m_unsaved = false;
+            m_keptUnreadableAt.reset();
             requestSync(triggerSync);
             return true;
         }
         if (written.error().kind != DefaultsError::Kind::Conflict)
             return reportFailure(written.error());
-        rebase(outcome);
+        if (!rebase(outcome))
+            return reportFailure({DefaultsError::Kind::Other, u"what is stored cannot be read"_s});
     }
     return reportFailure({DefaultsError::Kind::Busy, u"other processes keep changing the links"_s});
 }
@@ -165,15 +169,17 @@ void LinkStore::requestSync(bool triggerSync)
 
 /// Takes the stored tree of another process and makes the edits that are not
 /// stored yet again on it. Steps of undo lead to trees without that process's
-/// change, so they are forgotten.
-void LinkStore::rebase(Outcome &outcome)
+/// change, so they are forgotten. False when that tree cannot be read now.
+bool LinkStore::rebase(Outcome &outcome)
 {
     Stored stored = readStored();
+    if (stored.failed)
+        return false;
     m_history->clear();
     outcome.rebased = true;
     if (stored.value && !stored.links) {
         setAside(*stored.value);
-        return;
+        return true;
     }
     LinkList tree = stored.links.value_or(LinkList());
     migrate(tree, stored.madeStableIds);
@@ -196,6 +202,7 @@ void LinkStore::rebase(Outcome &outcome)
     keepPictures(tree, m_links);
     m_links = std::move(tree);
     m_services.hooks.hydrateFavicons(m_links);
+    return true;
 }
 
 void LinkStore::announceTree()

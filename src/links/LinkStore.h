@@ -184,8 +184,11 @@ public:
     /// Where the bytes are kept that the last load could not read; absent when
     /// it could, or when they could not be copied yet.
     std::optional<QString> keptUnreadableAt() const { return m_keptUnreadableAt; }
-    /// True when the last load could not read what is stored, kept or not.
-    bool isUnreadable() const { return m_keptUnreadableAt || m_notYetSetAside; }
+    /// True when the last load could not read what is stored, kept or not, and
+    /// nothing was stored since.
+    bool isUnreadable() const { return m_keptUnreadableAt || m_notYetSetAside || m_readFailed; }
+    /// True when that is still to be kept or read: nothing can be stored.
+    bool isLocked() const { return m_notYetSetAside || m_readFailed; }
     /// Tries to read such bytes again and makes them the tree. The copy stays.
     bool restoreRescuedData(const QString &key);
 
@@ -221,6 +224,7 @@ private:
         std::optional<DefaultsValue> value;
         std::optional<LinkList> links; ///< absent when there is no value or it cannot be read
         bool madeStableIds = false;
+        bool failed = false; ///< see UserDefaults::Versioned
     };
 
     Stored readStored();
@@ -229,7 +233,7 @@ private:
     bool migrateLinksIfNeeded(bool madeStableIds);
     void reloadForModeChange();
     void reloadAfterOutsideChange(const QStringList &keys);
-    bool reloadIfStale();
+    std::optional<bool> reloadIfStale();
     void loadOrCreateMachineId();
     QString linksKey() const;
     QString rootBookmarksKey() const;
@@ -243,9 +247,10 @@ private:
     bool keepSnapshot(Step step, const QString &reason, const LinkList &links);
     void announceForeign(const QString &reason, const LinkList &before, const LinkList &after);
     bool storeTree(bool triggerSync, Outcome &outcome);
-    void rebase(Outcome &outcome);
+    bool rebase(Outcome &outcome);
     bool reportFailure(const DefaultsError &error);
     void requestSync(bool triggerSync);
+    TreeDifference wayBack(const Outcome &outcome) const;
     bool travel(QList<TreeDifference> &from, QList<TreeDifference> &to, const QString &reason);
     bool replaceTree(LinkList links, const QString &reason);
     using FilesLook = std::function<bool(LinkList &, FileBookmarks &)>;
@@ -272,6 +277,7 @@ private:
     /// over them before.
     std::optional<DefaultsValue> m_notYetSetAside;
     std::optional<QString> m_keptUnreadableAt;
+    bool m_readFailed = false;
     QString m_loadedKey; ///< where the tree came from and goes back to
     bool m_loadedInDebugMode = false;
     qint64 m_revision = 0;

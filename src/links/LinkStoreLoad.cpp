@@ -22,8 +22,10 @@ constexpr auto rescueInfix = "_undecodable_"_L1;
 LinkStore::Stored LinkStore::readStored()
 {
     UserDefaults::Versioned versioned = m_services.defaults.read(m_loadedKey);
-    m_revision = versioned.revision;
     Stored stored;
+    stored.failed = versioned.failed;
+    if (!stored.failed)
+        m_revision = versioned.revision;
     stored.value = std::move(versioned.value);
     const auto *bytes = stored.value ? std::get_if<QByteArray>(&*stored.value) : nullptr;
     if (!bytes)
@@ -48,7 +50,9 @@ void LinkStore::loadLinks()
     m_notYetSetAside.reset();
     m_keptUnreadableAt.reset();
     m_unsaved = false;
+    m_revision = 0;
     Stored stored = readStored();
+    m_readFailed = stored.failed;
     LinkList links = std::move(stored.links).value_or(LinkList());
     keepPictures(links, m_links);
     m_links = std::move(links);
@@ -95,10 +99,14 @@ void LinkStore::reloadAfterOutsideChange(const QStringList &keys)
         reloadIfStale();
 }
 
-/// Takes over what another process stored, if it did. True when so.
-bool LinkStore::reloadIfStale()
+/// Takes over what another process stored, if it did. True when so; absent when
+/// what is stored cannot be read.
+std::optional<bool> LinkStore::reloadIfStale()
 {
-    if (m_services.defaults.read(m_loadedKey).revision == m_revision)
+    const UserDefaults::Versioned now = m_services.defaults.read(m_loadedKey);
+    if (now.failed)
+        return std::nullopt;
+    if (now.revision == m_revision && !m_readFailed)
         return false;
     if (m_unsaved) {
         Outcome outcome;
@@ -113,7 +121,8 @@ bool LinkStore::reloadIfStale()
 
 bool LinkStore::catchUp()
 {
-    return !reloadIfStale() || !m_unsaved;
+    const auto reloaded = reloadIfStale();
+    return reloaded && (!*reloaded || !m_unsaved);
 }
 
 /// Copies unreadable stored bytes to a key of their own, once.

@@ -36,12 +36,20 @@ bool LinkStore::redo()
     return travel(m_history->redo, m_history->undo, u"redo"_s);
 }
 
+TreeDifference LinkStore::wayBack(const Outcome &outcome) const
+{
+    LinkList before = outcome.before;
+    if (outcome.rebased) // read anew, without pictures
+        keepPictures(before, m_links);
+    return TreeDifference::between(m_links, before);
+}
+
 /// One step from the end of `from`; the way back goes to `to`.
 bool LinkStore::travel(QList<TreeDifference> &from, QList<TreeDifference> &to, const QString &reason)
 {
     // The steps know nothing of a change by another process and would take it
     // back; reloading forgets them.
-    if (reloadIfStale() || from.isEmpty())
+    if (reloadIfStale().value_or(false) || from.isEmpty())
         return false;
     const TreeDifference step = from.constLast();
     const Outcome outcome = perform({Step::Destructive, reason,
@@ -56,7 +64,7 @@ bool LinkStore::travel(QList<TreeDifference> &from, QList<TreeDifference> &to, c
     if (outcome.applied) {
         if (!outcome.rebased)
             from.removeLast();
-        History::push(to, TreeDifference::between(m_links, outcome.before));
+        History::push(to, wayBack(outcome));
     }
     if (outcome.applied || outcome.rebased)
         announceTree();

@@ -43,6 +43,7 @@ public:
     struct Versioned {
         std::optional<DefaultsValue> value;
         qint64 revision = 0;
+        bool failed = false; ///< what is stored could not be read; the rest says nothing
     };
     /// The new revision.
     using WriteResult = Result<qint64, DefaultsError>;

@@ -51,6 +51,17 @@ void CloudSync::Private::updateLastSyncDate()
     store(lastSyncDateBaseKey(), *lastSyncDate);
 }
 
+bool CloudSync::Private::available() const
+{
+    return container && container->isAvailable() && !s.links.isLocked();
+}
+
+/// Where the last tree is kept that could not be read.
+QString CloudSync::Private::lostTree() const
+{
+    return s.links.rescuedDataKeys().value(0);
+}
+
 std::shared_ptr<const SyncBase> CloudSync::Private::base()
 {
     if (!baseLoaded) {
@@ -65,7 +76,9 @@ std::shared_ptr<const SyncBase> CloudSync::Private::base()
             return nullptr;
     }
     const bool here = m_base && container && m_base->place == container->displayPath(fileName());
-    return here ? m_base : nullptr;
+    // What a lost tree lacks was not deleted here.
+    const bool whole = !s.links.isUnreadable() && m_base && m_base->lost == lostTree();
+    return here && whole ? m_base : nullptr;
 }
 
 void CloudSync::Private::setBase(const SyncBase &known)

@@ -20,7 +20,7 @@ bool CloudSync::Private::isKnown(const DocumentPtr &document)
         setBase(*baseOfBeingWritten);
     }
     const auto known = base();
-    return document->hash == lastImportedHash || (known && known->contains(document->versionId));
+    return known && (document->hash == lastImportedHash || known->contains(document->versionId));
 }
 
 void CloudSync::Private::take(const DocumentPtr &document, SyncSource source, bool quietly, const Then<Taken> &then)
@@ -159,6 +159,7 @@ void CloudSync::Private::noteTaken(const DocumentPtr &document, SyncSource sourc
     if (isCopy && before)
         now = *before;
     now.place = container->displayPath(fileName());
+    now.lost = lostTree();
     const QStringList past = before ? joinedHistory({before->version}, before->history) : QStringList();
     const QStringList its = document->history.value_or(QStringList());
     if (isCopy && before) {

@@ -87,11 +87,12 @@ struct CloudSync::Private {
     QString key(const QString &base) const { return s.debugMode.key(base); }
     QString fileName() const;
     bool enabled() const;
-    bool available() const { return container && container->isAvailable(); }
+    bool available() const;
     bool active() const { return enabled() && available(); }
     void store(const QString &base, const std::optional<DefaultsValue> &value);
     void setLastWritten(const LinkExchange::Exported &exported);
     void updateLastSyncDate();
+    QString lostTree() const;
     std::shared_ptr<const SyncBase> base();
     void setBase(const SyncBase &known);
     void forgetBase();

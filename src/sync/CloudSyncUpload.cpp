@@ -235,6 +235,7 @@ void CloudSync::Private::write(const UploadPtr &begun, const QByteArray &bytes)
     grown.history = begun->history;
     grown.items = begun->items;
     grown.since = begun->exportedAt;
+    grown.lost = lostTree();
     beingWritten = grown.version;
     baseOfBeingWritten = grown;
     const QByteArray expected = begun->remote ? begun->remote->version : QByteArray();

@@ -11,7 +11,8 @@ namespace orvelle {
 namespace {
 
 constexpr qsizetype idLength = 16;
-constexpr quint32 storedForm = 1;
+constexpr quint32 storedForm = 2;
+constexpr quint32 formWithoutLost = 1;
 
 /// A list as the stream writes it, without room being made for as many as it
 /// says it has.
@@ -42,7 +43,7 @@ QByteArray SyncBase::toBytes() const
     stream.setVersion(QDataStream::Qt_6_4);
     QStringList sorted(items.begin(), items.end());
     sorted.sort(); // equal values, equal bytes
-    stream << storedForm << place << version << history << since.seconds << sorted;
+    stream << storedForm << place << version << history << since.seconds << sorted << lost;
     return qCompress(bytes, 1);
 }
 
@@ -54,12 +55,14 @@ std::optional<SyncBase> SyncBase::fromBytes(const QByteArray &bytes)
     quint32 form = 0;
     SyncBase base;
     stream >> form;
-    if (form != storedForm)
+    if (form != storedForm && form != formWithoutLost)
         return std::nullopt;
     stream >> base.place >> base.version;
     base.history = readTexts(stream);
     stream >> base.since.seconds;
     const QStringList sorted = readTexts(stream);
+    if (form == storedForm)
+        stream >> base.lost;
     if (stream.status() != QDataStream::Ok)
         return std::nullopt;
     base.items = QSet<QString>(sorted.begin(), sorted.end());

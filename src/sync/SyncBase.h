@@ -26,6 +26,7 @@ struct SyncBase {
     QStringList history; ///< versions before it, all of them contained in the tree here; newest first
     QSet<QString> items; ///< stable ids that it held
     Timestamp since;     ///< by the clock here: later changes of items here are not in it
+    QString lost;        ///< where the tree was set aside that was lost last before; see LinkStore::rescuedDataKeys()
 
     /// As many as a document carries. A machine that was away for longer only
     /// adds what is new to it, and deletes nothing.

@@ -10,7 +10,10 @@ namespace orvelle::test {
 class FakeUserDefaults : public UserDefaults
 {
 public:
-    Versioned read(const QString &key) const override { return m_entries.value(key); }
+    Versioned read(const QString &key) const override
+    {
+        return key == m_unreadable ? Versioned{std::nullopt, 0, true} : m_entries.value(key);
+    }
 
     WriteResult write(const QString &key, const DefaultsValue &value) override { return store(key, value); }
     WriteResult remove(const QString &key) override { return store(key, std::nullopt); }
@@ -51,6 +54,9 @@ public:
     /// From now on every write fails so; absent means writes work again.
     void failWrites(std::optional<DefaultsError> error) { m_failure = std::move(error); }
 
+    /// From now on this key cannot be read; an empty one means all can.
+    void failReads(const QString &key) { m_unreadable = key; }
+
     int writeCount() const { return m_writeCount; }
 
 private:
@@ -69,6 +75,7 @@ private:
     QMap<QString, Versioned> m_entries;
     QStringList m_outsideChanges;
     std::optional<DefaultsError> m_failure;
+    QString m_unreadable;
     int m_writeCount = 0;
 };
 

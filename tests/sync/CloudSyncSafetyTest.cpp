@@ -29,6 +29,12 @@ protected:
             names += u"n%1"_s.arg(i);
         return names;
     }
+    static QStringList sorted(const QString &outline)
+    {
+        QStringList names = outline.split(u' ', Qt::SkipEmptyParts);
+        names.sort();
+        return names;
+    }
     static QList<QUuid> idsOf(const QStringList &names)
     {
         QList<QUuid> ids;
@@ -172,6 +178,52 @@ TEST_F(CloudSyncSafetyTest, whatAnotherProcessMergedMeanwhileCountsForTheTreeToo
     settle();
     EXPECT_EQ(saved, true);
     EXPECT_EQ(here(*a), u"x y"_s);
+    EXPECT_EQ(here(*b), u"x y"_s);
+}
+
+// What is damaged on one machine must not count as deleted everywhere.
+TEST_F(CloudSyncSafetyTest, aTreeThatWasLostComesBack)
+{
+    pair({u"x"_s, u"y"_s});
+    QStringList whole{u"x"_s, u"y"_s};
+    for (const bool edited : {false, true}) {
+        SCOPED_TRACE(edited);
+        b->stop();
+        ASSERT_TRUE(b->defaults.write(LinkStore::linksBaseKey(), edited ? QByteArray("again") : QByteArray("bad")));
+        b->start();
+        ASSERT_EQ(here(*b), QString());
+        if (edited) {
+            add(*b, u"z"_s);
+            whole += u"z"_s;
+        }
+        settle();
+        EXPECT_EQ(sorted(here(*a)), whole);
+        EXPECT_EQ(sorted(here(*b)), whole);
+        // From then on what goes there goes everywhere.
+        remove(*b, whole.takeFirst());
+        settle();
+        EXPECT_EQ(sorted(here(*a)), whole);
+    }
+}
+
+TEST_F(CloudSyncSafetyTest, aTreeThatCannotBeReadNowIsLeftAlone)
+{
+    pair({u"x"_s, u"y"_s});
+    b->stop();
+    b->defaults.failReads(LinkStore::linksBaseKey());
+    b->start();
+    ASSERT_EQ(here(*b), QString());
+    add(*b, u"z"_s);
+    std::optional<bool> saved;
+    b->sync().saveToCloud([&saved](const auto &result) { saved = result.hasValue(); });
+    settle();
+    EXPECT_EQ(saved, false);
+    EXPECT_EQ(inFile(), u"x y"_s);
+    EXPECT_EQ(here(*a), u"x y"_s);
+    b->defaults.failReads({});
+    b->stop();
+    b->start();
+    settle();
     EXPECT_EQ(here(*b), u"x y"_s);
 }
 

@@ -40,6 +40,7 @@ public:
 
     qint64 tags = 0;
     qint64 work = 0;
+    qint64 deepest = 0;
 
 private:
     void tag(std::size_t at)
@@ -62,6 +63,7 @@ private:
         const qint64 before = open;
         open = ends ? std::max<qint64>(0, open - 1) : open + 1;
         m_open += open - before;
+        deepest = std::max(deepest, m_open);
     }
 
     std::string_view m_html;
@@ -172,6 +174,11 @@ struct HtmlTree::Pool {
 
 HtmlTree::HtmlTree() : m_pool(std::make_unique<Pool>()) {}
 HtmlTree::~HtmlTree() = default;
+
+qint64 HtmlTree::nestingOf(const QByteArray &utf8)
+{
+    return TagSurvey(utf8).deepest;
+}
 
 Result<std::shared_ptr<const HtmlTree>, HtmlTree::Failure> HtmlTree::parse(const QByteArray &utf8,
                                                                            WorkProgress *progress)

@@ -35,6 +35,9 @@ public:
     /// `utf8` is valid UTF-8. Any thread; reports 0 to 800 permille.
     static Result<std::shared_ptr<const HtmlTree>, Failure> parse(const QByteArray &utf8,
                                                                   WorkProgress *progress = nullptr);
+    /// About how deep the elements of a page are nested, seen without parsing
+    /// it; more when it leaves them open.
+    static qint64 nestingOf(const QByteArray &utf8);
     ~HtmlTree();
     Q_DISABLE_COPY_MOVE(HtmlTree)
 

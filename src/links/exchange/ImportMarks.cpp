@@ -136,6 +136,8 @@ void ImportMarks::allow(const LinkItem &item, const QString &target)
 
 void ImportMarks::dropGone()
 {
+    if (m_links.isUnreadable()) // it may come back
+        return;
     change(m_defaults, key(), [this](Marks &marks) {
         if (marks.isEmpty()) // as with most, whose whole tree need not be gone through
             return false;

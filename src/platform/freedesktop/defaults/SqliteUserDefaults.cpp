@@ -137,13 +137,13 @@ UserDefaults::Versioned SqliteUserDefaults::read(const QString &key) const
     const auto row = m_impl->table->read(key.toUtf8());
     if (row && row->decodable) {
         m_impl->unreadable.remove(key);
-        return {row->value, row->revision};
+        return {row->value, row->revision, false};
     }
     if (!row)
         noteFailure(key, toDefaultsError(row.error()), row.error().isDamage());
     else
         noteFailure(key, refused("the stored value has no known form"), false);
-    return {std::nullopt, row ? row->revision : 0};
+    return {std::nullopt, row ? row->revision : 0, true};
 }
 
 UserDefaults::WriteResult SqliteUserDefaults::write(const QString &key, const DefaultsValue &value)
