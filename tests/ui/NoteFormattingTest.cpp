@@ -290,6 +290,10 @@ TEST_F(NoteFormattingTest, PastedRichTextLosesUnsafeLinksAndTheLastLineEnd)
     QMimeData huge;
     huge.setText(QString(maxPasteLength + 1, u'a'));
     EXPECT_FALSE(richTextOf(huge));
+    QMimeData deep;
+    deep.setHtml(QStringLiteral("<ul><li>").repeated(5000) + u'a');
+    deep.setText(QStringLiteral("plain"));
+    EXPECT_EQ(outline(*richTextOf(deep)).toStdString(), "plain");
     QMimeData picture;
     picture.setImageData(QImage(2, 2, QImage::Format_RGB32));
     EXPECT_FALSE(editor->canPaste() && richTextOf(picture));

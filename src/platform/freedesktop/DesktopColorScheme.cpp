@@ -140,16 +140,28 @@ void DesktopColorScheme::listenToKde()
         watchPanel();
         emit changed();
     });
+    connect(m_panelSettings.get(), &QFileSystemWatcher::directoryChanged, this, [this] {
+        const qsizetype before = m_panelSettings->files().size();
+        watchPanel();
+        if (m_panelSettings->files().size() != before)
+            emit changed();
+    });
     watchPanel();
     m_bus.connect({}, u"/KGlobalSettings"_s, u"org.kde.KGlobalSettings"_s, u"notifyChange"_s, this,
                   SLOT(kdeSettingChanged(int, int)));
 }
 
-/// A file that is replaced is not watched any more.
+/// A file that is replaced is not watched any more, and one that is not there
+/// yet comes into its folder.
 void DesktopColorScheme::watchPanel()
 {
-    for (const QString &folder : configFolders())
-        m_panelSettings->addPath(folder + u"/plasmarc"_s);
+    for (const QString &folder : configFolders()) {
+        const QString file = folder + u"/plasmarc"_s;
+        const bool isThere = QFile::exists(file);
+        m_panelSettings->addPath(isThere ? file : folder);
+        if (isThere)
+            m_panelSettings->removePath(folder);
+    }
 }
 
 bool DesktopColorScheme::prefersDark() const

@@ -90,9 +90,11 @@ void BackgroundWork::showProgress()
     });
 }
 
-/// From inside the dialog.
+/// From inside the dialog, which two quick keys reject twice.
 void BackgroundWork::cancel()
 {
+    if (!m_dialog)
+        return;
     m_shared->progress.cancelled = true;
     m_timer.reset();
     m_dialog.release()->deleteLater();

@@ -180,6 +180,8 @@ void ExchangeController::prepare(QWidget *parent, const std::function<Result<QBy
             return [this, error = bytes.error().sentence] {
                 fail(text("import.title"_text), text("error.import %@"_text, error));
             };
+        if (progress.cancelled) // and perhaps left to itself
+            return {};
         const auto prepared = prepareImport(*bytes, bookmarks, home, now, &progress);
         if (prepared)
             return [ready, value = *prepared] { ready(value); };
@@ -252,6 +254,8 @@ void ExchangeController::openForeign(const QString &title, QWidget *parent,
                 fail(text("import.title"_text), text("error.import %@"_text, error));
             };
         }
+        if (progress.cancelled) // and perhaps left to itself
+            return {};
         LinkList items = arranged(*foreign, title, now);
         settleOnDisk(items, bookmarks);
         return [this, items, result = *foreign] { add(result, items); };

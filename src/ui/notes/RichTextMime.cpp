@@ -1,5 +1,6 @@
 #include "ui/notes/RichTextMime.h"
 
+#include "links/exchange/HtmlTree.h"
 #include "links/richtext/RichTextLinks.h"
 #include "links/richtext/RtfReader.h"
 #include "links/richtext/RtfWriter.h"
@@ -88,6 +89,13 @@ RichParagraph pastedParagraph(const QTextBlock &block)
         paragraph.setList(pastedListKind(block), list->format().indent() - 1, checked);
     }
     return paragraph;
+}
+
+/// The toolkit takes minutes for what is nested very deeply.
+bool isReadable(const QString &html)
+{
+    constexpr qint64 deepest = 200;
+    return html.size() <= maxRichLength && HtmlTree::nestingOf(html.toUtf8()) <= deepest;
 }
 
 RichText fromHtml(const QString &html)
@@ -193,7 +201,7 @@ std::optional<RichText> richTextOf(const QMimeData &data)
     }
     if (data.hasHtml()) {
         const QString html = data.html();
-        const RichText text = html.size() <= maxRichLength ? fromHtml(html) : RichText();
+        const RichText text = isReadable(html) ? fromHtml(html) : RichText();
         if (!text.isEmpty())
             return text;
     }

@@ -244,6 +244,18 @@ TEST_F(QtHttpClientTest, ASmallAnswerThatUnpacksToMuchIsStopped)
     EXPECT_EQ(fine->body, QByteArray(1000, 'a'));
 }
 
+TEST_F(QtHttpClientTest, WhoIsToldOfTooMuchMayLetGoOfTheCall)
+{
+    // So dense that the toolkit tells of none of it before the end.
+    server.answers("/bomb", "200 OK\r\nContent-Encoding: deflate", qCompress(QByteArray(48 << 20, '\0'), 9).mid(4));
+    bool told = false;
+    call = client.send(HttpRequest{.url = server.url(u"/bomb"_s), .maxBytes = 4096}, [this, &told](const Answer &a) {
+        call.reset();
+        told = !a;
+    });
+    EXPECT_TRUE(spinUntil([&told] { return told; }));
+}
+
 TEST_F(QtHttpClientTest, GivesUpOnSilenceAndOnSlownessByTheClock)
 {
     QTcpSocket *open = nullptr;

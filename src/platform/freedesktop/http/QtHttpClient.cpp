@@ -7,6 +7,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -185,11 +186,13 @@ bool QtHttpCall::isCutShort() const
 void QtHttpCall::finished()
 {
     const QNetworkReply::NetworkError error = m_reply->error();
+    // What is refused here is answered, and whoever is answered may let go of this.
+    const QPointer<QtHttpCall> self(this);
     take();
-    if (!m_reply)
+    if (!self || !m_reply)
         return;
     takeHeaders();
-    if (!m_reply)
+    if (!self || !m_reply)
         return;
     const bool isAnswer = error == QNetworkReply::NoError || (m_answer.status >= 400 && error > 200 && error < 500);
     if (!isAnswer)

@@ -45,7 +45,7 @@ LayerShell::LayerShell()
     static constexpr wl_registry_listener listener{
         [](void *self, wl_registry *from, std::uint32_t name, const char *interface, std::uint32_t version) {
             auto &shell = *static_cast<LayerShell *>(self);
-            shell.m_activation.take(from, name, interface);
+            shell.m_activation.take(from, name, interface, version);
             if (qstrcmp(interface, layerShellInterface().name) == 0)
                 shell.m_shell = static_cast<wl_proxy *>(
                     wl_registry_bind(from, name, &layerShellInterface(), std::min<std::uint32_t>(version, 4)));

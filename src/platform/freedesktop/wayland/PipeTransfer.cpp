@@ -12,6 +12,8 @@ namespace orvelle {
 namespace {
 
 constexpr std::chrono::milliseconds patience{2000};
+/// However steadily it comes.
+constexpr std::chrono::seconds longestTransfer{30};
 /// So much at a time, so that others have their turn.
 constexpr qsizetype pieceBytes = qsizetype(1) << 16;
 constexpr int piecesPerTurn = 16;
@@ -49,6 +51,7 @@ PipeReader::PipeReader(int fd, qint64 maxBytes, Clock &clock, Done done)
     setNonBlocking(fd);
     QObject::connect(&m_readable, &QSocketNotifier::activated, &m_readable, [this] { read(); });
     wait();
+    m_end = m_clock.singleShot(longestTransfer, [this] { timeOut(); });
 }
 
 PipeReader::~PipeReader()
@@ -59,7 +62,12 @@ PipeReader::~PipeReader()
 
 void PipeReader::wait()
 {
-    m_patience = m_clock.singleShot(patience, [this] { finish(PasteboardError{PasteboardError::Kind::TimedOut, 0}); });
+    m_patience = m_clock.singleShot(patience, [this] { timeOut(); });
+}
+
+void PipeReader::timeOut()
+{
+    finish(PasteboardError{PasteboardError::Kind::TimedOut, 0});
 }
 
 void PipeReader::read()
@@ -91,6 +99,7 @@ void PipeReader::finish(const Result<QByteArray, PasteboardError> &result)
 {
     m_readable.setEnabled(false);
     m_patience.reset();
+    m_end.reset();
     const Done done = std::move(m_done);
     done(result);
 }

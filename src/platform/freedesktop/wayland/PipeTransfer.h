@@ -14,7 +14,8 @@ namespace orvelle {
 
 /// Reads from a pipe what another program writes into it, to its end. The
 /// callback runs once from the event loop; it may destroy this object. A
-/// writer that is silent for two seconds has timed out. One thread.
+/// writer that is silent for two seconds has timed out, and any after thirty.
+/// One thread.
 class PipeReader
 {
 public:
@@ -29,6 +30,7 @@ public:
 private:
     void read();
     void wait();
+    void timeOut();
     void finish(const Result<QByteArray, PasteboardError> &result);
 
     int m_fd;
@@ -38,6 +40,7 @@ private:
     QByteArray m_bytes;
     QSocketNotifier m_readable;
     std::unique_ptr<Timer> m_patience;
+    std::unique_ptr<Timer> m_end;
 };
 
 /// Writes bytes into a pipe that another program reads. `done` runs once from

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -15,6 +16,10 @@ namespace {
 
 /// The menu is still on the screen meanwhile.
 constexpr std::chrono::milliseconds patience{300};
+
+/// The first whose pointers and keyboards can be given back; up to it no events
+/// were added to them that would have to be listened to.
+constexpr std::uint32_t seatVersion = 3;
 
 struct Answer {
     bool done = false;
@@ -26,19 +31,24 @@ struct Answer {
 void WaylandActivation::release()
 {
     stopListening();
+    if (wl_pointer *pointer = std::exchange(m_pointer, nullptr))
+        wl_pointer_destroy(pointer);
+    if (wl_keyboard *keyboard = std::exchange(m_keyboard, nullptr))
+        wl_keyboard_destroy(keyboard);
     if (wl_seat *seat = std::exchange(m_seat, nullptr))
         wl_seat_destroy(seat);
     if (wl_proxy *activation = std::exchange(m_activation, nullptr))
         wl_proxy_destroy(activation);
 }
 
-void WaylandActivation::take(wl_registry *registry, std::uint32_t name, const char *interface)
+void WaylandActivation::take(wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version)
 {
     if (!m_activation && qstrcmp(interface, activationInterface().name) == 0)
         m_activation = static_cast<wl_proxy *>(wl_registry_bind(registry, name, &activationInterface(), 1));
     if (m_seat || qstrcmp(interface, wl_seat_interface.name) != 0)
         return;
-    m_seat = static_cast<wl_seat *>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
+    m_seat =
+        static_cast<wl_seat *>(wl_registry_bind(registry, name, &wl_seat_interface, std::min(version, seatVersion)));
     static constexpr wl_seat_listener listener{[](void *self, wl_seat *, std::uint32_t capabilities) {
                                                    static_cast<WaylandActivation *>(self)->m_capabilities =
                                                        capabilities;
@@ -85,10 +95,13 @@ void WaylandActivation::startListening()
 
 void WaylandActivation::stopListening()
 {
+    // An older compositor would go on sending events to what is only forgotten here.
+    if (m_seat && wl_seat_get_version(m_seat) < seatVersion)
+        return;
     if (wl_pointer *pointer = std::exchange(m_pointer, nullptr))
-        wl_pointer_destroy(pointer);
+        wl_pointer_release(pointer);
     if (wl_keyboard *keyboard = std::exchange(m_keyboard, nullptr))
-        wl_keyboard_destroy(keyboard);
+        wl_keyboard_release(keyboard);
 }
 
 QString WaylandActivation::token(wl_surface *surface, wl_display *display, wl_event_queue *queue)

@@ -22,7 +22,7 @@ public:
 
     /// Of the registry, whose queue is used from then on; what is not needed is
     /// left alone.
-    void take(wl_registry *registry, std::uint32_t name, const char *interface);
+    void take(wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version);
 
     /// Before the queue ends.
     void release();
