@@ -230,18 +230,6 @@ TEST_F(MenuPopupTest, LongNamesElideInTheMiddleAndTellTheWholeName)
     EXPECT_EQ(panel.look().elidedTitle(panel.rows().at(1), panel.rowRect(1)), u"R&D notes"_s);
 }
 
-TEST_F(MenuPopupTest, UpdateKeepsTheCurrentRow)
-{
-    open({item(u"a"_s), ofKind(MenuEntry::Kind::Submenu, u"g"_s), item(u"b"_s)});
-    press(Qt::Key_End);
-    popup.update({{item(u"new"_s), item(u"a"_s), item(u"b"_s)}});
-    EXPECT_EQ(current(), u"b"_s);
-    popup.update({{item(u"new"_s)}});
-    EXPECT_EQ(current(), QString());
-    press(Qt::Key_Down);
-    EXPECT_EQ(current(), u"new"_s);
-}
-
 TEST_F(MenuPopupTest, AWidgetRowThatGrowsKeepsTheRowsAboveInPlace)
 {
     QLabel *label = nullptr;

@@ -14,14 +14,6 @@ namespace {
 
 constexpr int scrollMilliseconds = 110;
 
-/// Whether two entries stand for the same thing, whatever they look like now.
-bool isSame(const MenuEntry &a, const MenuEntry &b)
-{
-    if (a.kind != b.kind || a.widget != b.widget || a.action != b.action)
-        return false;
-    return !a.action.linkId.isNull() || a.title == b.title;
-}
-
 /// The font and palette that the toolkit gives to menus, set before anything
 /// measures with them.
 template<typename Widget>
@@ -191,21 +183,6 @@ void MenuPanel::announceChild(QAccessible::Event type, int child)
     QAccessible::updateAccessibility(&event);
 }
 
-/// Children are rows; what follows the rows that scroll is announced when it
-/// has the focus.
-void MenuPanel::announceEntries(const MenuRows &before)
-{
-    if (!QAccessible::isActive())
-        return;
-    const int known = before.scrollingCount();
-    for (int row = 0; row < m_rows.scrollingCount(); ++row) {
-        if (row >= known)
-            announceChild(QAccessible::ObjectCreated, row);
-        else if (m_rows.at(row).title != before.at(row).title)
-            announceChild(QAccessible::NameChanged, row);
-    }
-}
-
 void MenuPanel::setOpenRow(int row)
 {
     const int before = std::exchange(m_openRow, row);
@@ -263,40 +240,6 @@ void MenuPanel::ensureVisible(int row)
     const int top = m_rows.top(row) - margin;
     const int bottom = m_rows.top(row) + m_rows.height(row) + margin;
     scrollTo(std::min(std::max(m_offset, bottom - viewport().height()), top));
-}
-
-int MenuPanel::sameEntry(const MenuEntry &entry) const
-{
-    const auto found =
-        std::ranges::find_if(m_rows.entries(), [&](const MenuEntry &each) { return isSame(each, entry); });
-    return found == m_rows.entries().end() ? -1 : static_cast<int>(found - m_rows.entries().begin());
-}
-
-void MenuPanel::replaceEntries(const QList<MenuEntry> &entries)
-{
-    if (entries == m_rows.entries())
-        return;
-    const MenuRows before = m_rows;
-    const QHash<int, QPointer<QWidget>> oldWidgets = m_widgets;
-    m_rows = MenuRows(entries);
-    m_widgets.clear();
-    // Widgets live on with their state; only their rows have moved.
-    for (auto it = oldWidgets.cbegin(); it != oldWidgets.cend(); ++it) {
-        const int row = sameEntry(before.at(it.key()));
-        if (row >= 0 && it.value())
-            m_widgets.insert(row, it.value());
-        else
-            delete it.value();
-    }
-    m_current = m_current < 0 ? -1 : sameEntry(before.at(m_current));
-    m_openRow = m_openRow < 0 ? -1 : sameEntry(before.at(m_openRow));
-    layOut();
-    announceEntries(before);
-    emit wantedSizeChanged();
-    scrollTo(m_offset);
-    placeWidgets();
-    update();
-    emit currentChanged();
 }
 
 QString MenuPanel::hiddenTitle(int row) const

@@ -70,10 +70,6 @@ public:
     /// What a page up or down moves by.
     int pageHeight() const { return viewport().height(); }
 
-    /// Shows other entries; the current row and the place scrolled to are kept
-    /// where the same entry is still there.
-    void replaceEntries(const QList<MenuEntry> &entries);
-
     /// The whole name when the row shows a part of it, else empty.
     QString hiddenTitle(int row) const;
 
@@ -102,9 +98,7 @@ private:
     void placeWidgets();
     void updateRow(int row);
     void paintRows(QPainter &painter, const QRect &dirty) const;
-    int sameEntry(const MenuEntry &entry) const;
     QList<BottomRowView::Button> bottomButtons() const;
-    void announceEntries(const MenuRows &before);
     void announceExpanded(int row);
     void announceChild(QAccessible::Event type, int child);
 

@@ -214,24 +214,6 @@ void MenuPopup::grabInput()
         m_grabTimer.start();
 }
 
-void MenuPopup::update(const Menu &menu)
-{
-    if (!isOpen())
-        return;
-    for (int level = 0; level < depth(); ++level) {
-        if (level == 0) {
-            panel(0).replaceEntries(menu.entries);
-        } else {
-            const MenuPanel &above = panel(level - 1);
-            panel(level).replaceEntries(m_childEntries(above.rows().at(above.openRow())));
-        }
-        if (panel(level).openRow() < 0) {
-            closeBelow(level);
-            return;
-        }
-    }
-}
-
 void MenuPopup::openSubmenu(int level, int row, bool selectFirst)
 {
     m_submenuTimer.stop();

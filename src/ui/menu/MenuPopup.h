@@ -47,9 +47,6 @@ public:
     void close() override { finish({}); }
     QPoint pointerPosition() const override;
 
-    /// Shows changed entries in the open menu without closing or moving it.
-    void update(const Menu &menu);
-
     /// The open levels, the main menu first.
     QList<MenuPanel *> panels() const;
 
