@@ -112,8 +112,8 @@ DesktopColorScheme::DesktopColorScheme(const QDBusConnection &sessionBus, QObjec
       m_portal(portalService(), sessionBus, QDBusServiceWatcher::WatchForRegistration)
 {
     connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopColorScheme::askPortal);
-    if (qApp)
-        qApp->installEventFilter(this);
+    if (QCoreApplication *application = QCoreApplication::instance())
+        application->installEventFilter(this);
 }
 
 DesktopColorScheme::~DesktopColorScheme() = default;
@@ -216,7 +216,8 @@ QColor DesktopColorScheme::contrastTo(const QColor &background)
 
 bool DesktopColorScheme::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp && m_preference == Preference::None)
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance() &&
+        m_preference == Preference::None)
         emit changed();
     return Appearance::eventFilter(watched, event);
 }

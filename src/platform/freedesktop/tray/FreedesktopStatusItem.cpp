@@ -22,7 +22,7 @@ constexpr std::chrono::seconds searchTime{5};
 
 QPoint pointerPosition()
 {
-    return qobject_cast<QGuiApplication *>(qApp) ? QCursor::pos() : QPoint();
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) ? QCursor::pos() : QPoint();
 }
 
 /// Without a display (in tests of the bus alone) places stay as they are.
