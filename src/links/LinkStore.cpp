@@ -17,6 +17,15 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
+namespace {
+
+DefaultsError unreadable()
+{
+    return {DefaultsError::Kind::Other, u"what is stored cannot be read"_s};
+}
+
+} // namespace
+
 LinkStore::LinkStore(const Services &services, QObject *parent)
     : QObject(parent), m_services(services), m_history(std::make_unique<History>())
 {
@@ -129,11 +138,11 @@ bool LinkStore::storeTree(bool triggerSync, Outcome &outcome)
     constexpr int maxAttempts = 16;
     m_unsaved = true;
     const StoredForm given = std::exchange(m_storedForm, {});
+    if (m_readFailed)
+        return reportFailure(unreadable());
     for (int attempt = 0; attempt < maxAttempts; ++attempt) {
         if (!setAsideWhatIsStillThere())
             return false;
-        if (m_readFailed)
-            return reportFailure({DefaultsError::Kind::Other, u"what is stored cannot be read"_s});
         const auto written = m_services.defaults.compareAndSet(
             m_loadedKey, m_revision,
             !given.bytes.isEmpty() && given.tree.isSharedWith(m_links) ? given.bytes : encodeLinks(m_links));
@@ -148,7 +157,7 @@ bool LinkStore::storeTree(bool triggerSync, Outcome &outcome)
         if (written.error().kind != DefaultsError::Kind::Conflict)
             return reportFailure(written.error());
         if (!rebase(outcome))
-            return reportFailure({DefaultsError::Kind::Other, u"what is stored cannot be read"_s});
+            return reportFailure(unreadable());
     }
     return reportFailure({DefaultsError::Kind::Busy, u"other processes keep changing the links"_s});
 }

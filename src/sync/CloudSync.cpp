@@ -75,10 +75,10 @@ std::shared_ptr<const SyncBase> CloudSync::Private::base()
         if (!baseLoaded)
             return nullptr;
     }
-    const bool here = m_base && container && m_base->place == container->displayPath(fileName());
+    if (!m_base || !container || m_base->place != container->displayPath(fileName()))
+        return nullptr;
     // What a lost tree lacks was not deleted here.
-    const bool whole = !s.links.isUnreadable() && m_base && m_base->lost == lostTree();
-    return here && whole ? m_base : nullptr;
+    return !s.links.isUnreadable() && m_base->lost == lostTree() ? m_base : nullptr;
 }
 
 void CloudSync::Private::setBase(const SyncBase &known)

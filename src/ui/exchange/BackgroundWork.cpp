@@ -83,10 +83,7 @@ void BackgroundWork::showProgress()
     m_clock.after(std::chrono::milliseconds(0), this, [this] {
         if (!m_dialog)
             return;
-        m_timer = m_clock.repeating(redrawEvery, [this] {
-            if (m_dialog)
-                m_dialog->setPermille(m_shared->progress.permille);
-        });
+        m_timer = m_clock.repeating(redrawEvery, [this] { m_dialog->setPermille(m_shared->progress.permille); });
     });
 }
 
