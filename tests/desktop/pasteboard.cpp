@@ -102,8 +102,9 @@ public:
     MortalServer() { start(); }
     ~MortalServer()
     {
-        kill();
+        // Whoever waited for this one finds the next at once.
         qputenv("DISPLAY", m_former);
+        kill();
     }
     void start()
     {
@@ -154,12 +155,15 @@ TEST(PasteboardServerTest, IsJoinedAgainAfterItWasKilled)
     EXPECT_TRUE(gives("after"));
 }
 
-// A hung server holds the owner up wherever that is.
+// A hung server holds the owner up wherever that is. What was left to itself
+// then takes nobody's clipboard once it is let go.
 TEST(PasteboardServerTest, EndsSoonWhereItHangs)
 {
+    SystemClock clock;
+    const XcbPasteboard untouched(clock);
+    const LogCapture log;
     for (const bool isConnected : {true, false}) {
         MortalServer server;
-        SystemClock clock;
         XcbPasteboard pasteboard(clock);
         auto owner = std::make_unique<XcbClipboardOwner>();
         const auto isOwner = [&] {
@@ -174,6 +178,9 @@ TEST(PasteboardServerTest, EndsSoonWhereItHangs)
         owner.reset();
         EXPECT_LT(passed.elapsed(), 5000) << isConnected;
     }
+    const QString nothing = u"Pasteboard: There is no X server that takes what was to be copied"_s;
+    EXPECT_TRUE(waitFor([&log, &nothing] { return log.contains(nothing); }));
+    EXPECT_EQ(untouched.changeCount(), 0);
 }
 
 TEST_F(PasteboardTest, ReadsWhatOtherProgramsCopy)

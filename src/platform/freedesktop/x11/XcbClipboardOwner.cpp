@@ -11,6 +11,7 @@
 
 #include <poll.h>
 
+#include <atomic>
 #include <optional>
 
 namespace orvelle {
@@ -35,6 +36,8 @@ class XcbClipboardOwner::Service : public QObject
 public:
     void write(const QList<PasteboardItem> &forms);
     void end(const QDeadlineTimer &deadline);
+    /// What is held up now ends without another attempt. Any thread.
+    void giveUp() { m_hasGivenUp = true; }
 
 private:
     bool connected();
@@ -54,6 +57,7 @@ private:
     std::optional<QList<PasteboardItem>> m_toWrite; ///< waits for the server's time
     bool m_isReadQueued = false;
     bool m_isHandedOver = false;
+    std::atomic_bool m_hasGivenUp = false;
 };
 
 bool XcbClipboardOwner::Service::connected()
@@ -62,6 +66,8 @@ bool XcbClipboardOwner::Service::connected()
         drop();
     if (m_x)
         return true;
+    if (m_hasGivenUp)
+        return false;
     m_x = XcbConnection::open({"CLIPBOARD", "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "INCR", "NULL",
                                "ATOM_PAIR", "CLIPBOARD_MANAGER", "UTF8_STRING", "STRING", "TEXT", "text/plain",
                                "text/plain;charset=utf-8", "ORVELLE_TIME", "ORVELLE_HAND_OVER"});
@@ -213,6 +219,7 @@ XcbClipboardOwner::~XcbClipboardOwner()
         return;
     qCWarning(lcPasteboard, "The X server does not answer; what was copied here ends with this program");
     // A thread that waits for a hung server, perhaps to be connected, cannot be called back.
+    m_service->giveUp();
     static_cast<void>(m_service.release());
     static_cast<void>(m_thread.release());
 }
