@@ -112,7 +112,7 @@ Windows::Services Application::windowServices()
 {
     return {{m_core.links, *m_core.defaults, m_core.notifications, m_core.clock, m_core.debugMode,
              [this](const QUrl &url) { return m_menuBar.openAddress(url); }},
-            {m_core.links, m_core.volumes, m_core.clock},
+            {m_core.links, m_core.volumes, m_core.clock, m_widgets.pasteboard()},
             [this](AppWindows &windows) { return settingsServices(windows); },
             [this](qint64 seconds) { m_widgets.timer.start(seconds); }};
 }

@@ -57,6 +57,8 @@ public:
     };
     explicit WidgetServices(const Surroundings &surroundings);
 
+    Pasteboard &pasteboard() const { return *m_pasteboard; }
+
 private:
     void addSystemInfo();
     void addNetwork();

@@ -51,6 +51,10 @@ public:
     /// copied; then nothing is ever read.
     virtual bool isReadable() const { return true; }
 
+    /// False where a window in use has a better way: the desktop shows the
+    /// windowing toolkit's own clipboard what it keeps from the background.
+    virtual bool servesWindows() const { return isReadable(); }
+
     using TypesHandler = std::function<void(const Result<QStringList, PasteboardError> &)>;
     using DataHandler = std::function<void(const Result<QByteArray, PasteboardError> &)>;
     /// The forms on offer, as their owner calls them; textType() is among them

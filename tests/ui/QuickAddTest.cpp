@@ -16,6 +16,8 @@
 
 namespace orvelle {
 
+const QString uriList = QStringLiteral("text/uri-list");
+
 class QuickAddTest : public testing::Test
 {
 protected:
@@ -24,8 +26,21 @@ protected:
         panel = std::make_unique<QuickAddPanel>(world.quickAdd(), group);
         panel->setAttribute(Qt::WA_DeleteOnClose, false);
         panel->show();
+        settle();
         return panel->view();
     }
+    void paste()
+    {
+        panel->view().pasteFromClipboard();
+        settle();
+    }
+    /// Until the clipboard's forms and two contents are given, each in its turn.
+    static void settle()
+    {
+        for (int turn = 0; turn < 3; ++turn)
+            QCoreApplication::processEvents();
+    }
+    void copied(const char *what) { world.pasteboard.otherAppCopies(QString::fromUtf8(what)); }
     void enter(const QString &address) { field("quickAddUrl")->setText(address); }
     QLineEdit *field(const char *name) { return panel->findChild<QLineEdit *>(QString::fromLatin1(name)); }
     QPushButton *addButton() { return panel->findChild<QPushButton *>(QStringLiteral("quickAddAdd")); }
@@ -101,13 +116,16 @@ TEST_F(QuickAddTest, ALocalFileGetsABookmark)
 TEST_F(QuickAddTest, PasteAndDropTakeFilesFirstAndRefuseTheRest)
 {
     QuickAddLinkView &view = open();
-    QClipboard *clipboard = QGuiApplication::clipboard();
-    clipboard->setText(QStringLiteral("just words"));
-    view.pasteFromClipboard();
+    copied("just words");
+    paste();
     EXPECT_EQ(field("quickAddUrl")->text(), QString());
-    clipboard->setText(QStringLiteral(" https://example.org/x \n"));
-    view.pasteFromClipboard();
+    EXPECT_EQ(hint(), text("quickAdd.nothingToPaste"_text));
+    copied(" https://example.org/x \n");
+    paste();
     EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("https://example.org/x"));
+    world.pasteboard.otherAppCopies({{Pasteboard::textType(), "a caption"}, {uriList, "file:///tmp/b.txt\r\n"}});
+    paste();
+    EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("/tmp/b.txt"));
 
     QMimeData dropped;
     dropped.setUrls({QUrl(QStringLiteral("https://example.org/y")), QUrl::fromLocalFile(QStringLiteral("/tmp/a.txt"))});
@@ -119,10 +137,26 @@ TEST_F(QuickAddTest, PasteAndDropTakeFilesFirstAndRefuseTheRest)
     EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("/tmp/a.txt"));
 }
 
+TEST_F(QuickAddTest, AnOwnerThatHangsHoldsNobodyUp)
+{
+    copied("https://example.org/copied");
+    world.pasteboard.ownerNeverAnswers();
+    open();
+    paste();
+    EXPECT_EQ(hint(), QString());
+    world.clock.advance(std::chrono::seconds(2));
+    EXPECT_EQ(hint(), text("quickAdd.nothingToPaste"_text));
+
+    copied("https://example.org/late");
+    panel->view().pasteFromClipboard();
+    enter(QStringLiteral("https://example.org/typed"));
+    settle();
+    EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("https://example.org/typed")) << "what is typed stays";
+}
+
 TEST_F(QuickAddTest, TheClipboardIsOfferedAndTakenByOneKey)
 {
-    QClipboard *clipboard = QGuiApplication::clipboard();
-    clipboard->setText(QStringLiteral("https://example.org/copied"));
+    copied("https://example.org/copied");
     open();
     EXPECT_EQ(field("quickAddUrl")->text(), QString()) << "offered, not forced";
     ASSERT_TRUE(offer()->isVisible());
@@ -144,25 +178,34 @@ TEST_F(QuickAddTest, TheClipboardIsOfferedAndTakenByOneKey)
 
 TEST_F(QuickAddTest, NothingElseInTheClipboardIsShown)
 {
-    QClipboard *clipboard = QGuiApplication::clipboard();
-    const auto offered = [&](QMimeData *data) {
-        clipboard->setMimeData(data);
+    const auto offered = [this](const char *text) {
+        copied(text);
         open();
         return offer()->isVisible();
     };
-    const auto words = [](const char *text) {
-        auto *data = new QMimeData;
-        data->setText(QString::fromUtf8(text));
-        return data;
-    };
-    EXPECT_FALSE(offered(words("just words")));
-    EXPECT_FALSE(offered(words("/correct/horse battery staple")));
-    EXPECT_FALSE(offered(words("~hunter2")));
-    EXPECT_FALSE(offered(words("https://example.org/ and more")));
-    QMimeData *secret = words("https://example.org/");
-    secret->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
-    EXPECT_FALSE(offered(secret));
-    EXPECT_TRUE(offered(words("/")));
+    EXPECT_FALSE(offered("just words"));
+    EXPECT_FALSE(offered("/correct/horse battery staple"));
+    EXPECT_FALSE(offered("~hunter2"));
+    EXPECT_FALSE(offered("https://example.org/ and more"));
+    EXPECT_TRUE(offered("/"));
+    const PasteboardItem mark{QStringLiteral("x-kde-passwordManagerHint"), "secret"};
+    world.pasteboard.otherAppCopies({mark, {Pasteboard::textType(), "https://example.org/"}});
+    world.pasteboard.asked.clear();
+    open();
+    EXPECT_FALSE(offer()->isVisible());
+    EXPECT_FALSE(world.pasteboard.asked.contains(Pasteboard::textType())) << "not even read";
+}
+
+// Where programs in the background see nothing, a window in use does.
+TEST_F(QuickAddTest, TheToolkitsClipboardServesWhereOursDoesNot)
+{
+    world.pasteboard.isForbidden = true;
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->setText(QStringLiteral("https://example.org/copied"));
+    open();
+    EXPECT_TRUE(offer()->isVisible());
+    paste();
+    EXPECT_EQ(field("quickAddUrl")->text(), QStringLiteral("https://example.org/copied"));
     clipboard->clear();
 }
 
@@ -188,7 +231,6 @@ TEST_F(QuickAddTest, TheSameAddressIsToldWithItsPlaceAndStillAllowed)
 
 TEST_F(QuickAddTest, WhatIsWrongIsSaidOnEnterOrAfterAPause)
 {
-    QGuiApplication::clipboard()->clear();
     open();
     enter(QStringLiteral("gopher://old"));
     EXPECT_EQ(hint(), QString()) << "still typing";

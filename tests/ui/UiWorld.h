@@ -8,6 +8,7 @@
 #include "menubar/WidgetOrderManager.h"
 #include "services/DebugModeManager.h"
 #include "support/FakeClock.h"
+#include "support/FakePasteboard.h"
 #include "support/FakeUserDefaults.h"
 #include "support/Fakes.h"
 #include "ui/common/ExchangeDialogs.h"
@@ -77,6 +78,7 @@ struct UiWorld {
     QStringList posted;
     SyncControl *sync = nullptr; ///< what the settings are given
     FakeFolderChooser folderChooser;
+    FakePasteboard pasteboard{clock};
 
     UiWorld()
     {
@@ -120,7 +122,7 @@ struct UiWorld {
                     return true;
                 }};
     }
-    QuickAddServices quickAdd() { return {links, volumes, clock}; }
+    QuickAddServices quickAdd() { return {links, volumes, clock, pasteboard}; }
 
     LinkItem make(const char *name, LinkType type, const char *path = "")
     {

@@ -42,6 +42,7 @@ class LateXcbPasteboard : public Pasteboard
 public:
     explicit LateXcbPasteboard(Clock &clock) : m_clock(clock) {}
 
+    bool servesWindows() const override { return false; }
     qint64 changeCount() const override { return joined().changeCount(); }
     void types(QObject *context, TypesHandler handler) override { joined().types(context, std::move(handler)); }
     void data(const QString &type, qint64 maxBytes, QObject *context, DataHandler handler) override

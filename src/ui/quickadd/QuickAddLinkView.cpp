@@ -16,10 +16,8 @@
 #include "ui/quickadd/LinkMimeData.h"
 
 #include <QAction>
-#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QFormLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -211,9 +209,16 @@ QString QuickAddLinkView::placeHint() const
 
 void QuickAddLinkView::offerClipboard()
 {
-    const QMimeData *content = QGuiApplication::clipboard()->mimeData();
-    const bool wanted = content && m_url->text().isEmpty();
-    m_offer->setLink(wanted ? linkToOffer(*content, m_services.volumes) : QString());
+    readCopied(m_services.pasteboard, Reading::Unasked, this, [this](const QMimeData &copied) {
+        m_offer->setLink(m_url->text().isEmpty() ? linkToOffer(copied, m_services.volumes) : QString());
+    });
+}
+
+/// With room for an offer, which comes when its owner has answered.
+QSize QuickAddLinkView::sizeHint() const
+{
+    const QSize size = QWidget::sizeHint();
+    return m_offer->isHidden() ? size + QSize(0, m_offer->sizeHint().height() + layout()->spacing()) : size;
 }
 
 void QuickAddLinkView::takeOffer()
@@ -224,13 +229,16 @@ void QuickAddLinkView::takeOffer()
 
 void QuickAddLinkView::pasteFromClipboard()
 {
-    const QMimeData *content = QGuiApplication::clipboard()->mimeData();
-    const QString found = content ? linkIn(*content) : QString();
-    if (isValidLink(found))
-        setAddress(found);
-    else
-        m_hint->setText(text("quickAdd.nothingToPaste"_text));
     m_url->setFocus();
+    readCopied(m_services.pasteboard, Reading::ByUser, this, [this, before = m_url->text()](const QMimeData &copied) {
+        const QString found = linkIn(copied);
+        if (m_url->text() != before)
+            return; // typed meanwhile
+        if (isValidLink(found))
+            setAddress(found);
+        else
+            m_hint->setText(text("quickAdd.nothingToPaste"_text));
+    });
 }
 
 bool QuickAddLinkView::handleDrop(const QMimeData &dropped)

@@ -38,9 +38,11 @@ public:
     /// Fills the address in, whatever it is.
     void setAddress(const QString &address);
     /// Offers what the clipboard holds now, if it can be added and nothing is
-    /// typed yet. Enter or a click takes it; nothing is filled in unasked.
+    /// typed yet when its owner has answered. Enter or a click takes it; nothing
+    /// is filled in unasked.
     void offerClipboard();
-    /// Takes the clipboard's file or text when it is something to add.
+    /// Takes the clipboard's file or text when it is something to add, once its
+    /// owner has answered and unless something is typed meanwhile.
     void pasteFromClipboard();
     /// Takes the first file of what was dropped, else an address. False when
     /// there is neither.
@@ -51,6 +53,7 @@ public:
 
     void selectGroup(const std::optional<QUuid> &groupId);
 
+    QSize sizeHint() const override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:

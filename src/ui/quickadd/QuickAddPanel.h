@@ -9,6 +9,7 @@ namespace orvelle {
 
 class Clock;
 class LinkStore;
+class Pasteboard;
 class QuickAddLinkView;
 class Volumes;
 
@@ -17,6 +18,7 @@ struct QuickAddServices {
     LinkStore &links;
     Volumes &volumes;
     Clock &clock;
+    Pasteboard &pasteboard;
 };
 
 /// The small window in which one link is added. Deletes itself when closed;
