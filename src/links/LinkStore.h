@@ -174,6 +174,9 @@ public:
     /// Looks at what lies at `path` and delivers the outcome through `receiver`:
     /// before this returns when it is at hand, else when its volume answers.
     void look(const QString &path, QObject *receiver, const DistantFiles::Look &look) const;
+    /// The same for what may take its time or lead to other volumes: delivers
+    /// later also what is at hand, unless this process does nothing else.
+    void lookAside(const QString &path, QObject *receiver, const DistantFiles::Look &look) const;
     FileBookmarks &fileBookmarks() const { return m_services.bookmarks; }
     const Volumes &volumes() const { return m_services.volumes; }
     /// The user's home folder, which documents that leave the machine call "~".

@@ -29,6 +29,12 @@ void LinkStore::look(const QString &path, QObject *receiver, const DistantFiles:
     lookIn(distantVolumeHolding(path), receiver, look);
 }
 
+void LinkStore::lookAside(const QString &path, QObject *receiver, const DistantFiles::Look &look) const
+{
+    const QString volume = distantVolumeHolding(path);
+    lookIn(volume.isEmpty() ? QStringLiteral("at hand") : volume, receiver, look);
+}
+
 QString LinkStore::distantVolumeHolding(const QString &path) const
 {
     return m_services.distantFiles ? m_services.volumes.distantVolumeHolding(path) : QString();

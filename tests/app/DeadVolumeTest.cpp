@@ -60,9 +60,18 @@ TEST_F(DeadVolumeTest, HoldsUpNothingButWhatIsOnIt)
     for (const QByteArray &each : {file, behindLink, address, file})
         ask(u"open "_s + QString::fromLatin1(each));
     ask(u"update %1 --path %2/other.txt"_s.arg(QString::fromLatin1(file), folder.path()));
+    QProcess commands[3];
+    machine->begin(commands[0], u"import %1/a.ovexport --mode merge"_s.arg(folder.path()));
+    machine->begin(commands[1], u"export %1/b.ovexport"_s.arg(own.path() + u"/nas"_s));
+    machine->begin(commands[2], u"import-links %1/links"_s.arg(folder.path()));
     EXPECT_TRUE(machine->shows("Link"));
     ask(u"toggle"_s);
     ask(u"toggle"_s);
+    for (QProcess &command : commands) {
+        EXPECT_FALSE(command.waitForFinished(1)) << "the disk is not that dead";
+        command.kill();
+        command.waitForFinished();
+    }
     machine->kill();
 
     // What lies there is looked at when it starts.

@@ -54,6 +54,27 @@ TEST(ExchangeCommands, RoundTripAnswersInBothForms)
     EXPECT_EQ(outlineOf(commands.store.links()), u"a g[b c]");
 }
 
+TEST(ExchangeCommands, ADiskThatDoesNotAnswerHoldsUpOnlyItsCaller)
+{
+    Commands commands;
+    ASSERT_EQ(commands.run(u"export a.ovexport"_s).exitCode, 0);
+    const QString before = outlineOf(commands.store.links());
+    commands.volumes.distant = {commands.folder.path()};
+    std::optional<CommandResult> late;
+    const auto import =
+        parseCommandLine({u"import"_s, u"a.ovexport"_s, u"--mode"_s, u"replace"_s}, commands.folder.path());
+    runCommand(std::get<CommandCall>(import), commands.context, [&late](const CommandResult &given) { late = given; });
+    EXPECT_FALSE(late);
+    ASSERT_EQ(commands.run(u"add https://example.org/"_s).exitCode, 0);
+    const QString edited = outlineOf(commands.store.links());
+    ASSERT_NE(edited, before);
+    commands.clock.advance(std::chrono::seconds(25));
+    ASSERT_TRUE(late);
+    EXPECT_EQ(late->exitCode, CommandResult::Refused);
+    commands.distantFiles.answers(commands.folder.path());
+    EXPECT_EQ(outlineOf(commands.store.links()), edited) << "whoever was told that it failed would not expect it";
+}
+
 TEST(ExchangeCommands, RefusalsAreOneSentenceAndChangeNothing)
 {
     Commands commands;

@@ -10,7 +10,6 @@
 #include "links/exchange/LinkFiles.h"
 #include "platform/Clock.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -18,11 +17,6 @@ using namespace Qt::StringLiterals;
 namespace orvelle {
 
 namespace {
-
-QString filePath(const CommandArguments &arguments, const CommandContext &context)
-{
-    return QDir::cleanPath(QDir(context.workingDirectory).absoluteFilePath(arguments.positional.at(0)));
-}
 
 struct Figure {
     const char *key;
@@ -45,14 +39,9 @@ QByteArray printed(const QList<Figure> &figures, bool json)
 }
 
 /// Adds what was read to the end of the top level, as one step.
-CommandResult addForeign(const Result<ForeignLinks, ForeignError> &foreign, const QString &title, bool json,
-                         CommandContext &context)
+CommandResult addForeign(const ForeignLinks &foreign, const LinkList &items, bool json, CommandContext &context)
 {
-    if (!foreign)
-        return CommandResult::refused(foreignErrorText(foreign.error()));
-    LinkList items = arranged(*foreign, title, context.clock.now());
-    settleOnDisk(items, context.links.fileBookmarks());
-    const auto append = [items](LinkList &tree) {
+    const auto append = [&items](LinkList &tree) {
         tree += items;
         return true;
     };
@@ -60,47 +49,73 @@ CommandResult addForeign(const Result<ForeignLinks, ForeignError> &foreign, cons
         return CommandResult::refused(u"The change could not be saved."_s);
     return storedOrRefused(context,
                            printed({{"added", "Items added", countAll(items)},
-                                    {"links", "Links", foreign->links},
-                                    {"foldedFolders", "Folders merged into the one above", foreign->foldedFolders},
-                                    {"leftOut", "Addresses left out", foreign->leftOut},
-                                    {"unreadable", "Unreadable", foreign->unreadable},
-                                    {"otherFiles", "Other files", foreign->otherFiles}},
+                                    {"links", "Links", foreign.links},
+                                    {"foldedFolders", "Folders merged into the one above", foreign.foldedFolders},
+                                    {"leftOut", "Addresses left out", foreign.leftOut},
+                                    {"unreadable", "Unreadable", foreign.unreadable},
+                                    {"otherFiles", "Other files", foreign.otherFiles}},
                                    json));
+}
+
+using Read = std::function<Result<ForeignLinks, ForeignError>(const QString &path)>;
+
+void beginForeign(const CommandArguments &arguments, const CommandContext &context, const CommandAnswer &answer,
+                  QString (QFileInfo::*title)() const, const Read &read)
+{
+    const QString path = absolutePath(arguments.positional.at(0), context);
+    const bool json = arguments.has(u"json"_s);
+    const Timestamp now = context.clock.now();
+    beginFileWork(path, context, answer, [=](FileBookmarks &bookmarks) -> AfterFiles {
+        const auto foreign = read(path);
+        if (!foreign)
+            return
+                [error = foreign.error()](CommandContext &) { return CommandResult::refused(foreignErrorText(error)); };
+        LinkList items = arranged(*foreign, (QFileInfo(path).*title)(), now);
+        settleOnDisk(items, bookmarks);
+        return [foreign = *foreign, items, json](CommandContext &inside) {
+            return addForeign(foreign, items, json, inside);
+        };
+    });
 }
 
 } // namespace
 
-CommandResult runImportBookmarks(const CommandArguments &arguments, CommandContext &context)
+void beginImportBookmarks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
-    const QString path = filePath(arguments, context);
-    const auto bytes = readPlainFile(path, maxForeignBytes);
-    if (!bytes)
-        return CommandResult::refused(foreignErrorText(bytes.error()));
-    return addForeign(readBookmarksHtml(*bytes, context.clock.now()), QFileInfo(path).completeBaseName(),
-                      arguments.has(u"json"_s), context);
+    const Timestamp now = context.clock.now();
+    beginForeign(arguments, context, answer, &QFileInfo::completeBaseName,
+                 [now](const QString &path) -> Result<ForeignLinks, ForeignError> {
+                     const auto bytes = readPlainFile(path, maxForeignBytes);
+                     if (!bytes)
+                         return bytes.error();
+                     return readBookmarksHtml(*bytes, now);
+                 });
 }
 
-CommandResult runImportLinks(const CommandArguments &arguments, CommandContext &context)
+void beginImportLinks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
-    const QString path = filePath(arguments, context);
-    return addForeign(readLinkFolder(path, context.clock.now()), QFileInfo(path).fileName(), arguments.has(u"json"_s),
-                      context);
+    beginForeign(arguments, context, answer, &QFileInfo::fileName,
+                 [now = context.clock.now()](const QString &path) { return readLinkFolder(path, now); });
 }
 
-CommandResult runExportBookmarks(const CommandArguments &arguments, CommandContext &context)
+void beginExportBookmarks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
 {
-    const bool prints = arguments.positional.at(0) == u"-";
-    const QString path = filePath(arguments, context);
+    const QString &name = arguments.positional.at(0);
+    const bool prints = name == u"-";
+    const QString path = absolutePath(name, context);
     const WrittenBookmarks written =
         writeBookmarksHtml(context.links.links(), prints ? u"Orvelle"_s : QFileInfo(path).completeBaseName());
-    const auto error = prints ? std::nullopt : writePrivateFile(path, written.html);
-    if (error)
-        return CommandResult::refused(u"The bookmarks could not be written: "_s + error->sentence);
     CommandResult result = CommandResult::done(prints ? written.html : QByteArray());
     if (written.notesLeftOut > 0)
         result.err =
             u"orvelle: Notes left out, which a bookmark file cannot hold: %1.\n"_s.arg(written.notesLeftOut).toUtf8();
-    return result;
+    if (prints)
+        return answer(result);
+    beginFileWork(path, context, answer, [path, html = written.html, result](FileBookmarks &) {
+        return [error = writePrivateFile(path, html), result](CommandContext &) {
+            return error ? CommandResult::refused(u"The bookmarks could not be written: "_s + error->sentence) : result;
+        };
+    });
 }
 
 } // namespace orvelle

@@ -8,8 +8,8 @@ namespace orvelle {
 struct CommandArguments;
 
 // Links of other programs. What was not taken over as it stood is counted.
-CommandResult runImportBookmarks(const CommandArguments &arguments, CommandContext &context);
-CommandResult runExportBookmarks(const CommandArguments &arguments, CommandContext &context);
-CommandResult runImportLinks(const CommandArguments &arguments, CommandContext &context);
+void beginImportBookmarks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
+void beginExportBookmarks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
+void beginImportLinks(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
 
 } // namespace orvelle

@@ -1,6 +1,7 @@
 #include "app/cli/ExchangeCommands.h"
 
 #include "app/cli/CommandLine.h"
+#include "app/cli/CommandTools.h"
 #include "base/JsonWriter.h"
 #include "links/LinkStore.h"
 #include "links/exchange/ExchangeAnalysis.h"
@@ -10,8 +11,6 @@
 #include "platform/Clock.h"
 #include "sync/SyncEdit.h"
 
-#include <QDir>
-
 #include <initializer_list>
 #include <utility>
 
@@ -20,11 +19,6 @@ using namespace Qt::StringLiterals;
 namespace orvelle {
 
 namespace {
-
-QString filePath(const CommandArguments &arguments, const CommandContext &context)
-{
-    return QDir::cleanPath(QDir(context.workingDirectory).absoluteFilePath(arguments.positional.at(0)));
-}
 
 std::optional<ImportMode> importMode(const QString &name)
 {
@@ -138,51 +132,41 @@ CommandResult synchronise(const PreparedImport &prepared, bool json, const Comma
     return result;
 }
 
-} // namespace
-
-CommandResult runExport(const CommandArguments &arguments, CommandContext &context)
+CommandResult importResult(const PreparedImport &prepared, ImportMode mode, bool json, CommandContext &context)
 {
-    const QByteArray document = context.exchange.exportJSON().bytes;
-    if (arguments.positional.at(0) == u"-")
-        return CommandResult::done(document + '\n');
-    if (const auto error = writePrivateFile(filePath(arguments, context), document))
-        return CommandResult::refused(u"The document could not be written: "_s + error->sentence);
-    return CommandResult::done();
-}
-
-CommandResult runImport(const CommandArguments &arguments, CommandContext &context)
-{
-    const auto mode = importMode(arguments.options.value(u"mode"_s));
-    if (!mode)
-        return CommandResult::wrongUsage(u"import needs --mode replace, --mode merge or --mode sync"_s);
-    const bool apply = arguments.has(u"apply"_s);
-    if (apply && *mode != ImportMode::Sync)
-        return CommandResult::wrongUsage(u"--apply belongs to --mode sync; the others always do it"_s);
-    const auto document = readExchangeFile(filePath(arguments, context));
-    if (!document)
-        return CommandResult::refused(u"The document could not be read: "_s + document.error().sentence);
-    const auto prepared =
-        prepareImport(*document, context.links.fileBookmarks(), context.links.homeDirectory(), context.clock.now());
-    if (!prepared)
-        return CommandResult::refused(importErrorText(prepared.error()));
-    const bool json = arguments.has(u"json"_s);
-    if (*mode == ImportMode::Sync)
-        return apply ? synchronise(*prepared, json, context) : analyse(*prepared, json, context);
-    const auto imported = context.exchange.importPrepared(*prepared, *mode);
+    const auto imported = context.exchange.importPrepared(prepared, mode);
     if (!imported)
         return CommandResult::refused(importErrorText(imported.error()));
-    CommandResult result = CommandResult::done(json ? resultJson(*imported) : resultText(*imported));
-    result.err = remarks(*prepared);
-    if (context.links.hasUnsavedChanges())
-        return CommandResult::refused(u"The change could not be saved."_s);
+    CommandResult result = storedOrRefused(context, json ? resultJson(*imported) : resultText(*imported));
+    if (result.exitCode == CommandResult::Done)
+        result.err = remarks(prepared);
     return result;
 }
 
-CommandResult runVerify(const CommandArguments &arguments, CommandContext &context)
+/// What an import says and does with a document that was read.
+struct Import {
+    ImportMode mode;
+    bool apply;
+    bool json;
+
+    CommandResult operator()(const PreparedImport &prepared, CommandContext &context) const
+    {
+        if (mode != ImportMode::Sync)
+            return importResult(prepared, mode, json, context);
+        return apply ? synchronise(prepared, json, context) : analyse(prepared, json, context);
+    }
+};
+
+CommandResult unreadable(const FileError &error)
 {
-    const auto document = readExchangeFile(filePath(arguments, context));
+    return CommandResult::refused(u"The document could not be read: "_s + error.sentence);
+}
+
+CommandResult verified(const QString &path)
+{
+    const auto document = readExchangeFile(path);
     if (!document)
-        return CommandResult::refused(u"The document could not be read: "_s + document.error().sentence);
+        return unreadable(document.error());
     const auto report = verifyExchange(*document);
     if (!report)
         return CommandResult::refused(importErrorText(report.error()));
@@ -194,6 +178,53 @@ CommandResult runVerify(const CommandArguments &arguments, CommandContext &conte
             u"The checksum does not match: the document says %1, but its links give %2."_s.arg(report->stated->left(64),
                                                                                                report->computed));
     return CommandResult::done(report->computed.toLatin1() + '\n');
+}
+
+} // namespace
+
+void beginExport(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
+{
+    const QByteArray document = context.exchange.exportJSON().bytes;
+    const QString &name = arguments.positional.at(0);
+    if (name == u"-")
+        return answer(CommandResult::done(document + '\n'));
+    const QString path = absolutePath(name, context);
+    beginFileWork(path, context, answer, [path, document](FileBookmarks &) {
+        return [error = writePrivateFile(path, document)](CommandContext &) {
+            return error ? CommandResult::refused(u"The document could not be written: "_s + error->sentence)
+                         : CommandResult::done();
+        };
+    });
+}
+
+void beginImport(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
+{
+    const auto mode = importMode(arguments.options.value(u"mode"_s));
+    if (!mode)
+        return answer(CommandResult::wrongUsage(u"import needs --mode replace, --mode merge or --mode sync"_s));
+    const Import import{*mode, arguments.has(u"apply"_s), arguments.has(u"json"_s)};
+    if (import.apply && *mode != ImportMode::Sync)
+        return answer(CommandResult::wrongUsage(u"--apply belongs to --mode sync; the others always do it"_s));
+    const QString path = absolutePath(arguments.positional.at(0), context);
+    beginFileWork(path, context, answer,
+                  [path, import, home = context.links.homeDirectory(),
+                   now = context.clock.now()](FileBookmarks &bookmarks) -> AfterFiles {
+                      const auto document = readExchangeFile(path);
+                      if (!document)
+                          return [error = document.error()](CommandContext &) { return unreadable(error); };
+                      auto prepared = prepareImport(*document, bookmarks, home, now);
+                      return [prepared = std::move(prepared), import](CommandContext &inside) {
+                          return prepared ? import(*prepared, inside)
+                                          : CommandResult::refused(importErrorText(prepared.error()));
+                      };
+                  });
+}
+
+void beginVerify(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
+{
+    const QString path = absolutePath(arguments.positional.at(0), context);
+    beginFileWork(path, context, answer,
+                  [path](FileBookmarks &) { return [result = verified(path)](CommandContext &) { return result; }; });
 }
 
 } // namespace orvelle

@@ -9,8 +9,8 @@ struct CommandArguments;
 
 // The tree and the settings as a document. File names are taken from the
 // caller's folder.
-CommandResult runExport(const CommandArguments &arguments, CommandContext &context);
-CommandResult runImport(const CommandArguments &arguments, CommandContext &context);
-CommandResult runVerify(const CommandArguments &arguments, CommandContext &context);
+void beginExport(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
+void beginImport(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
+void beginVerify(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
 
 } // namespace orvelle

@@ -1,11 +1,10 @@
 #include "app/cli/MergeCommand.h"
 
 #include "app/cli/CommandLine.h"
+#include "app/cli/CommandTools.h"
 #include "links/exchange/ExchangeDocument.h"
 #include "links/exchange/ExchangeFile.h"
 #include "sync/LinkMerge.h"
-
-#include <QDir>
 
 #include <algorithm>
 
@@ -15,32 +14,29 @@ namespace orvelle {
 
 namespace {
 
-QString absolute(const QString &name, const CommandContext &context)
-{
-    return QDir::cleanPath(QDir(context.workingDirectory).absoluteFilePath(name));
-}
+/// A file, and what the user calls it.
+struct NamedFile {
+    QString name;
+    QString path;
+};
 
-Result<ExportData, CommandResult> readDocument(const QString &name, const CommandContext &context)
+Result<ExportData, CommandResult> readDocument(const NamedFile &file)
 {
-    const auto bytes = readExchangeFile(absolute(name, context));
+    const auto bytes = readExchangeFile(file.path);
     if (!bytes)
-        return CommandResult::refused(u"%1 could not be read: "_s.arg(name) + bytes.error().sentence);
+        return CommandResult::refused(u"%1 could not be read: "_s.arg(file.name) + bytes.error().sentence);
     auto document = decodeExchange(*bytes);
     if (!document)
-        return CommandResult::refused(u"%1: "_s.arg(name) + importErrorText(document.error()));
+        return CommandResult::refused(u"%1: "_s.arg(file.name) + importErrorText(document.error()));
     return std::move(document).value();
 }
 
-} // namespace
-
-CommandResult runMerge(const CommandArguments &arguments, CommandContext &context)
+CommandResult mergeFiles(const NamedFile &localFile, const NamedFile &remoteFile, const NamedFile &out)
 {
-    if (!arguments.has(u"o"_s))
-        return CommandResult::wrongUsage(u"merge needs -o OUT"_s);
-    auto local = readDocument(arguments.positional.at(0), context);
+    const auto local = readDocument(localFile);
     if (!local)
         return local.error();
-    const auto remote = readDocument(arguments.positional.at(1), context);
+    const auto remote = readDocument(remoteFile);
     if (!remote)
         return remote.error();
 
@@ -57,14 +53,27 @@ CommandResult runMerge(const CommandArguments &arguments, CommandContext &contex
         return CommandResult::refused(u"The merged document could not be read again: "_s +
                                       importErrorText(check.error()));
 
-    const QString out = arguments.options.value(u"o"_s);
-    CommandResult result = CommandResult::done(out == u"-" ? bytes + '\n' : QByteArray());
+    const bool prints = out.name == u"-";
+    if (const auto error = prints ? std::nullopt : writePrivateFile(out.path, bytes))
+        return CommandResult::refused(u"The document could not be written: "_s + error->sentence);
+    CommandResult result = CommandResult::done(prints ? bytes + '\n' : QByteArray());
     result.err = removed.toUtf8();
-    if (out != u"-") {
-        if (const auto error = writePrivateFile(absolute(out, context), bytes))
-            return CommandResult::refused(u"The document could not be written: "_s + error->sentence);
-    }
     return result;
+}
+
+} // namespace
+
+void beginMerge(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer)
+{
+    if (!arguments.has(u"o"_s))
+        return answer(CommandResult::wrongUsage(u"merge needs -o OUT"_s));
+    const auto named = [&context](const QString &name) { return NamedFile{name, absolutePath(name, context)}; };
+    const NamedFile local = named(arguments.positional.at(0));
+    const NamedFile remote = named(arguments.positional.at(1));
+    const NamedFile out = named(arguments.options.value(u"o"_s));
+    beginFileWork(local.path, context, answer, [local, remote, out](FileBookmarks &) {
+        return [result = mergeFiles(local, remote, out)](CommandContext &) { return result; };
+    });
 }
 
 } // namespace orvelle

@@ -11,6 +11,6 @@ struct CommandArguments;
 /// the other machine's. The result is LOCAL with the merged links and the
 /// later of the two dates; the user's own tree has no part in it. What was
 /// removed is told on standard error.
-CommandResult runMerge(const CommandArguments &arguments, CommandContext &context);
+void beginMerge(const CommandArguments &arguments, CommandContext &context, const CommandAnswer &answer);
 
 } // namespace orvelle
