@@ -1,3 +1,4 @@
+#include "platform/OverlayShell.h"
 #include "ui/menu/BottomRowView.h"
 #include "ui/menu/MenuPopup.h"
 
@@ -37,6 +38,20 @@ MenuEntry disabled(const QString &title)
     return entry;
 }
 
+/// A screen that can be unplugged.
+struct FakeShell : OverlayShell {
+    std::function<void()> taken;
+
+    bool isAvailable() const override { return true; }
+    bool cover(QWindow &, std::function<void()> whenTaken) override
+    {
+        taken = std::move(whenTaken);
+        return true;
+    }
+    void letGo(QWindow &) override {}
+    void uncover(QWindow &) override {}
+};
+
 class MenuPopupTest : public ::testing::Test
 {
 protected:
@@ -65,6 +80,7 @@ protected:
     int filled = 0;
     quint64 milliseconds = 10000;
     std::optional<MenuAction> chosen;
+    FakeShell shell; ///< used by some
     MenuPopup popup{[this](const MenuEntry &submenu) {
         ++filled;
         return QList<MenuEntry>{item(submenu.title + u" 1"_s), item(submenu.title + u" 2"_s)};
@@ -109,6 +125,20 @@ TEST_F(MenuPopupTest, ANewMenuClosesTheOpenOneWithoutAChoice)
     popup.close();
     QApplication::processEvents();
     EXPECT_EQ(second, MenuAction());
+}
+
+TEST_F(MenuPopupTest, TheMenuGoesWithItsScreenAndOpensOnTheNext)
+{
+    popup.setOverlayShell(&shell);
+    for (const char *screen : {"the first", "the next"}) {
+        chosen.reset();
+        open({item(u"a"_s)});
+        EXPECT_EQ(popup.panels().size(), 1) << screen;
+        std::exchange(shell.taken, nullptr)();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(popup.panels().isEmpty()) << screen;
+        EXPECT_TRUE(chosen.has_value()) << screen << ": whoever opened it is told";
+    }
 }
 
 TEST_F(MenuPopupTest, SubmenusFillWhenOpenedAndCloseOneByOne)

@@ -131,6 +131,7 @@ bool MenuPopup::openStage(const MenuPlacement &placement)
         if (!m_panels.empty())
             place({global, placement.atIcon});
     });
+    connect(m_stage.get(), &MenuStage::taken, this, &MenuPopup::close);
     if (m_stage->open())
         return true;
     closeStage();

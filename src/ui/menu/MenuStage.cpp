@@ -58,7 +58,7 @@ void MenuStage::withdraw()
 bool MenuStage::open()
 {
     winId();
-    m_isCovering = m_shell.cover(*windowHandle());
+    m_isCovering = m_shell.cover(*windowHandle(), [this] { emit taken(); });
     if (!m_isCovering)
         return false;
     resize(windowHandle()->size());

@@ -29,6 +29,8 @@ signals:
     /// The pointer's place became known, or it did not in the time that a
     /// compositor needs at most; at global pixels.
     void pointerFound(const QPoint &global);
+    /// The desktop took the window away.
+    void taken();
 
 protected:
     bool eventFilter(QObject *window, QEvent *event) override;

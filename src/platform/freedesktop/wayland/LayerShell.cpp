@@ -5,6 +5,7 @@
 #include "platform/freedesktop/wayland/WaylandReading.h"
 #include "platform/freedesktop/wayland/WaylandRequest.h"
 
+#include <QAbstractEventDispatcher>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QRegion>
@@ -59,6 +60,7 @@ LayerShell::LayerShell()
 
 LayerShell::~LayerShell()
 {
+    stopListening();
     for (wl_proxy *surface : std::as_const(m_surfaces))
         wl_proxy_destroy(surface);
     if (m_shell)
@@ -68,7 +70,7 @@ LayerShell::~LayerShell()
         wl_event_queue_destroy(m_queue);
 }
 
-bool LayerShell::cover(QWindow &window)
+bool LayerShell::cover(QWindow &window, std::function<void()> taken)
 {
     if (!m_shell || m_surfaces.contains(&window))
         return false;
@@ -80,18 +82,23 @@ bool LayerShell::cover(QWindow &window)
     wl_proxy *layer = wl_proxy_marshal_flags(m_shell, LayerShellRequest::GetLayerSurface, &layerSurfaceInterface(),
                                              wl_proxy_get_version(m_shell), 0, nullptr, surface, nullptr,
                                              LayerShellRequest::Overlay, "orvelle-menu");
-    const auto state = std::make_shared<Configured>();
-    m_configured.insert(layer, state);
+    const auto state = std::make_shared<Layer>(Layer{&window, std::move(taken)});
+    m_layers.insert(layer, state);
     m_surfaces.insert(&window, layer);
     using Configure = void(void *, wl_proxy *, std::uint32_t, std::uint32_t, std::uint32_t);
     static constexpr Configure *configure = [](void *self, wl_proxy *proxy, std::uint32_t serial, std::uint32_t width,
                                                std::uint32_t height) {
         sendRequest(proxy, LayerShellRequest::AckConfigure, serial);
-        *static_cast<LayerShell *>(self)->m_configured.value(proxy) = {true, static_cast<int>(width),
-                                                                       static_cast<int>(height)};
+        Layer &told = *static_cast<LayerShell *>(self)->m_layers.value(proxy);
+        told.isConfigured = true;
+        told.width = static_cast<int>(width);
+        told.height = static_cast<int>(height);
     };
     using Closed = void(void *, wl_proxy *);
-    static constexpr Closed *closed = [](void *, wl_proxy *) {};
+    static constexpr Closed *closed = [](void *self, wl_proxy *proxy) {
+        const Layer &told = *static_cast<LayerShell *>(self)->m_layers.value(proxy);
+        QMetaObject::invokeMethod(told.window, told.taken, Qt::QueuedConnection);
+    };
     static void (*functions[])() = {reinterpret_cast<void (*)()>(configure), reinterpret_cast<void (*)()>(closed)};
     wl_proxy_set_queue(layer, m_queue);
     wl_proxy_add_listener(layer, functions, this);
@@ -100,14 +107,33 @@ bool LayerShell::cover(QWindow &window)
     sendRequest(layer, LayerShellRequest::SetExclusiveZone, LayerShellRequest::overPanels);
     sendRequest(layer, LayerShellRequest::SetKeyboardInteractivity, LayerShellRequest::Exclusive);
     wl_surface_commit(surface);
-    if (!readWaylandUntil(state->done, m_display, m_queue, patience)) {
+    if (!readWaylandUntil(state->isConfigured, m_display, m_queue, patience)) {
         qCWarning(lcLayerShell, "The compositor did not lay out the menu's surface");
         uncover(window);
         return false;
     }
     window.resize(state->width, state->height);
-    m_activation.startListening();
+    startListening();
     return true;
+}
+
+/// The toolkit reads the connection, but handles its own events only.
+void LayerShell::startListening()
+{
+    m_activation.startListening();
+    if (m_listening)
+        return;
+    m_listening = std::make_unique<QObject>();
+    const auto handle = [this] { wl_display_dispatch_queue_pending(m_display, m_queue); };
+    const auto *loop = QAbstractEventDispatcher::instance();
+    QObject::connect(loop, &QAbstractEventDispatcher::awake, m_listening.get(), handle);
+    QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, m_listening.get(), handle);
+}
+
+void LayerShell::stopListening()
+{
+    m_activation.stopListening();
+    m_listening.reset();
 }
 
 void LayerShell::letGo(QWindow &window)
@@ -128,8 +154,8 @@ void LayerShell::uncover(QWindow &window)
     if (!layer)
         return;
     if (m_surfaces.isEmpty())
-        m_activation.stopListening();
-    m_configured.remove(layer);
+        stopListening();
+    m_layers.remove(layer);
     sendDestroy(layer, LayerShellRequest::Destroy);
     wl_display_flush(m_display);
 }

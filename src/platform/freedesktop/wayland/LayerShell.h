@@ -5,6 +5,7 @@
 #include "platform/freedesktop/wayland/WaylandActivation.h"
 
 #include <QHash>
+#include <QObject>
 
 #include <memory>
 
@@ -26,23 +27,30 @@ public:
     static void allowRolelessWindows();
 
     bool isAvailable() const override { return m_shell != nullptr; }
-    bool cover(QWindow &window) override;
+    bool cover(QWindow &window, std::function<void()> taken) override;
     void letGo(QWindow &window) override;
     void uncover(QWindow &window) override;
 
 private:
-    struct Configured {
-        bool done = false;
+    /// What the compositor says of a surface.
+    struct Layer {
+        QWindow *window;
+        std::function<void()> taken;
+        bool isConfigured = false;
         int width = 0;
         int height = 0;
     };
+
+    void startListening();
+    void stopListening();
 
     wl_display *m_display = nullptr; ///< the toolkit's
     wl_event_queue *m_queue = nullptr;
     wl_proxy *m_shell = nullptr;
     WaylandActivation m_activation;
     QHash<QWindow *, wl_proxy *> m_surfaces;
-    QHash<wl_proxy *, std::shared_ptr<Configured>> m_configured;
+    QHash<wl_proxy *, std::shared_ptr<Layer>> m_layers;
+    std::unique_ptr<QObject> m_listening; ///< to the event loop, while there is a surface
 };
 
 } // namespace orvelle
