@@ -20,6 +20,9 @@ Q_LOGGING_CATEGORY(lcApplication, "Application", QtInfoMsg)
 /// Lets the answer to the command that asked for the end leave first.
 constexpr std::chrono::milliseconds answerDelay{20};
 
+/// From the session manager's first word to its last, or to somebody's No.
+constexpr std::chrono::minutes longestSessionEnd{1};
+
 } // namespace
 
 Application::Application(const Surroundings &surroundings, const Folders &folders, SqliteUserDefaults::Opened opened)
@@ -155,9 +158,7 @@ void Application::start()
     m_powerEvents.start();
     // After the delegate, which notes that the system ends.
     connect(&m_powerEvents, &PowerEvents::willPowerOff, this, &Application::saveAndExit);
-    connect(
-        qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { m_powerEvents.sessionEnds(); },
-        Qt::DirectConnection);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &Application::sessionMayEnd, Qt::DirectConnection);
     reportHowSettingsOpened();
     qCInfo(lcApplication, "Orvelle %s started with %lld top-level items", qPrintable(versionText()),
            static_cast<long long>(m_core.links.links().size()));
@@ -244,8 +245,19 @@ void Application::runCommand(const QStringList &arguments, const QString &workin
     answer(CommandResult::done());
 }
 
+/// Another program can still call the end off. Otherwise the session manager
+/// asks for it in a moment.
+void Application::sessionMayEnd()
+{
+    if (!save())
+        qCCritical(lcApplication, "The last changes could not be saved before the session's end");
+    m_sessionMayEnd = m_core.clock.singleShot(longestSessionEnd, [this] { m_sessionMayEnd.reset(); });
+}
+
 void Application::requestQuit()
 {
+    if (m_sessionMayEnd)
+        return m_powerEvents.sessionEnds();
     m_delegate.applicationShouldTerminate([this](bool terminate) {
         if (terminate)
             saveAndExit();

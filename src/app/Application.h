@@ -75,6 +75,7 @@ private:
     /// Stores what is typed and not stored yet. False when that failed.
     bool save();
     void saveAndExit();
+    void sessionMayEnd();
 
     Surroundings m_surroundings;
     std::optional<QString> m_damagedCopy;
@@ -101,6 +102,7 @@ private:
     TimerToolTip m_timerToolTip;
     AppDelegate m_delegate;
     StorageAlerts m_storageAlerts;
+    std::unique_ptr<Timer> m_sessionMayEnd; ///< runs while the session manager asks its programs
 };
 
 } // namespace orvelle

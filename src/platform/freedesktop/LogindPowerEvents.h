@@ -38,7 +38,7 @@ public:
     void releaseInhibitor();
 
 public slots:
-    /// The session manager ends the session (QGuiApplication::commitDataRequest).
+    /// The session manager ends the session.
     void sessionEnds();
 
 private slots:
