@@ -85,6 +85,8 @@ void LinkStore::makeLackingBookmarks()
         return;
     QMap<QString, LinkList> lacking;
     walk(m_links, [this, &lacking](const LinkItem &item) {
+        if (item.bookmarkData) // undo can bring back what it was before that
+            m_lookedFor.remove(item.id);
         if (!isOnDisk(item) || item.bookmarkData || m_lookedFor.value(item.id) == item.path)
             return;
         m_lookedFor.insert(item.id, item.path);

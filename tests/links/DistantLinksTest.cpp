@@ -98,7 +98,14 @@ TEST_F(DistantLinksTest, AFolderIsKnownAsOneInTheEnd)
     ASSERT_TRUE(QDir().mkdir(music));
     const LinkItem link = added(music);
     EXPECT_EQ(store->find(link.id)->type, LinkType::File);
+    LinkItem renamed = *store->find(link.id);
+    renamed.name = u"Tunes"_s;
+    ASSERT_TRUE(store->updateLink(renamed));
     distant.answers(folder.path());
+    EXPECT_EQ(store->find(link.id)->type, LinkType::Folder);
+    ASSERT_TRUE(store->undo()) << "of the name, from before anybody had looked";
+    distant.answers(folder.path());
+    EXPECT_EQ(store->find(link.id)->name, u"music"_s);
     EXPECT_EQ(store->find(link.id)->type, LinkType::Folder);
 }
 
