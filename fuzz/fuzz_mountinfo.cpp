@@ -1,5 +1,5 @@
 #include "platform/freedesktop/MountTable.h"
-#include "platform/freedesktop/http/RemoteAddress.h"
+#include "platform/freedesktop/RemoteAddress.h"
 
 #include <QUrl>
 

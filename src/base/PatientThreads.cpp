@@ -6,6 +6,7 @@ PatientThreads::PatientThreads(int most, std::chrono::milliseconds patience)
     : m_pool(std::make_unique<QThreadPool>()), m_patience(patience)
 {
     m_pool->setMaxThreadCount(most);
+    m_pool->setStackSize(stackSize);
 }
 
 PatientThreads::~PatientThreads()

@@ -14,6 +14,10 @@ namespace orvelle {
 class PatientThreads
 {
 public:
+    /// In bytes, for a thread that reads files: enough for the deepest nesting
+    /// that the libraries used accept, whatever the system's own size is.
+    static constexpr unsigned stackSize = 16U << 20;
+
     /// At most `most` pieces of work at once; more wait for their turn.
     explicit PatientThreads(int most, std::chrono::milliseconds patience = std::chrono::seconds(2));
     /// Waits `patience` for what was given to it. What hangs longer is left to

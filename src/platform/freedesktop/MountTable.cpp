@@ -1,6 +1,6 @@
 #include "platform/freedesktop/MountTable.h"
 
-#include "platform/freedesktop/http/RemoteAddress.h"
+#include "platform/freedesktop/RemoteAddress.h"
 
 #include <QFile>
 

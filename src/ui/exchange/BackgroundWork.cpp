@@ -1,5 +1,6 @@
 #include "ui/exchange/BackgroundWork.h"
 
+#include "base/PatientThreads.h"
 #include "base/Text.h"
 
 #include <QDeadlineTimer>
@@ -13,8 +14,6 @@ namespace orvelle {
 namespace {
 
 constexpr int progressWidth = 340;
-/// Enough for the deepest nesting that the libraries used accept.
-constexpr uint stackSize = 16u << 20;
 
 } // namespace
 
@@ -60,7 +59,7 @@ BackgroundWork::BackgroundWork(QObject *owner, QWidget *window, Clock &clock, co
       m_timer(clock.singleShot(patience, [this] { showProgress(); }))
 {
     connect(m_thread.get(), &QThread::finished, this, &BackgroundWork::finish);
-    m_thread->setStackSize(stackSize);
+    m_thread->setStackSize(PatientThreads::stackSize);
     m_thread->start();
 }
 

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/http/RemoteAddress.h"
+#include "platform/freedesktop/RemoteAddress.h"
 
 #include <QHash>
 #include <QUrl>
