@@ -108,7 +108,7 @@ TEST(BookmarksHtml, UnderstandsSloppyFiles)
          u"Bold & plain=https://a.example"},
         {"<DL><DT><A HREF='/relative'>r</A><DT><A>no address</A><DT><A HREF='C:\\x'>drive</A></DL>", u""},
         {"<DL><DT><A HREF='https://a.example'>A</A>", u"A=https://a.example"},
-        {"<DL><DT><A HREF='file:///srv/music/'>Music</A><DT><A HREF='file://host/share'>Share</A></DL>",
+        {"<DL><DT><A HREF='file:///srv/music//'>Music</A><DT><A HREF='file://host/share'>Share</A></DL>",
          u"Music=/srv/music Share=file://host/share"},
         {"<DL><DT><A HREF='file:////srv/plan.txt'>Plan</A></DL>", u"Plan=/srv/plan.txt"},
     };

@@ -205,7 +205,7 @@ LinkItem foreignLink(const QString &name, const QString &address, Timestamp now)
     QString path = address;
     if (auto local = localPath(address)) {
         type = local->endsWith(u'/') ? LinkType::Folder : LinkType::File;
-        if (local->size() > 1 && type == LinkType::Folder)
+        while (local->size() > 1 && local->endsWith(u'/'))
             local->chop(1);
         path = *local;
     }
