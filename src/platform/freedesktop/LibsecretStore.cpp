@@ -2,8 +2,8 @@
 
 #include "platform/freedesktop/GLibPointers.h"
 #include "platform/freedesktop/SerialWorker.h"
+#include "platform/freedesktop/SessionBusAddress.h"
 
-#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <libsecret/secret.h>
@@ -58,14 +58,6 @@ SecretError taken(GError *error)
         result.kind = SecretError::Kind::Locked;
     g_error_free(error);
     return result;
-}
-
-/// Without this GLib would start a bus of its own on X11, and wait for it.
-bool hasSessionBus()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    return QFileInfo::exists(QString::fromUtf8(g_get_user_runtime_dir()) + "/bus"_L1);
 }
 
 } // namespace

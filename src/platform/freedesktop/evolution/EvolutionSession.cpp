@@ -1,6 +1,7 @@
 #include "platform/freedesktop/evolution/EvolutionSession.h"
 
-#include <QFileInfo>
+#include "platform/freedesktop/SessionBusAddress.h"
+
 #include <QLoggingCategory>
 #include <QSet>
 
@@ -20,14 +21,6 @@ constexpr char factoryName[] = "org.gnome.evolution.dataserver.Calendar8";
 constexpr int coalescing = 100; ///< milliseconds
 constexpr int longestPause = 3600;
 constexpr gint64 quietTime = 60'000'000; ///< microseconds after which a loss is no consequence of the last one
-
-/// Without an address libraries would start a bus of their own.
-bool hasSessionBus()
-{
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           (!runtime.isEmpty() && QFileInfo::exists(runtime + u"/bus"_s));
-}
 
 /// Seconds; each attempt waits twice as long as the one before.
 int pauseBefore(int attempt)
