@@ -1,6 +1,7 @@
 #include "base/Text.h"
 #include "links/LinkStore.h"
 #include "ui/common/Colors.h"
+#include "ui/common/KeptWindow.h"
 #include "ui/settings/DropIndicator.h"
 #include "ui/settings/LinkTreeModel.h"
 #include "ui/settings/LinkTreeView.h"
@@ -96,6 +97,7 @@ void LinkTreeView::startDrag(Qt::DropActions)
     }
     m_dragged = ids;
     m_drop.draggedLinkId = m_model.item(currentIndex()) ? m_model.item(currentIndex())->id : ids.constFirst();
+    const KeptWindow kept(*this);
     drag->exec(Qt::MoveAction | Qt::CopyAction | Qt::LinkAction, Qt::MoveAction);
     endDrag();
 }

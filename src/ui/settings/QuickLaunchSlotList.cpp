@@ -7,6 +7,7 @@
 #include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/KeptWindow.h"
 #include "ui/common/PlainToolTip.h"
 
 #include <QDropEvent>
@@ -104,6 +105,12 @@ void QuickLaunchSlotList::keyPressEvent(QKeyEvent *event)
         emit removeAsked();
     else
         QListWidget::keyPressEvent(event);
+}
+
+void QuickLaunchSlotList::startDrag(Qt::DropActions supportedActions)
+{
+    const KeptWindow kept(*this);
+    QListWidget::startDrag(supportedActions);
 }
 
 bool QuickLaunchSlotList::accepts(const QDropEvent &event) const

@@ -5,6 +5,7 @@
 #include "ui/common/AssistedInput.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/KeptWindow.h"
 #include "ui/settings/WidgetSection.h"
 
 #include <QDrag>
@@ -130,6 +131,7 @@ void WidgetOrderList::startDrag(Qt::DropActions)
     drag->setMimeData(model()->mimeData({currentIndex()}));
     drag->setPixmap(pictureOfSelected());
     drag->setHotSpot(pointer - visualItemRect(currentItem()).topLeft());
+    const KeptWindow kept(*this);
     drag->exec(Qt::MoveAction);
 }
 

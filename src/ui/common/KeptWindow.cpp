@@ -1,0 +1,21 @@
+#include "ui/common/KeptWindow.h"
+
+namespace orvelle {
+
+KeptWindow::KeptWindow(const QWidget &inside)
+    : m_window(inside.window()->testAttribute(Qt::WA_DeleteOnClose) ? inside.window() : nullptr)
+{
+    if (m_window)
+        m_window->setAttribute(Qt::WA_DeleteOnClose, false);
+}
+
+KeptWindow::~KeptWindow()
+{
+    if (!m_window)
+        return;
+    m_window->setAttribute(Qt::WA_DeleteOnClose);
+    if (m_window->isHidden())
+        m_window->deleteLater();
+}
+
+} // namespace orvelle
