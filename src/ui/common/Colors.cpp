@@ -71,6 +71,12 @@ QColor quiet(const QColor &color, const QColor &ground, double share, const QPal
     return readable(blend(color, ground, share), ground, color, textContrast(palette));
 }
 
+QColor faint(QColor color, double opacity)
+{
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
 QColor accent(const QPalette &palette, const QColor &ground)
 {
     return readable(palette.color(QPalette::Highlight), ground, palette.color(QPalette::WindowText),

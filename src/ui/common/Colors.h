@@ -29,6 +29,9 @@ double edgeContrast(const QPalette &palette);
 /// readable there: for what is quieter than the text around it.
 QColor quiet(const QColor &color, const QColor &ground, double share, const QPalette &palette);
 
+/// `color` with this opacity, 0 to 1.
+QColor faint(QColor color, double opacity);
+
 /// The palette's highlight as an edge, a bar or a stroke on `ground`.
 QColor accent(const QPalette &palette, const QColor &ground);
 

@@ -17,12 +17,6 @@ constexpr int padding = 8;
 constexpr int gap = 6;
 constexpr qreal radius = 6;
 
-QColor faint(QColor color, float alpha)
-{
-    color.setAlphaF(alpha);
-    return color;
-}
-
 } // namespace
 
 PictureRadio::PictureRadio(const QString &symbol, const QString &title, QWidget *parent)
@@ -44,13 +38,13 @@ void PictureRadio::paintGround(QPainter &painter) const
     const QRectF ground = QRectF(rect()).adjusted(1, 1, -1, -1);
     if (isChecked()) {
         painter.setPen(QPen(highlight, hasFocus() ? 2 : 1));
-        painter.setBrush(faint(highlight, 0.18F));
+        painter.setBrush(faint(highlight, 0.18));
     } else if (hasFocus()) {
         painter.setPen(QPen(highlight, 2));
         painter.setBrush(Qt::NoBrush);
     } else if (underMouse()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(faint(palette().color(QPalette::WindowText), 0.08F));
+        painter.setBrush(faint(palette().color(QPalette::WindowText), 0.08));
     } else {
         return;
     }

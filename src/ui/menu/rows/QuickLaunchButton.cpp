@@ -27,12 +27,6 @@ constexpr int leastWidth = 50;
 constexpr std::array neonColors{QColor(0x22, 0xd3, 0xee), QColor(0xf4, 0x72, 0xb6), QColor(0xa3, 0xe6, 0x35),
                                 QColor(0xfb, 0xbf, 0x24)};
 
-QColor faint(QColor color, double alpha)
-{
-    color.setAlphaF(static_cast<float>(alpha));
-    return color;
-}
-
 QFont captionFont(QFont font)
 {
     font.setPointSizeF(font.pointSizeF() * 0.82);

@@ -20,12 +20,6 @@ constexpr int extraHeight = 4; ///< beyond a line, for the capsule
 constexpr QColor nightTop(0x17, 0x19, 0x26);
 constexpr QColor nightBottom(0x0b, 0x0c, 0x14);
 
-QColor faint(QColor color, double alpha)
-{
-    color.setAlphaF(static_cast<float>(alpha));
-    return color;
-}
-
 } // namespace
 
 QuickLaunchRowView::QuickLaunchRowView(const QuickLaunchManager &manager, const Applications &applications,
