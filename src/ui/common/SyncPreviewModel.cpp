@@ -1,5 +1,6 @@
 #include "ui/common/SyncPreviewModel.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "links/LinkColors.h"
 #include "ui/common/Colors.h"
@@ -193,7 +194,7 @@ Qt::ItemFlags SyncPreviewModel::flags(const QModelIndex &index) const
 QString SyncPreviewModel::title(const QModelIndex &index) const
 {
     if (const LinkItem *item = itemOf(index))
-        return item->name;
+        return displayTitle(item->name);
     return levelOf(index) == Level::Section ? text(kindAt(sectionOf(index).kind).title) : QString();
 }
 

@@ -1,5 +1,6 @@
 #include "ui/menu/MenuLook.h"
 
+#include "base/DisplayTitle.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
@@ -27,9 +28,6 @@ constexpr double disabledIconOpacity = 0.45;
 
 /// Names shaped when a long menu's width is found.
 constexpr std::size_t measuredNames = 120;
-/// Characters kept of each end of a very long name; more never fit.
-constexpr int keptEnd = 160;
-
 QFont italic(QFont font)
 {
     font.setItalic(true);
@@ -42,16 +40,6 @@ bool hasChevron(const MenuEntry &entry)
 }
 
 } // namespace
-
-QString displayTitle(const QString &title)
-{
-    QString line = title.size() > 2 * keptEnd ? title.left(keptEnd) + QChar(0x2026) + title.right(keptEnd) : title;
-    for (QChar &c : line) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            c = u' ';
-    }
-    return line;
-}
 
 MenuLook::MenuLook(const QWidget &widget)
     : m_widget(widget),

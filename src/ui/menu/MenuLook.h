@@ -75,8 +75,4 @@ private:
     QColor m_ground; ///< behind the rows
 };
 
-/// A name as one line: without control characters, and of a very long one only
-/// the ends, which are all that can be seen of it.
-QString displayTitle(const QString &title);
-
 } // namespace orvelle

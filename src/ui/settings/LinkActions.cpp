@@ -1,5 +1,6 @@
 #include "ui/settings/LinkActions.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "links/LinkStore.h"
 #include "ui/common/Icons.h"
@@ -16,10 +17,13 @@ namespace orvelle {
 
 namespace {
 
+/// In a menu, which becomes as wide as its longest title.
+constexpr qsizetype longestTitle = 80;
+
 QString indented(const QString &name, int depth)
 {
     // A lone ampersand would become a key.
-    return QString(depth * 5, u' ') + QString(name).replace(u'&', QStringLiteral("&&"));
+    return QString(depth * 5, u' ') + displayTitle(name, longestTitle).replace(u'&', QStringLiteral("&&"));
 }
 
 } // namespace

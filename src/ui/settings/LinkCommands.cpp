@@ -1,5 +1,6 @@
 #include "ui/settings/LinkCommands.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Notifications.h"
 #include "base/Text.h"
 #include "links/BookmarkMaintenance.h"
@@ -146,7 +147,8 @@ void LinkCommands::remove()
     if (ids.isEmpty())
         return;
     const auto first = m_services.links.find(ids.constFirst());
-    const QString name = first ? m_tree.fontMetrics().elidedText(first->name, Qt::ElideMiddle, longestName) : QString();
+    const QString name =
+        first ? m_tree.fontMetrics().elidedText(displayTitle(first->name), Qt::ElideMiddle, longestName) : QString();
     const QUuid next = neighbourOfSelection();
     if (const auto refusal = m_services.links.removeLinks(ids)) {
         report(refusal);

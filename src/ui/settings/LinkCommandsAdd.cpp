@@ -21,6 +21,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// Longer than any title that was written to be read.
+constexpr qsizetype longestTitle = 500;
+
 /// The title that browsers send along with an address.
 QString browserTitle(const QMimeData &data)
 {
@@ -29,7 +32,7 @@ QString browserTitle(const QMimeData &data)
         return {};
     QStringDecoder decode(QStringDecoder::Utf16);
     const QString decoded = decode(data.data(format));
-    return decode.hasError() ? QString() : decoded.section(u'\n', 1, 1).trimmed();
+    return decode.hasError() ? QString() : decoded.section(u'\n', 1, 1).trimmed().left(longestTitle);
 }
 
 /// What is offered, as texts that links can be made of.

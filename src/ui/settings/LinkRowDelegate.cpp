@@ -154,10 +154,7 @@ void LinkRowDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
 {
     const int margin = option.widget ? option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1 : 3;
     const QRect inner = place.adjusted(margin, 0, -margin, 0);
-    // One line, whatever the name holds.
-    QString name = option.text;
-    name.replace(u'\n', u' ');
-    name = option.fontMetrics.elidedText(name, Qt::ElideMiddle, inner.width());
+    const QString name = option.fontMetrics.elidedText(option.text, Qt::ElideMiddle, inner.width());
     painter.setPen(textColor(option, false));
     if (m_model.search().isEmpty()) {
         painter.drawText(inner, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, name);

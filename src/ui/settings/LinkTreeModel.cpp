@@ -1,5 +1,6 @@
 #include "ui/settings/LinkTreeModel.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "links/LinkIcons.h"
 #include "links/LinkStore.h"
@@ -128,7 +129,7 @@ QVariant LinkTreeModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return index.column() == NameColumn ? link->name : text(kindLabel(*link));
+        return index.column() == NameColumn ? displayTitle(link->name) : text(kindLabel(*link));
     case Qt::EditRole:
         return link->name;
     case Qt::ToolTipRole:

@@ -1,5 +1,6 @@
 #include "ui/settings/QuickLaunchSlotList.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "menubar/QuickLaunchManager.h"
 #include "platform/Applications.h"
@@ -76,7 +77,7 @@ void QuickLaunchSlotList::refresh()
             continue;
         }
         const auto found = m_applications.find(app->path, app->bundleIdentifier.value_or(QString()));
-        item->setText(found ? found->name : app->name);
+        item->setText(displayTitle(found ? found->name : app->name));
         item->setIcon(found ? applicationIcon(found->icon) : symbolIcon(u"exclamationmark.triangle.fill"_s, quiet));
         item->setToolTip(plainToolTip(found ? found->path : text("quicklaunch.gone"_text)));
         if (!found) {

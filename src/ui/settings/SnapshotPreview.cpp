@@ -1,5 +1,6 @@
 #include "ui/settings/SnapshotPreview.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "links/LinkTree.h"
 #include "ui/common/Icons.h"
@@ -149,7 +150,7 @@ void SnapshotPreview::addItems(const LinkList &links, QTreeWidgetItem *parent)
     rows.reserve(links.size());
     for (const LinkItem &item : links) {
         const QString fate = fateText(m_difference.fates.value(item.stableId));
-        auto *row = new QTreeWidgetItem({item.name, fate});
+        auto *row = new QTreeWidgetItem({displayTitle(item.name), fate});
         row->setIcon(0, linkRowPixmap(item, iconSide, view.palette(), view.devicePixelRatioF()));
         row->setToolTip(0, plainToolTip(item.path.isEmpty() ? item.name : item.path));
         if (item.children && !item.children->isEmpty()) {

@@ -1,5 +1,6 @@
 #include "ui/settings/StatusLine.h"
 
+#include "base/DisplayTitle.h"
 #include "platform/Clock.h"
 #include "ui/common/PlainToolTip.h"
 #include "ui/settings/Sections.h"
@@ -61,7 +62,7 @@ void StatusLine::resizeEvent(QResizeEvent *event)
 
 void StatusLine::elide()
 {
-    const QString fitting = m_label->fontMetrics().elidedText(m_text, Qt::ElideRight, m_label->width());
+    const QString fitting = m_label->fontMetrics().elidedText(displayTitle(m_text), Qt::ElideRight, m_label->width());
     m_label->setText(fitting);
     m_label->setToolTip(fitting == m_text ? QString() : plainToolTip(m_text));
 }

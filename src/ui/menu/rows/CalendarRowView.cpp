@@ -1,5 +1,6 @@
 #include "ui/menu/rows/CalendarRowView.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Notifications.h"
 #include "base/Text.h"
 #include "links/LinkColors.h"

@@ -1,5 +1,6 @@
 #include "ui/menu/rows/QuickLaunchButton.h"
 
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
