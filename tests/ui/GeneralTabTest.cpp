@@ -1,9 +1,12 @@
+#include "base/Text.h"
 #include "links/LinkTree.h"
 #include "links/NewNote.h"
 #include "ui/GeneralTabWorld.h"
+#include "ui/common/SyncPreviewModel.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStackedWidget>
@@ -69,6 +72,48 @@ TEST_F(GeneralTabTest, UnreadableLinksAreOfferedAgain)
     ASSERT_NE(retry, nullptr);
     retry->click();
     EXPECT_EQ(w.alerts.shown.size(), 1) << "still unreadable";
+}
+
+TEST_F(GeneralTabTest, TheOfferAboutUnreadableLinksKeepsTheFocusWhileLinksChange)
+{
+    ASSERT_TRUE(world.defaults.write(LinkStore::linksBaseKey(), QByteArray("{broken")));
+    LinkStore damaged({world.defaults, world.debugMode, world.notifications, world.clock, world.bookmarks,
+                       world.volumes, world.powerEvents, world.snapshots, world.hooks});
+    open();
+    QPushButton *retry = nullptr;
+    for (QPushButton *button : window->findChildren<QPushButton *>()) {
+        if (button->text() == QStringLiteral("Try again") && button->isVisible())
+            retry = button;
+    }
+    ASSERT_NE(retry, nullptr);
+    retry->setFocus();
+    world.addNote("Another", "from elsewhere");
+    EXPECT_EQ(window->focusWidget(), retry);
+    EXPECT_TRUE(retry->isVisible());
+}
+
+TEST_F(GeneralTabTest, OverlongNamesAreShownByTheirEnds)
+{
+    open("a f[]");
+    const QString endless = QString(1'000'000, u'x');
+    world.links.updateLinks({id("a"), id("f")}, [&endless](LinkItem &item) { item.name = endless; });
+    EXPECT_LT(row("a").data().toString().size(), 400);
+    EXPECT_EQ(row("a").data(Qt::EditRole).toString(), endless);
+    QMenu *groups = nullptr;
+    for (QMenu *menu : window->findChildren<QMenu *>()) {
+        if (menu->title() == text("settings.moveTo"_text))
+            groups = menu;
+    }
+    ASSERT_NE(groups, nullptr);
+    emit groups->aboutToShow();
+    for (const QAction *action : groups->actions())
+        EXPECT_LT(action->text().size(), 200);
+    SyncAnalysis analysis;
+    analysis.changes.append(SyncChange());
+    analysis.changes.front().importedLink = item("a");
+    analysis.changes.front().category = SyncCategory::Added;
+    const SyncPreviewModel changes(analysis, true);
+    EXPECT_LT(changes.index(0, 0, changes.index(0, 0)).data().toString().size(), 400);
 }
 
 TEST_F(GeneralTabTest, SiteIconsSayWhatIsSentAndToWhom)

@@ -97,7 +97,10 @@ void LinksSection::connectAll()
         m_rescueDismissed = false;
         refresh();
     });
-    connect(m_rescueNotice, &NoticeBar::dismissed, this, [this] { m_rescueDismissed = true; });
+    connect(m_rescueNotice, &NoticeBar::dismissed, this, [this] {
+        m_rescueDismissed = true;
+        m_rescueOffered.clear();
+    });
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
         m_search->setFocus(Qt::ShortcutFocusReason);
         m_search->selectAll();
@@ -282,12 +285,14 @@ void LinksSection::keepState()
 
 void LinksSection::showRescuedData()
 {
-    const QStringList keys = m_services.links.rescuedDataKeys();
-    if (keys.isEmpty() || m_rescueDismissed) {
+    const QString newest = m_rescueDismissed ? QString() : m_services.links.rescuedDataKeys().value(0);
+    // Buttons that are made anew would lose the focus.
+    if (newest == std::exchange(m_rescueOffered, newest))
+        return;
+    if (newest.isEmpty()) {
         m_rescueNotice->hide();
         return;
     }
-    const QString &newest = keys.constFirst();
     m_rescueNotice->showNotice(text("settings.rescued.message %@"_text, newest),
                                {{text("settings.rescued.restore"_text), [this, newest] { restoreRescued(newest); }}});
 }
@@ -296,6 +301,7 @@ void LinksSection::restoreRescued(const QString &key)
 {
     if (m_services.links.restoreRescuedData(key)) {
         m_rescueDismissed = true;
+        m_rescueOffered.clear();
         m_rescueNotice->hide();
         return;
     }
