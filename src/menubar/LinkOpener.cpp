@@ -1,6 +1,7 @@
 #include "menubar/LinkOpener.h"
 
 #include "base/AddressSchemes.h"
+#include "base/DisplayTitle.h"
 #include "base/Text.h"
 #include "links/BookmarkMaintenance.h"
 #include "links/LinkStore.h"
@@ -23,19 +24,23 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcMenuBar, "MenuBarManager", QtInfoMsg)
 
+/// Of a name in the question whether to open it.
+constexpr qsizetype longestName = 120;
+
 QString reasonOf(const LocalProgram &program)
 {
+    const QString file = displayTitle(program.file);
     switch (program.kind) {
     case ProgramKind::Executable:
-        return text("openProgram.executable %@"_text, program.file);
+        return text("openProgram.executable %@"_text, file);
     case ProgramKind::Script:
-        return text("openProgram.script %@"_text, program.file);
+        return text("openProgram.script %@"_text, file);
     case ProgramKind::DesktopEntry:
-        return text("openProgram.desktopEntry %@"_text, program.file);
+        return text("openProgram.desktopEntry %@"_text, file);
     case ProgramKind::ProgramFile:
-        return text("openProgram.programFile %@"_text, program.file);
+        return text("openProgram.programFile %@"_text, file);
     case ProgramKind::OnShare:
-        return text("openProgram.onShare %@"_text, program.file);
+        return text("openProgram.onShare %@"_text, file);
     }
     Q_UNREACHABLE();
 }
@@ -199,9 +204,10 @@ void LinkOpener::ask(const QString &name, const LocalProgram &program, const Ste
     qCInfo(lcMenuBar, "A link from elsewhere leads to a program; asking first");
     Alert alert;
     alert.style = Alert::Style::Warning;
-    alert.message = text("openProgram.title %@"_text, name);
+    alert.message = text("openProgram.title %@"_text, displayTitle(name, longestName));
     alert.informativeText = reasonOf(program) + u"\n\n"_s + text("openProgram.message"_text);
     alert.buttons = {text("openProgram.open"_text), text("sheet.cancel"_text)};
+    alert.defaultButton = 1;
     m_caution->alerts.show(alert, [self = QPointer<LinkOpener>(this), allowed](int button) {
         if (self && button == 0)
             allowed();

@@ -12,11 +12,12 @@ namespace orvelle {
 struct Alert {
     enum class Style { Information, Warning, Critical };
     Style style = Style::Information;
-    QString message;         ///< the title line
-    QString informativeText; ///< the smaller text below it
+    QString message;         ///< the title line; of an overlong one the ends are shown
+    QString informativeText; ///< the smaller text below it, likewise
     QStringList buttons;     ///< at least one
     int escapeButton = -1;   ///< the one that Escape means; the last when negative
     QString symbol = {};     ///< drawn instead of the picture for the style
+    int defaultButton = 0;   ///< the one that Enter means, and that has the focus first
 };
 
 /// Shows alerts, one after the other. Main thread.

@@ -117,6 +117,17 @@ TEST_F(LinkOpenerTest, TheQuestionNamesTheFileAndIsAskedOnce)
     EXPECT_EQ(choose(moved), u"asked"_s) << "what was allowed was another file";
 }
 
+TEST_F(LinkOpenerTest, TheQuestionFitsWhateverTheNameIs)
+{
+    LinkItem link = arrived(LinkType::File, tool);
+    link.name = u"Invoice\n"_s + QString(20000, u'x') + u"\nnothing to worry about"_s;
+    ASSERT_EQ(choose(link), u"asked"_s);
+    const Alert &alert = shell.alerts.shown.constLast();
+    EXPECT_LT(alert.message.size(), 200);
+    EXPECT_FALSE(alert.message.contains(u'\n')) << "a name is no paragraph of ours";
+    EXPECT_EQ(alert.defaultButton, 1) << "Enter runs nothing";
+}
+
 TEST_F(LinkOpenerTest, AddressesInTextsAskEachTime)
 {
     const auto open = [this](const QString &address) {

@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTextLayout>
@@ -125,6 +126,41 @@ TEST_F(MessageAlertsTest, NoNameIsTooLongToBeRead)
         EXPECT_GE((*label)->height() + 1, height);
         button(0)->click();
     }
+}
+
+TEST_F(MessageAlertsTest, TheButtonsStayOnTheScreenWhateverTheTextsAre)
+{
+    const QString wide = QStringLiteral("W").repeated(20000);
+    const QString lines = QStringLiteral("line\n").repeated(5000);
+    const struct {
+        QString message;
+        QString text;
+    } cases[] = {{QStringLiteral("“%1” leads to a program").arg(wide), QStringLiteral("short")},
+                 {lines, QStringLiteral("short")},
+                 {QStringLiteral("Title"), wide},
+                 {QStringLiteral("Title"), lines + QStringLiteral("the end")},
+                 {wide, wide}};
+    for (const auto &each : cases) {
+        alerts.show({Alert::Style::Warning, each.message, each.text, {QStringLiteral("OK")}});
+        const QRect screen = alertOnScreen()->screen()->availableGeometry();
+        EXPECT_LE(alertOnScreen()->height(), screen.height());
+        EXPECT_LE(alertOnScreen()->width(), screen.width());
+        EXPECT_TRUE(alertOnScreen()->rect().contains(button(0)->geometry()));
+        EXPECT_LT(alertOnScreen()->accessibleName().size(), 1000);
+        EXPECT_TRUE(alertOnScreen()->accessibleDescription().endsWith(each.text.right(7)));
+        button(0)->click();
+    }
+}
+
+TEST_F(MessageAlertsTest, EnterMeansTheDefaultButton)
+{
+    Alert cautious = question("a");
+    cautious.defaultButton = 2;
+    alerts.show(cautious, [this](int chosen) { answers += QString::number(chosen); });
+    EXPECT_TRUE(button(2)->isDefault());
+    EXPECT_EQ(alertOnScreen()->focusWidget(), button(2)) << "the space bar presses what has the focus";
+    QTest::keyClick(alertOnScreen(), Qt::Key_Return);
+    EXPECT_EQ(answers, QStringList{QStringLiteral("2")});
 }
 
 TEST(PlainToolTip, ShowsEachTextAsItStands)

@@ -217,6 +217,7 @@ TEST_F(SyncSectionTest, LoadsOnlyAfterTheWarning)
     open();
     click("syncLoad");
     EXPECT_EQ(world.alerts.shown.constLast().style, Alert::Style::Warning);
+    EXPECT_EQ(world.alerts.shown.constLast().defaultButton, 1);
     world.alerts.userChooses(1);
     EXPECT_EQ(sync.asked, QStringList());
     click("syncLoad");

@@ -1,5 +1,6 @@
 #include "ui/common/MessageAlerts.h"
 
+#include "base/DisplayTitle.h"
 #include "platform/WindowSystem.h"
 #include "ui/common/Icons.h"
 #include "ui/common/LineText.h"
@@ -10,6 +11,9 @@
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QWindow>
 
@@ -23,6 +27,8 @@ namespace {
 Q_LOGGING_CATEGORY(lcAlerts, "Alerts", QtInfoMsg)
 
 constexpr int textColumnWidth = 380;
+/// More than any text of ours with the name of a file in it.
+constexpr qsizetype longestText = 2000;
 /// Buttons wider than this together stand below each other.
 constexpr int buttonRowLimit = 620;
 
@@ -62,9 +68,28 @@ QLabel *titleLabel(const QString &text, QWidget *parent)
     return label;
 }
 
+/// The label itself, or a view that scrolls it where it would take more than
+/// half of the screen's height.
+QWidget *textWithinScreen(QLabel *label, QDialog *dialog)
+{
+    const int most = dialog->screen()->availableSize().height() / 2;
+    if (label->heightForWidth(textColumnWidth) <= most)
+        return label;
+    auto *view = new QScrollArea(dialog);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setWidgetResizable(true);
+    view->setWidget(label);
+    view->viewport()->setAutoFillBackground(false);
+    label->setAutoFillBackground(false);
+    view->setMinimumWidth(textColumnWidth + view->verticalScrollBar()->sizeHint().width());
+    view->setFixedHeight(most);
+    return view;
+}
+
 /// The buttons in the order given. A button box would sort them by the
 /// desktop's conventions, and which one a position means would be lost.
-QBoxLayout *buttonRow(const QStringList &titles, QDialog *dialog)
+QBoxLayout *buttonRow(const QStringList &titles, int defaultButton, QDialog *dialog)
 {
     auto *row = new QHBoxLayout;
     row->setSpacing(8);
@@ -74,10 +99,10 @@ QBoxLayout *buttonRow(const QStringList &titles, QDialog *dialog)
         auto *button = new QPushButton(QString(titles[index]).replace(u'&', QStringLiteral("&&")), dialog);
         button->setObjectName(QStringLiteral("alertButton%1").arg(index));
         button->setAutoDefault(true);
-        button->setDefault(index == 0);
+        button->setDefault(index == defaultButton);
         button->setMinimumWidth(std::max(button->sizeHint().width(), button->fontMetrics().averageCharWidth() * 12));
         QObject::connect(button, &QPushButton::clicked, dialog, [dialog, index] { dialog->done(index); });
-        if (index == 0)
+        if (index == defaultButton)
             button->setFocus();
         row->addWidget(button);
         width += button->sizeHint().width() + row->spacing();
@@ -112,8 +137,11 @@ QDialog *makeDialog(const Alert &alert)
     dialog->setWindowModality(Qt::ApplicationModal);
     // The question may come while another program has the focus.
     dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
-    dialog->setAccessibleName(alert.message);
-    dialog->setAccessibleDescription(alert.informativeText);
+    // What comes from outside must not push the buttons off the screen.
+    const QString message = displayTitle(alert.message);
+    const QString informativeText = shortened(alert.informativeText, longestText);
+    dialog->setAccessibleName(message);
+    dialog->setAccessibleDescription(informativeText);
 
     auto *picture = new QLabel(dialog);
     const int size = dialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, dialog);
@@ -126,12 +154,12 @@ QDialog *makeDialog(const Alert &alert)
     grid->setHorizontalSpacing(16);
     grid->setVerticalSpacing(8);
     grid->addWidget(picture, 0, 0, 3, 1, Qt::AlignTop);
-    grid->addWidget(titleLabel(alert.message, dialog), 0, 1);
-    if (!alert.informativeText.isEmpty())
-        grid->addWidget(plainLabel(alert.informativeText, dialog), 1, 1);
+    grid->addWidget(titleLabel(message, dialog), 0, 1);
+    if (!informativeText.isEmpty())
+        grid->addWidget(textWithinScreen(plainLabel(informativeText, dialog), dialog), 1, 1);
     grid->setRowMinimumHeight(2, 8);
     grid->setRowStretch(2, 1);
-    grid->addLayout(buttonRow(alert.buttons, dialog), 3, 0, 1, 2);
+    grid->addLayout(buttonRow(alert.buttons, alert.defaultButton, dialog), 3, 0, 1, 2);
     // A window's own minimum size does not reckon with wrapped lines.
     const int width = grid->totalMinimumSize().width();
     dialog->setFixedSize(width, grid->totalHeightForWidth(width));

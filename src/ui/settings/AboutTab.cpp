@@ -160,14 +160,15 @@ void AboutTab::refresh()
 
 void AboutTab::askToClearDebugData()
 {
-    m_services.alerts.show({Alert::Style::Warning,
-                            text("debug.clearTitle"_text),
-                            text("debug.clearMessage"_text),
-                            {text("debug.clear"_text), text("sheet.cancel"_text)}},
-                           [&debugMode = m_services.debugMode](int button) {
-                               if (button == 0 && !debugMode.isDebugMode())
-                                   debugMode.clearDebugData();
-                           });
+    Alert alert{Alert::Style::Warning,
+                text("debug.clearTitle"_text),
+                text("debug.clearMessage"_text),
+                {text("debug.clear"_text), text("sheet.cancel"_text)}};
+    alert.defaultButton = 1;
+    m_services.alerts.show(alert, [&debugMode = m_services.debugMode](int button) {
+        if (button == 0 && !debugMode.isDebugMode())
+            debugMode.clearDebugData();
+    });
 }
 
 } // namespace orvelle

@@ -78,10 +78,11 @@ void SyncSection::syncNow()
 
 void SyncSection::askToLoad()
 {
-    const Alert alert{Alert::Style::Warning,
-                      text("cloudSync.loadConfirmTitle"_text),
-                      text("cloudSync.loadConfirmMessage"_text),
-                      {text("cloudSync.loadConfirmAction"_text), text("sheet.cancel"_text)}};
+    Alert alert{Alert::Style::Warning,
+                text("cloudSync.loadConfirmTitle"_text),
+                text("cloudSync.loadConfirmMessage"_text),
+                {text("cloudSync.loadConfirmAction"_text), text("sheet.cancel"_text)}};
+    alert.defaultButton = 1;
     m_services.alerts.show(alert, [self = QPointer<SyncSection>(this)](int button) {
         if (self && button == 0)
             self->load();
@@ -130,10 +131,11 @@ void SyncSection::askForPassphrase()
 
 void SyncSection::askToRemoveEncryption()
 {
-    const Alert alert{Alert::Style::Warning,
-                      text("cloudSync.decryptTitle"_text),
-                      text("cloudSync.decryptMessage"_text),
-                      {text("cloudSync.decryptAction"_text), text("sheet.cancel"_text)}};
+    Alert alert{Alert::Style::Warning,
+                text("cloudSync.decryptTitle"_text),
+                text("cloudSync.decryptMessage"_text),
+                {text("cloudSync.decryptAction"_text), text("sheet.cancel"_text)}};
+    alert.defaultButton = 1;
     m_services.alerts.show(alert, [self = QPointer<SyncSection>(this)](int button) {
         if (!self || button != 0)
             return;
