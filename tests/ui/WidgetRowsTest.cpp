@@ -203,6 +203,23 @@ TEST(CustomTimer, StartsOnlyWithADurationAndTellsOnce)
     }
 }
 
+TEST(CustomTimer, ReturnPressesTheButtonThatHasTheFocus)
+{
+    for (const char *focused : {"cancel", "start", "hours"}) {
+        int started = 0;
+        int cancelled = 0;
+        CustomTimerView view([&](qint64) { ++started; }, [&] { ++cancelled; });
+        view.setAttribute(Qt::WA_DeleteOnClose, false);
+        view.show();
+        auto *widget = view.findChild<QWidget *>(QString::fromLatin1(focused));
+        widget->setFocus();
+        QTest::keyClick(widget, Qt::Key_Return);
+        EXPECT_EQ(started, focused == QByteArray("cancel") ? 0 : 1) << focused;
+        EXPECT_EQ(cancelled, 1 - started) << focused;
+        EXPECT_FALSE(view.isVisible());
+    }
+}
+
 TEST(WidgetSections, WriteWhatIsChosenAndShowWhatChanges)
 {
     WidgetsWorld world;

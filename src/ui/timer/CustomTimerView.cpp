@@ -118,7 +118,10 @@ void CustomTimerView::keyPressEvent(QKeyEvent *event)
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        start();
+        if (auto *focused = qobject_cast<QPushButton *>(focusWidget()))
+            focused->click();
+        else
+            start();
         return;
     default:
         QWidget::keyPressEvent(event);
