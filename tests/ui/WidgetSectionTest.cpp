@@ -1,12 +1,17 @@
 #include "ui/settings/WidgetSection.h"
 
 #include "ui/UiWorld.h"
+#include "ui/settings/PageScroll.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QListWidget>
+#include <QScrollBar>
+#include <QSpinBox>
 #include <QTest>
+#include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -112,6 +117,43 @@ TEST(WidgetsTabTest, ASectionIsMadeWhenItIsFirstLookedAt)
     EXPECT_EQ(made, 1);
     world.widgetOrder.moveUp(WidgetType::Timer);
     EXPECT_EQ(made, 1);
+}
+
+TEST(PageScrollTest, TheWheelScrollsPastWhatHasNotTheFocus)
+{
+    auto *page = new QWidget;
+    auto *column = new QVBoxLayout(page);
+    auto *choice = new QComboBox;
+    choice->addItems({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+    auto *number = new QSpinBox;
+    for (QWidget *widget : {static_cast<QWidget *>(choice), static_cast<QWidget *>(number), new QWidget})
+        column->addWidget(widget);
+    column->itemAt(2)->widget()->setMinimumHeight(2000);
+    PageScroll scroll(page);
+    scroll.resize(200, 200);
+    scroll.show();
+    scroll.activateWindow();
+    QApplication::processEvents();
+    const auto turnOver = [&scroll](QWidget *field) {
+        scroll.verticalScrollBar()->setValue(100);
+        const QPointF at(field->rect().center());
+        QWheelEvent wheel(at, field->mapToGlobal(at), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&wheel); // only such a one goes on to the widget around
+        qApp->notify(field, &wheel);
+        return scroll.verticalScrollBar()->value() != 100;
+    };
+    for (QWidget *field : {static_cast<QWidget *>(choice), static_cast<QWidget *>(number)}) {
+        page->setFocus();
+        choice->setCurrentIndex(1);
+        number->setValue(7);
+        EXPECT_TRUE(turnOver(field));
+        EXPECT_EQ(choice->currentIndex(), 1);
+        EXPECT_EQ(number->value(), 7);
+        EXPECT_NE(field->focusPolicy(), Qt::WheelFocus) << "the wheel would give it the focus";
+        field->setFocus();
+        EXPECT_FALSE(turnOver(field));
+        EXPECT_TRUE(choice->currentIndex() != 1 || number->value() != 7);
+    }
 }
 
 } // namespace orvelle

@@ -1,5 +1,7 @@
 #include "ui/settings/PageScroll.h"
 
+#include "ui/common/WheelToPage.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QLayout>
@@ -24,6 +26,7 @@ PageScroll::PageScroll(QWidget *page, QWidget *parent) : QScrollArea(parent)
     viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
     page->installEventFilter(this);
+    leaveWheelToPage(page);
 }
 
 QSize PageScroll::sizeHint() const

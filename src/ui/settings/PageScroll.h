@@ -6,6 +6,7 @@ namespace orvelle {
 
 /// Holds a page that is as large as the view, and scrolls it up and down where
 /// the view is smaller than the page can get. Never narrower than the page.
+/// The wheel scrolls it, and changes nothing on the page that has not the focus.
 class PageScroll : public QScrollArea
 {
     Q_OBJECT
