@@ -127,16 +127,18 @@ protected:
         QMetaObject::invokeMethod(dialog, "accept");
     }
 
-    /// Of which something is a document.
+    /// All of which are documents.
     void drop(const QStringList &paths)
     {
-        controller.openDropped(paths, &window, [] { ADD_FAILURE() << "no document"; });
+        controller.openDropped(paths, &window, [](const QStringList &rest) { ADD_FAILURE() << rest.size(); });
     }
-    bool isNoDocument(const QStringList &paths)
+    /// What is no document among the paths.
+    QStringList restOf(const QStringList &paths)
     {
-        bool none = false;
-        controller.openDropped(paths, &window, [&none] { none = true; });
-        return QTest::qWaitFor([&none] { return none; });
+        QStringList found;
+        controller.openDropped(paths, &window, [&found](const QStringList &rest) { found = rest; });
+        EXPECT_TRUE(QTest::qWaitFor([&found] { return !found.isEmpty(); }));
+        return found;
     }
 
     QString shown() const { return outlineOf(world.links.links()); }
@@ -273,9 +275,13 @@ TEST_F(ExchangeControllerTest, KnowsWhatIsNoDocument)
     const std::pair<const char *, QByteArray> cases[] = {
         {"notes.txt", "text"}, {"picture.png", "\x89PNG"}, {"page.html", "<html><p>hello"}, {"empty", ""}};
     for (const auto &[name, content] : cases)
-        EXPECT_TRUE(isNoDocument({write(name, content)})) << name;
+        EXPECT_EQ(restOf({write(name, content)}).size(), 1) << name;
     QDir(world.folder.path()).mkdir(u"plain"_s);
-    EXPECT_TRUE(isNoDocument({world.folder.filePath(u"plain"_s), u"/missing"_s}));
+    const QStringList plain{world.folder.filePath(u"plain"_s), u"/missing"_s};
+    EXPECT_EQ(restOf(plain), plain);
+    // Beside a document, too.
+    EXPECT_EQ(restOf({plain[0], write("beside.ovexport", document("x")), plain[1]}), plain);
+    nextDialog<ImportDialog>()->reject();
     // The name says nothing, the content does.
     drop({write("backup", document("x"))});
     nextDialog<ImportDialog>()->reject();

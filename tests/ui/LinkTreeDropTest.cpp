@@ -90,9 +90,16 @@ TEST_F(LinkTreeDropTest, FilesAndAddressesBecomeLinksWhereTheyFall)
     world.exchange.takesDrops = false;
     QMimeData web;
     web.setUrls({QUrl(QStringLiteral("https://example.org/page"))});
-    const QString titled = QStringLiteral("https://example.org/page\nThe page");
-    web.setData(QStringLiteral("text/x-moz-url"),
-                QByteArray(reinterpret_cast<const char *>(titled.utf16()), titled.size() * 2));
+    const auto titled = [&web](const QString &title) {
+        const QString data = QStringLiteral("https://example.org/page\n") + title;
+        web.setData(QStringLiteral("text/x-moz-url"),
+                    QByteArray(reinterpret_cast<const char *>(data.utf16()), data.size() * 2));
+    };
+    titled(QString(100'000, u'x'));
+    EXPECT_TRUE(drop(web, "c", 0.2));
+    EXPECT_LE(world.links.links().at(2).name.size(), 500);
+    world.links.undo();
+    titled(QStringLiteral("The page"));
     EXPECT_TRUE(drop(web, "c", 0.2));
     EXPECT_EQ(outline(), "a f[b] The page c");
 
@@ -106,6 +113,9 @@ TEST_F(LinkTreeDropTest, FilesAndAddressesBecomeLinksWhereTheyFall)
     world.exchange.takesDrops = true;
     EXPECT_TRUE(drop(files, "f", 0.5));
     EXPECT_EQ(item("f").children->size(), 3) << "it was one";
+    world.exchange.leaves = {QStringLiteral("/tmp/one.txt")};
+    EXPECT_TRUE(drop(files, "f", 0.5));
+    EXPECT_EQ(item("f").children->size(), 4) << "the other one was";
 
     QMimeData script;
     script.setText(QStringLiteral("javascript:alert(1)"));

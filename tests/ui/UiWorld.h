@@ -40,17 +40,18 @@ class FakeExchangeDialogs : public ExchangeDialogs
 public:
     QStringList asked;
     bool takesDrops = true;
+    QStringList leaves; ///< what is no document among what it takes
 
     void exportDocument(QWidget *) override { asked += QStringLiteral("export"); }
     void importDocument(QWidget *) override { asked += QStringLiteral("import"); }
     void importBookmarks(QWidget *) override { asked += QStringLiteral("importBookmarks"); }
     void exportBookmarks(QWidget *) override { asked += QStringLiteral("exportBookmarks"); }
     void importLinkFolder(QWidget *) override { asked += QStringLiteral("importLinkFolder"); }
-    void openDropped(const QStringList &paths, QWidget *, const std::function<void()> &none) override
+    void openDropped(const QStringList &paths, QWidget *, const std::function<void(const QStringList &)> &rest) override
     {
         asked += QStringLiteral("dropped:") + paths.join(u',');
-        if (!takesDrops)
-            none();
+        if (const QStringList left = takesDrops ? leaves : paths; !left.isEmpty())
+            rest(left);
     }
 };
 

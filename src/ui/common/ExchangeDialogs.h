@@ -25,9 +25,10 @@ public:
     /// A folder of link files (.desktop, .url, .webloc).
     virtual void importLinkFolder(QWidget *parent) = 0;
     /// Documents dropped on the window: each is taken for what its name and
-    /// content say. `none` runs, then or later, when none of the paths is such
-    /// a document.
-    virtual void openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none) = 0;
+    /// content say. `rest` gets, then or later, those of the paths that are no
+    /// such documents; it does not run when there are none.
+    virtual void openDropped(const QStringList &paths, QWidget *parent,
+                             const std::function<void(const QStringList &)> &rest) = 0;
 };
 
 } // namespace orvelle

@@ -14,6 +14,7 @@
 #include "ui/exchange/ImportDialog.h"
 #include "ui/exchange/ImportReport.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
 
@@ -23,10 +24,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcExchange, "Exchange", QtInfoMsg)
 
-QString titleOf(const QString &path)
+QString titleOfFile(const QString &path)
 {
-    const QFileInfo info(path);
-    return info.isDir() ? info.fileName() : info.completeBaseName();
+    return QFileInfo(path).completeBaseName();
 }
 
 /// The settings that travel, as they are now.
@@ -64,7 +64,7 @@ void ExchangeController::exportBookmarks(QWidget *parent)
     m_files.askWhereToSave(
         ExchangeFiles::Kind::Bookmarks, parent, [this, window = Window(parent)](const QString &path) {
             const auto written = std::make_shared<WrittenBookmarks>();
-            const auto make = [written, links = m_services.links.links(), title = titleOf(path)] {
+            const auto make = [written, links = m_services.links.links(), title = titleOfFile(path)] {
                 *written = writeBookmarksHtml(links, title);
                 return written->html;
             };
@@ -108,28 +108,28 @@ void ExchangeController::importLinkFolder(QWidget *parent)
                           [this, window = Window(parent)](const QString &path) { openLinkFolder(path, window); });
 }
 
-void ExchangeController::openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none)
+void ExchangeController::openDropped(const QStringList &paths, QWidget *parent,
+                                     const std::function<void(const QStringList &)> &rest)
 {
-    const auto work = [this, paths, window = Window(parent), none](WorkProgress &) -> BackgroundWork::Finish {
+    const auto work = [this, paths, window = Window(parent), rest](WorkProgress &) -> BackgroundWork::Finish {
         DroppedKinds kinds;
         for (const QString &path : paths)
             kinds.insert(path, droppedKind(path));
-        return [this, paths, kinds, window, none] {
-            if (!open(paths, kinds, window))
-                none();
+        return [this, paths, kinds, window, rest] {
+            if (const QStringList others = open(paths, kinds, window); !others.isEmpty())
+                rest(others);
         };
     };
     BackgroundWork::start(this, parent, m_services.clock, text("import.working"_text), work);
 }
 
-/// False when nothing of it is ours.
-bool ExchangeController::open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent)
+/// Answers with those that are nothing of ours.
+QStringList ExchangeController::open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent)
 {
     QStringList linkFiles;
-    bool any = false;
+    QStringList others;
     for (const QString &path : paths) {
         const DroppedKind kind = kinds.value(path);
-        any = any || kind != DroppedKind::Nothing;
         if (kind == DroppedKind::Document)
             openDocument(path, parent);
         else if (kind == DroppedKind::Bookmarks)
@@ -138,11 +138,13 @@ bool ExchangeController::open(const QStringList &paths, const DroppedKinds &kind
             openLinkFolder(path, parent);
         else if (kind == DroppedKind::LinkFile)
             linkFiles += path;
+        else
+            others += path;
     }
     // Several files dropped together are one import, and one step back.
     if (!linkFiles.isEmpty())
         openLinkFiles(linkFiles, parent);
-    return any;
+    return others;
 }
 
 void ExchangeController::openDocument(const QString &path, QWidget *parent)
@@ -225,12 +227,12 @@ void ExchangeController::openBookmarks(const QString &path, QWidget *parent)
             return bytes.error();
         return readBookmarksHtml(*bytes, now, &progress);
     };
-    openForeign(titleOf(path), parent, read);
+    openForeign(titleOfFile(path), parent, read);
 }
 
 void ExchangeController::openLinkFolder(const QString &path, QWidget *parent)
 {
-    openForeign(titleOf(path), parent, [path, now = m_services.clock.now()](WorkProgress &progress) {
+    openForeign(QDir(path).dirName(), parent, [path, now = m_services.clock.now()](WorkProgress &progress) {
         return readLinkFolder(path, now, &progress);
     });
 }

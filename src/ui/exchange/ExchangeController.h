@@ -49,7 +49,8 @@ public:
     void importBookmarks(QWidget *parent) override;
     void exportBookmarks(QWidget *parent) override;
     void importLinkFolder(QWidget *parent) override;
-    void openDropped(const QStringList &paths, QWidget *parent, const std::function<void()> &none) override;
+    void openDropped(const QStringList &paths, QWidget *parent,
+                     const std::function<void(const QStringList &)> &rest) override;
 
     void performFileImport(const QByteArray &data, Mode mode) override;
     void performFileSync(const QByteArray &data) override;
@@ -65,7 +66,7 @@ private:
     };
 
     using DroppedKinds = QHash<QString, DroppedKind>;
-    bool open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent);
+    QStringList open(const QStringList &paths, const DroppedKinds &kinds, QWidget *parent);
     void openDocument(const QString &path, QWidget *parent);
     void openForeign(const QString &title, QWidget *parent, const std::function<Foreign(WorkProgress &)> &read);
     void openBookmarks(const QString &path, QWidget *parent);

@@ -114,10 +114,11 @@ void LinkCommands::addDropped(const QMimeData &data, const Group &group, const s
     m_services.clock.after(0ms, this, [=, this] {
         if (!files)
             return addTexts(texts, title, group, at);
-        m_services.exchange.openDropped(texts, m_tree.window(), [=, self = QPointer<LinkCommands>(this)] {
-            if (self)
-                self->addTexts(texts, title, group, at);
-        });
+        m_services.exchange.openDropped(texts, m_tree.window(),
+                                        [=, self = QPointer<LinkCommands>(this)](const QStringList &rest) {
+                                            if (self)
+                                                self->addTexts(rest, title, group, at);
+                                        });
     });
 }
 

@@ -301,7 +301,7 @@ void SettingsWindow::dropEvent(QDropEvent *event)
     event->accept();
     // Not from inside the drag: the dialogs would keep the other program waiting.
     m_p->services.clock.after(0ms, this, [this, paths] {
-        m_p->services.exchange.openDropped(paths, this, [self = QPointer<SettingsWindow>(this)] {
+        m_p->services.exchange.openDropped(paths, this, [self = QPointer<SettingsWindow>(this)](const QStringList &) {
             if (self)
                 self->showStatus(text("settings.dropRefused"_text));
         });
