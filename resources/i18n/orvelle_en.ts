@@ -2321,5 +2321,8 @@ You can change or remove everything here.</translation>
     <message id="cloudSync.failure.interrupted">
         <translation>This was interrupted. Please try again.</translation>
     </message>
+    <message id="settings.closeLoses">
+        <translation>What you typed here cannot be stored. Close the window again to drop it.</translation>
+    </message>
 </context>
 </TS>

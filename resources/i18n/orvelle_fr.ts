@@ -2321,5 +2321,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="cloudSync.failure.interrupted">
         <translation>Cette opération a été interrompue. Veuillez réessayer.</translation>
     </message>
+    <message id="settings.closeLoses">
+        <translation>Votre saisie ne peut pas être enregistrée. Fermez à nouveau la fenêtre pour y renoncer.</translation>
+    </message>
 </context>
 </TS>

@@ -189,6 +189,34 @@ TEST_F(LinkEditorTest, BadAddressesAndPathsStayInTheFieldWithTheReason)
               test::FakeFileBookmarks::bookmarkOf(QStringLiteral("/etc/hosts")));
 }
 
+TEST_F(LinkEditorTest, ClosingTheWindowOverWhatCannotBeStoredTakesTwice)
+{
+    open("a");
+    select("a");
+    type(path(), "half-typed");
+    window->showTab(QStringLiteral("widgets"));
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(status(), text("settings.closeLoses"_text));
+    EXPECT_TRUE(path()->hasFocus());
+    EXPECT_EQ(path()->text(), QStringLiteral("half-typed"));
+    EXPECT_FALSE(problem().isEmpty());
+    type(path(), "another try");
+    window->close();
+    EXPECT_TRUE(window->isVisible()) << "another text, another warning";
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+
+    openAgain();
+    select("a");
+    type(path(), "half-typed");
+    window->close();
+    type(path(), "https://example.org/whole");
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(item("a").path, QStringLiteral("https://example.org/whole"));
+}
+
 TEST_F(LinkEditorTest, LooksOfSeveralChangeAsOneStep)
 {
     open("f[x] g");

@@ -105,6 +105,18 @@ bool LinkEditor::isBeingTyped() const
     return m_name->isModified() || m_path->isModified();
 }
 
+std::optional<QString> LinkEditor::unstored() const
+{
+    return isBeingTyped() ? std::optional(m_name->text() + u'\n' + m_path->text()) : std::nullopt;
+}
+
+void LinkEditor::showUnstored()
+{
+    LinkField *field = m_path->isModified() ? m_path : m_name;
+    field->setFocus(Qt::OtherFocusReason);
+    m_scroll->ensureWidgetVisible(field);
+}
+
 void LinkEditor::refresh()
 {
     LinkList items;

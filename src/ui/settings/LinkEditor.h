@@ -6,6 +6,8 @@
 #include <QUuid>
 #include <QWidget>
 
+#include <optional>
+
 class QCheckBox;
 class QLabel;
 class QPushButton;
@@ -39,6 +41,11 @@ public:
     void setItems(const QList<QUuid> &ids);
     /// Hands over what is still being typed.
     void commit();
+    /// What is in the fields after commit() because it cannot be stored, and
+    /// would be lost with them; absent without such.
+    std::optional<QString> unstored() const;
+    /// Shows the field that holds it, with the focus.
+    void showUnstored();
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -108,6 +108,7 @@ public:
     void restoreState();
     void showTab(const QString &name);
     void showDebugMode();
+    bool warnsOfLoss();
 
     void switchTab(int by)
     {
@@ -131,6 +132,7 @@ public:
     StatusLine *status;
     DropVeil *veil;
     bool hasAppeared = false;
+    std::optional<QString> warnedOf; ///< what was typed and would be lost
 };
 
 void SettingsWindow::Private::makeTabs()
@@ -190,6 +192,21 @@ void SettingsWindow::Private::showDebugMode()
     }
     debugNotice->showNotice(text("debug.notice"_text),
                             {{text("debug.exitMode"_text), [this] { services.debugMode.toggle(); }}}, false);
+}
+
+/// Once about the same text: who closes the window again means it.
+bool SettingsWindow::Private::warnsOfLoss()
+{
+    auto *editor = window->findChild<LinkEditor *>();
+    editor->commit();
+    const auto unstored = editor->unstored();
+    if (!unstored || unstored == warnedOf)
+        return false;
+    warnedOf = unstored;
+    showTab(QStringLiteral("general"));
+    editor->showUnstored();
+    window->showStatus(text("settings.closeLoses"_text));
+    return true;
 }
 
 SettingsWindow::SettingsWindow(const SettingsServices &services, QWidget *parent)
@@ -260,6 +277,10 @@ void SettingsWindow::showEvent(QShowEvent *event)
 
 void SettingsWindow::closeEvent(QCloseEvent *event)
 {
+    if (m_p->warnsOfLoss()) {
+        event->ignore();
+        return;
+    }
     UserDefaults &defaults = m_p->services.defaults;
     writeIfNew(defaults, geometryKey(), saveGeometry());
     writeIfNew(defaults, tabKey(), m_p->tabs->currentWidget()->objectName());

@@ -75,7 +75,8 @@ struct SettingsServices {
 
 /// The settings: General, Widgets, Sync and About. Its objectName is
 /// "SettingsWindow". Closing hides nothing elsewhere; make one with new, show
-/// it, and it deletes itself when closed (WA_DeleteOnClose). Remembers its size
+/// it, and it deletes itself when closed (WA_DeleteOnClose). The first close() stays
+/// without effect while something is typed that cannot be stored. Remembers its size
 /// and its tab. On the first launch ever it shows the welcome content by
 /// itself. Documents dropped on it go to ExchangeDialogs::openDropped().
 class SettingsWindow : public QWidget
