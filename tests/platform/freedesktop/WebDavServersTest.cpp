@@ -120,13 +120,17 @@ TEST(WebDavServers, AnUnchangedFileCostsOneSmallRoundTripAlsoAfterARestart)
 
 TEST(WebDavServers, AnUploadThatWasCutIsSetRightByTheNext)
 {
+    constexpr qsizetype nothing = -1;
+    constexpr qsizetype theirs = -2;
     struct Case {
         const char *what;
-        qsizetype arrives; ///< bytes of the upload that the server stores before it dies; -1: all
+        qsizetype arrives; ///< bytes of the upload that the server stores before it dies
+        const char *read;  ///< what it is to whoever looks before writing
         const char *second;
     };
-    for (const Case &c : {Case{"nothing arrives", 0, "ok"}, Case{"half arrives", 5, "ok"},
-                          Case{"all arrives", -1, "ok"}, Case{"another machine was there meanwhile", -2, "Conflict"}}) {
+    for (const Case &c : {Case{"nothing arrives", nothing, "ok", "ok"}, Case{"it is emptied", 0, "Missing", "ok"},
+                          Case{"half arrives", 5, "Missing", "ok"}, Case{"all arrives", 100, "ok", "ok"},
+                          Case{"another machine was there meanwhile", theirs, "ok", "Conflict"}}) {
         SCOPED_TRACE(c.what);
         test::WaitedForClock clock;
         OddDavServer server(clock);
@@ -136,15 +140,16 @@ TEST(WebDavServers, AnUploadThatWasCutIsSetRightByTheNext)
         server.whim = [&](const OddDavServer::Request &request) -> std::optional<QByteArray> {
             if (request.method != "PUT" || request.name != file)
                 return std::nullopt;
-            if (c.arrives != 0)
-                server.put(file, c.arrives == -2 ? "theirs" : request.body.left(c.arrives));
+            if (c.arrives != nothing)
+                server.put(file, c.arrives == theirs ? "theirs" : request.body.left(c.arrives));
             return "HTTP/1.1 201 Created\r\nContent-Length: 10\r\nConnection: close\r\n\r\n";
         };
         EXPECT_NE(said(machine.write("second version", first->version)), "ok");
         server.whim = nullptr;
         clock.advance(10min);
+        EXPECT_EQ(said(machine.read()), c.read);
         EXPECT_EQ(said(machine.write("third version", first->version)), c.second);
-        EXPECT_EQ(server.files[file].bytes, c.arrives == -2 ? "theirs" : "third version");
+        EXPECT_EQ(server.files[file].bytes, c.arrives == theirs ? "theirs" : "third version");
     }
 }
 

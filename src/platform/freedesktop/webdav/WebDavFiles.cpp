@@ -41,6 +41,12 @@ CloudFile WebDavFiles::read(const QString &name)
             throw CloudError{Kind::Io, u"unchanged, but nothing was known"_s};
         return {copy->bytes, copy->version, copy->modifiedAt};
     }
+    // The machine that tore it had read what it replaced, and will write it again.
+    const auto sent = m_unanswered.constFind(name);
+    if (sent != m_unanswered.constEnd() && answer->body.size() < sent->size() && sent->startsWith(answer->body)) {
+        m_copies.drop(name);
+        throw CloudError{Kind::Missing, u"only a part of what was sent from here"_s};
+    }
     if (answer->body.isEmpty())
         throw CloudError{Kind::NoData, u"an empty file"_s};
     return kept(name, copyOf(answer->body, webdav::strongTag(*answer), webdav::modifiedAt(*answer)));
