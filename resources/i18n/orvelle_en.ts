@@ -2324,5 +2324,8 @@ You can change or remove everything here.</translation>
     <message id="settings.closeLoses">
         <translation>What you typed here cannot be stored. Close the window again to drop it.</translation>
     </message>
+    <message id="cloudSync.encryptionNotStored">
+        <translation>The choice about encryption could not be stored in the settings. Please try again.</translation>
+    </message>
 </context>
 </TS>

@@ -2324,5 +2324,8 @@ Vous pouvez tout modifier ou supprimer ici.</translation>
     <message id="settings.closeLoses">
         <translation>Votre saisie ne peut pas être enregistrée. Fermez à nouveau la fenêtre pour y renoncer.</translation>
     </message>
+    <message id="cloudSync.encryptionNotStored">
+        <translation>Le choix concernant le chiffrement n’a pas pu être enregistré dans les réglages. Veuillez réessayer.</translation>
+    </message>
 </context>
 </TS>

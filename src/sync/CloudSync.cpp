@@ -28,11 +28,12 @@ bool CloudSync::Private::enabled() const
     return s.defaults.get<bool>(key(autoSyncEnabledBaseKey())).value_or(false);
 }
 
-void CloudSync::Private::store(const QString &baseKey, const std::optional<DefaultsValue> &value)
+bool CloudSync::Private::store(const QString &baseKey, const std::optional<DefaultsValue> &value)
 {
     const auto stored = value ? s.defaults.write(key(baseKey), *value) : s.defaults.remove(key(baseKey));
     if (!stored)
         qCWarning(lcCloudSync).noquote() << "Could not store" << baseKey << stored.error().detail;
+    return stored.hasValue();
 }
 
 void CloudSync::Private::setLastWritten(const LinkExchange::Exported &exported)
@@ -111,6 +112,8 @@ SyncStatus CloudSync::Private::status() const
         now.failure = problem->sentence;
     if (upload || isMerging)
         now.state = State::Working;
+    else if (!enabled() && problem && problem->needsPassphrase)
+        now.state = State::NeedsPassphrase; // a set-up or a load waits for it
     else if (!enabled())
         now.state = State::Off;
     else if (!available())
@@ -127,8 +130,8 @@ SyncStatus CloudSync::Private::status() const
         now.state = State::Unavailable;
     else
         now.state = isInitialSyncComplete ? State::Current : State::Starting;
-    if (uploadTimer)
-        now.retryAt = retryAt;
+    if (uploadTimer && retry)
+        now.retryAt = retry->until;
     return now;
 }
 
@@ -144,8 +147,10 @@ void CloudSync::Private::announce()
 void CloudSync::Private::setProblem(const std::optional<SyncProblem> &now)
 {
     problem = now;
-    if (now && now->retryAfter)
-        notBefore = s.clock.now() + static_cast<double>(now->retryAfter->count());
+    if (now && now->retryAfter) {
+        const Timestamp from = s.clock.now();
+        notBefore = {from, from + static_cast<double>(now->retryAfter->count())};
+    }
     if (!now)
         notBefore.reset();
 }
@@ -203,10 +208,12 @@ void CloudSync::setAutoSyncEnabled(bool enabled)
     if (enabled == autoSyncEnabled())
         return;
     m_d->store(autoSyncEnabledBaseKey(), enabled);
-    if (enabled)
+    if (enabled) {
         startSyncFileMonitoring();
-    else
+    } else {
         m_d->stop();
+        m_d->setProblem(std::nullopt);
+    }
     m_d->announce();
 }
 

@@ -57,10 +57,11 @@ QString rawValue(SyncStatus::State state);
 
 /// What was held back, for the preview.
 struct HeldBackChange {
-    QString device; ///< who wrote it
-    MassRemoval removal;
-    SyncAnalysis analysis;
-    bool isLoad = false; ///< accepting it replaces all that is here, instead of merging
+    QString device = {}; ///< who wrote it
+    MassRemoval removal = {};
+    SyncAnalysis analysis = {};
+    bool isLoad = false;  ///< accepting it replaces all that is here, instead of merging
+    QString version = {}; ///< opaque; another one is another change
 };
 
 struct CloudSyncError {

@@ -52,8 +52,10 @@ void CloudSync::Private::noteSeen(const SyncDocument &document, const LinkList &
 void CloudSync::Private::checkRead(const Result<CloudFile, CloudError> &result, bool polled)
 {
     if (!result) {
-        if (result.error().kind == CloudError::Kind::Missing)
+        if (result.error().kind == CloudError::Kind::Missing) {
+            noteMissing();
             forgetBase();
+        }
         checkFailed(problemOf(result.error()), polled);
         return;
     }
@@ -63,7 +65,20 @@ void CloudSync::Private::checkRead(const Result<CloudFile, CloudError> &result, 
         checkTaken({});
         return;
     }
+    if (wouldBeHeldAgain() && !held->isCopy && held->document->version == result->version) {
+        checkTaken({.heldBack = true});
+        return;
+    }
     decode(*result, [this, polled](const ReadResult &read) { checked(read, polled); });
+}
+
+/// What was in the file is only here now, or in other machines that wait for
+/// it: the upload looks once more and then makes it anew.
+void CloudSync::Private::noteMissing()
+{
+    mustWrite = mustWrite || base();
+    deferred = deferred || mustWrite;
+    dropOvertaken();
 }
 
 void CloudSync::Private::checked(const ReadResult &result, bool polled)
@@ -95,7 +110,7 @@ void CloudSync::Private::checkTaken(const Taken &taken)
 {
     if (!problem || problem->reading) {
         failures = 0;
-        retryAt.reset();
+        retry.reset();
         setProblem(std::nullopt);
     }
     if (!taken.heldBack)

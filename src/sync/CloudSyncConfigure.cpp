@@ -15,6 +15,7 @@ void CloudSync::readForConfigure(const Found &completion)
 {
     Private &d = *m_d;
     d.readForUser([&d, answer = d.owed(completion)](const Private::ReadResult &read) {
+        d.notePassphraseNeeded(read);
         if (read) {
             PreparedImport found = (*read)->content;
             completeDates(found.items, d.s.clock.now());
@@ -25,6 +26,18 @@ void CloudSync::readForConfigure(const Found &completion)
             answer(CloudSyncError{CloudSyncError::Kind::ReadFailed, read.error().sentence});
         }
     });
+}
+
+/// While nothing is switched on no check tells that a passphrase is missing.
+void CloudSync::Private::notePassphraseNeeded(const ReadResult &read)
+{
+    const bool needed = !read && read.error().needsPassphrase;
+    if (!needed && !(read && problem && problem->needsPassphrase))
+        return;
+    setProblem(needed ? std::optional(read.error()) : std::nullopt);
+    if (problem)
+        problem->reading = true;
+    announce();
 }
 
 void CloudSync::disableCloudSync()

@@ -13,6 +13,23 @@ namespace orvelle {
 
 namespace {
 
+/// Asking again would show the user the prompt that was cancelled, so nothing
+/// but the user asks before the pause is over.
+SyncProblem noPassphrase(const SecretError &error)
+{
+    constexpr std::chrono::hours afterRefusal{1};
+    SyncProblem why = problemOf(CloudError{CloudError::Kind::NoSecretStore, error.detail, {}});
+    why.needsPassphrase = true;
+    if (error.kind == SecretError::Kind::Locked)
+        why.retryAfter = afterRefusal;
+    return why;
+}
+
+CloudSyncError notStored()
+{
+    return {CloudSyncError::Kind::WriteFailed, text("cloudSync.encryptionNotStored"_text)};
+}
+
 CloudSyncError noKeyring()
 {
     return {CloudSyncError::Kind::WriteFailed, cloudErrorText({CloudError::Kind::NoSecretStore, {}, {}})};
@@ -36,6 +53,19 @@ bool CloudSync::Private::encryptionOn() const
     return s.defaults.get<bool>(key(encryptedBaseKey())).value_or(false);
 }
 
+/// Also when the settings do not know it, as after they were lost: the keyring
+/// opened what is there, and nothing of it is to be sent in plain.
+bool CloudSync::Private::seals(const Upload &begun) const
+{
+    return !begun.unseals && (encryptionOn() || (begun.remote && begun.remote->encrypted));
+}
+
+void CloudSync::Private::noteSealed()
+{
+    if (!encryptionOn())
+        store(encryptedBaseKey(), true);
+}
+
 void CloudSync::Private::withCipher(const Then<Asked> &then)
 {
     if (cipher) {
@@ -45,9 +75,7 @@ void CloudSync::Private::withCipher(const Then<Asked> &then)
     using Found = Result<std::optional<QByteArray>, SecretError>;
     s.secrets.lookup(passphraseSecret(), fileName(), guarded([this, then](const Found &found) {
                          if (!found) {
-                             SyncProblem why = problemOf(CloudError{CloudError::Kind::NoSecretStore});
-                             why.needsPassphrase = true;
-                             then(why);
+                             then(noPassphrase(found.error()));
                          } else if (!*found) {
                              then(problemOf(SyncDocumentError{SyncDocumentError::Kind::NeedsPassphrase,
                                                               u"encrypted, and no passphrase known"_s}));
@@ -87,11 +115,11 @@ void CloudSync::Private::passphraseRead(const ChangePtr &change, const Result<Cl
         return;
     }
     if (!result || !isEncryptedSyncFile(result->bytes)) {
-        adoptPassphrase(change);
+        adoptPassphrase(change, false);
         return;
     }
     withCipher([this, change, bytes = result->bytes](const Asked &) {
-        withNextCipher([this, change, bytes] { tryPassphrase(change, bytes); });
+        withNextCipher([this, change, bytes](const Asked &) { tryPassphrase(change, bytes); });
     });
 }
 
@@ -112,7 +140,7 @@ void CloudSync::Private::tryPassphrase(const ChangePtr &change, const QByteArray
         },
         [this, change](const Opened &opened) {
             if (opened.byFresh)
-                return adoptPassphrase(change);
+                return adoptPassphrase(change, true);
             if (opened.byKnown)
                 return changePassphrase(change);
             const auto kind = opened.why == CipherError::Kind::WrongPassphrase
@@ -133,16 +161,22 @@ void CloudSync::Private::keepSecret(const QString &secret, const QByteArray &pas
                     }));
 }
 
-void CloudSync::Private::adoptPassphrase(const ChangePtr &change)
+void CloudSync::Private::adoptPassphrase(const ChangePtr &change, bool isSealed)
 {
-    keepSecret(passphraseSecret(), change->passphrase, [this, change](bool stored) {
+    keepSecret(passphraseSecret(), change->passphrase, [this, change, isSealed](bool stored) {
         if (!stored)
             return change->done(noKeyring());
-        store(encryptedBaseKey(), true);
+        if (!store(encryptedBaseKey(), true))
+            return change->done(notStored());
         cipher = change->cipher;
         dropNext();
         seen.reset();
-        writeAnew(nullptr, change->done);
+        if (!isSealed || enabled())
+            return writeAnew(std::make_shared<Upload>(), change->done);
+        // Whether the two are to be merged was not decided yet.
+        setProblem(std::nullopt);
+        announce();
+        change->done(SyncResult{});
     });
 }
 
@@ -154,11 +188,14 @@ void CloudSync::Private::changePassphrase(const ChangePtr &change)
     keepSecret(nextPassphraseSecret(), change->passphrase, [this, change](bool stored) {
         if (!stored)
             return change->done(noKeyring());
-        store(encryptedBaseKey(), true);
+        if (!store(encryptedBaseKey(), true))
+            return change->done(notStored());
         next = NextCipher{change->cipher, change->passphrase};
         nextLookedUp = true;
         seen.reset();
-        writeAnew(change->cipher, [this, change](const Result<SyncResult, CloudSyncError> &result) {
+        const auto anew = std::make_shared<Upload>();
+        anew->cipher = change->cipher;
+        writeAnew(anew, [this, change](const Result<SyncResult, CloudSyncError> &result) {
             if (!result)
                 return change->done(result);
             promoteNext([change, result] { change->done(result); });
@@ -166,10 +203,10 @@ void CloudSync::Private::changePassphrase(const ChangePtr &change)
     });
 }
 
-void CloudSync::Private::withNextCipher(const std::function<void()> &then)
+void CloudSync::Private::withNextCipher(const Then<Asked> &then)
 {
     if (nextLookedUp) {
-        then();
+        then(std::nullopt);
         return;
     }
     using Found = Result<std::optional<QByteArray>, SecretError>;
@@ -177,7 +214,7 @@ void CloudSync::Private::withNextCipher(const std::function<void()> &then)
                          nextLookedUp = found.hasValue();
                          if (found && *found)
                              next = NextCipher{std::make_shared<SyncCipher>(**found), **found};
-                         then();
+                         then(found ? std::nullopt : Asked(noPassphrase(found.error())));
                      }));
 }
 
@@ -223,14 +260,16 @@ void CloudSync::removeEncryption(const Done &completion)
     Private &d = *m_d;
     // The file is read with the passphrase once more, so that it can be
     // forgotten only after it was written in plain.
-    d.store(encryptedBaseKey(), false);
+    const auto plain = std::make_shared<Private::Upload>();
+    plain->unseals = true;
     d.seen.reset();
-    d.writeAnew(nullptr, [&d, answer = d.owed(completion)](const Result<SyncResult, CloudSyncError> &result) {
+    d.writeAnew(plain, [&d, answer = d.owed(completion)](const Result<SyncResult, CloudSyncError> &result) {
         if (!result) {
-            d.store(encryptedBaseKey(), true);
             answer(result);
             return;
         }
+        if (!d.store(encryptedBaseKey(), false)) // it is sealed again by the next upload, which needs the passphrase
+            return answer(notStored());
         using Removed = Result<SecretStore::Nothing, SecretError>;
         d.s.secrets.remove(passphraseSecret(), d.fileName(), d.guarded([&d, answer, result](const Removed &removed) {
             if (!removed)
@@ -243,11 +282,9 @@ void CloudSync::removeEncryption(const Done &completion)
 }
 
 /// Writes the file although nothing in it changes.
-void CloudSync::Private::writeAnew(const std::shared_ptr<SyncCipher> &with, const Done &done)
+void CloudSync::Private::writeAnew(const UploadPtr &anew, const Done &done)
 {
-    const auto anew = std::make_shared<Upload>();
     anew->forced = true;
-    anew->cipher = with;
     anew->done = owed(done);
     saveByHand(anew);
 }

@@ -33,23 +33,34 @@ std::optional<HeldBackChange> CloudSync::heldBack() const
 
 /// Nothing is stored of it: while the file stays as it is, each start comes to
 /// the same decision.
-bool CloudSync::Private::holdsBack(const DocumentPtr &document, SyncSource source, const Merged &merged)
+bool CloudSync::Private::holdsBack(const DocumentPtr &document, SyncSource source, const SyncMergeInput &input,
+                                   const Merged &merged)
 {
     if (!merged.outcome.massRemoval || !guardEnabled() || accepted == document->versionId)
         return false;
-    hold(document, *merged.outcome.massRemoval, *merged.analysis, false);
-    held->isCopy = source == SyncSource::ConflictCopy;
+    hold({.change = {.removal = *merged.outcome.massRemoval, .analysis = *merged.analysis},
+          .document = document,
+          .links = input.local,
+          .isCopy = source == SyncSource::ConflictCopy});
     return true;
 }
 
-void CloudSync::Private::hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis,
-                              bool isLoad)
+/// Whether the same decision would come of the same document, so that it need
+/// not be merged at each look.
+bool CloudSync::Private::wouldBeHeldAgain() const
 {
-    const ExportData &written = *document->content.document;
-    const bool sameAsBefore = held && held->document->versionId == document->versionId;
+    return held && !held->change.isLoad && guardEnabled() && held->links.isSharedWith(s.links.links());
+}
+
+void CloudSync::Private::hold(const Held &now)
+{
+    const MassRemoval &removal = now.change.removal;
+    const bool sameAsBefore = held && held->document->versionId == now.document->versionId;
     if (!sameAsBefore)
         qCWarning(lcCloudSync) << "Held back: a change would remove" << removal.removed << "of" << removal.of;
-    held = Held{{written.lastModifiedBy.value_or(QString()), removal, analysis, isLoad}, document};
+    held = now;
+    held->change.device = now.document->content.document->lastModifiedBy.value_or(QString());
+    held->change.version = now.document->versionId;
     deferred = deferred || uploadTimer;
     cancelPending();
     announce();

@@ -28,6 +28,7 @@ void CloudSync::loadFromCloud(const Done &completion)
 {
     Private &d = *m_d;
     d.readForUser([&d, answer = d.owed(completion)](const Private::ReadResult &read) {
+        d.notePassphraseNeeded(read);
         if (read) {
             d.load(*read, false, answer);
             return;
@@ -62,7 +63,9 @@ void CloudSync::Private::load(const DocumentPtr &document, bool decided, const D
             }
             if (!loading.removal || decided || !guardEnabled())
                 return done(replaceBy(document, loading));
-            hold(document, *loading.removal, *loading.analysis, true);
+            hold({.change = {.removal = *loading.removal, .analysis = *loading.analysis, .isLoad = true},
+                  .document = document,
+                  .links = loading.before});
             done(CloudSyncError{CloudSyncError::Kind::UserCancelled, text("cloudSync.failure.heldBack"_text)});
         });
 }

@@ -11,6 +11,16 @@ using namespace Qt::StringLiterals;
 
 namespace orvelle {
 
+namespace {
+
+/// At no cost when they share their storage.
+bool isSameList(const LinkList &one, const LinkList &other)
+{
+    return one.isSharedWith(other) || one == other;
+}
+
+} // namespace
+
 /// Whether everything in the document has been in the tree here.
 bool CloudSync::Private::isKnown(const DocumentPtr &document)
 {
@@ -35,6 +45,10 @@ void CloudSync::Private::take(const DocumentPtr &document, SyncSource source, bo
             taken.ownWrite = known;
             then(taken);
         });
+        return;
+    }
+    if (wouldBeHeldAgain() && held->document->versionId == document->versionId) {
+        then({.heldBack = true});
         return;
     }
     if (known) {
@@ -86,7 +100,7 @@ void CloudSync::Private::merge(const DocumentPtr &document, SyncSource source, c
             return merged;
         },
         [this, document, source, input, then](const Merged &merged) {
-            if (!s.links.links().isSharedWith(input.local) && s.links.links() != input.local) {
+            if (!isSameList(s.links.links(), input.local)) {
                 merge(document, source, then); // edited meanwhile
                 return;
             }
@@ -101,8 +115,10 @@ CloudSync::Private::Taken CloudSync::Private::commit(const DocumentPtr &document
     if (!merged.fits)
         return {.problem =
                     problemOf(SyncDocumentError{SyncDocumentError::Kind::TooLarge, u"the result is too large"_s})};
-    if (holdsBack(document, source, merged))
+    if (holdsBack(document, source, input, merged))
         return {.heldBack = true};
+    if (held && !held->change.isLoad && held->document->versionId == document->versionId)
+        held.reset(); // it may be taken now
     if (merged.outcome.changesTree) {
         if (const auto refused = commitTree(document, input, merged))
             return {.problem = refused};
@@ -113,7 +129,9 @@ CloudSync::Private::Taken CloudSync::Private::commit(const DocumentPtr &document
         applySyncSettings(*document);
     noteTaken(document, source);
     Taken taken = merged.taken;
-    taken.differs = taken.differs || settingsAreNewer(*document);
+    // The tree of another process was merged anew, with what the document lacks.
+    const bool isOutcome = !merged.outcome.changesTree || isSameList(s.links.links(), merged.outcome.tree);
+    taken.differs = taken.differs || !isOutcome || settingsAreNewer(*document);
     if (!taken.differs && source != SyncSource::ConflictCopy)
         noteSeen(*document, s.links.links());
     qCInfo(lcCloudSync).noquote() << u"Merge depuis fichier de synchro réussi [%1]"_s.arg(logLabel(source));
@@ -141,7 +159,7 @@ std::optional<SyncProblem> CloudSync::Private::commitTree(const DocumentPtr &doc
             // On the tree of another process it is another merge.
             SyncMergeInput again = input;
             again.local = links;
-            links = links.isSharedWith(input.local) || links == input.local ? tree : mergeSyncDocument(again).tree;
+            links = isSameList(links, input.local) ? tree : mergeSyncDocument(again).tree;
             return true;
         },
         false);

@@ -99,6 +99,7 @@ void CloudSync::Private::initialDownload(std::chrono::milliseconds timeout)
         const auto seconds = static_cast<long>(std::chrono::duration_cast<std::chrono::seconds>(timeout).count());
         qCInfo(lcCloudSync, "Timeout download iCloud (%lds) — autorisation des writes locales sans merge initial",
                seconds);
+        deferred = deferred || mustWrite;
         initialSyncDone();
     });
 }
@@ -164,7 +165,7 @@ void CloudSync::checkSyncIfNeeded()
 
 void CloudSync::Private::check(bool polled)
 {
-    if (!active() || (notBefore && *notBefore > s.clock.now()))
+    if (!active() || (notBefore && notBefore->holds(s.clock.now())))
         return;
     // What happens meanwhile is looked at when there is time for it.
     if (isMerging || isCheckingSyncFile || upload) {
@@ -177,12 +178,16 @@ void CloudSync::Private::check(bool polled)
         // If this check does not get to it, the upload does.
         deferred = true;
     }
-    if (container->downloadStatus(fileName()) != DownloadStatus::Current) {
+    const DownloadStatus status = container->downloadStatus(fileName());
+    if (status != DownloadStatus::Current) {
         container->startDownload(fileName());
         if (!std::exchange(toldToWait, true))
             qCInfo(lcCloudSync).noquote() << "Fichier de synchro pas encore téléchargé, téléchargement demandé";
-        if (isInitialSyncComplete)
+        if (isInitialSyncComplete) {
+            if (status == DownloadStatus::NotVisible)
+                noteMissing();
             initialSyncDone();
+        }
         return;
     }
     toldToWait = false;

@@ -65,7 +65,9 @@ struct CloudSync::Private {
         int attempt = 0;
         bool forced = false;                     ///< writes also what was written before
         bool replaces = false;                   ///< what is there gives way, and is kept as a snapshot
+        bool unseals = false;                    ///< is written in plain, whatever was there
         bool lookedAgain = false;                ///< whether the place is there
+        std::chrono::milliseconds waited{0};     ///< for what was under way before
         std::shared_ptr<SyncCipher> cipher = {}; ///< when it is not to be that of all others
         SyncResult result;
         DocumentPtr remote; ///< what is replaced; null when there is no file
@@ -80,6 +82,7 @@ struct CloudSync::Private {
     struct Held {
         HeldBackChange change;
         DocumentPtr document;
+        LinkList links;      ///< what was here when it was decided
         bool isCopy = false; ///< it lies beside the file
     };
 
@@ -89,7 +92,8 @@ struct CloudSync::Private {
     bool enabled() const;
     bool available() const;
     bool active() const { return enabled() && available(); }
-    void store(const QString &base, const std::optional<DefaultsValue> &value);
+    /// Whether it could be stored.
+    bool store(const QString &base, const std::optional<DefaultsValue> &value);
     void setLastWritten(const LinkExchange::Exported &exported);
     void updateLastSyncDate();
     QString lostTree() const;
@@ -149,6 +153,7 @@ struct CloudSync::Private {
     void checkTaken(const Taken &taken);
     void checkFailed(const SyncProblem &why, bool polled);
     void checkEnded();
+    void noteMissing();
     void followUp(const Taken &taken);
     /// A line that the poll would repeat for hours is said once at info level.
     void sayOnce(bool polled, const QString &line);
@@ -205,6 +210,7 @@ struct CloudSync::Private {
 
     // CloudSyncUpload.cpp
     void saveByHand(const UploadPtr &wanted);
+    void waitByHand(const UploadPtr &wanted);
     void beginUpload(const UploadPtr &begun);
     void attempt(const UploadPtr &begun);
     void forceDownload(const std::function<void()> &then);
@@ -223,8 +229,9 @@ struct CloudSync::Private {
 
     // CloudSyncGuard.cpp
     bool guardEnabled() const;
-    bool holdsBack(const DocumentPtr &document, SyncSource source, const Merged &merged);
-    void hold(const DocumentPtr &document, const MassRemoval &removal, const SyncAnalysis &analysis, bool isLoad);
+    bool holdsBack(const DocumentPtr &document, SyncSource source, const SyncMergeInput &input, const Merged &merged);
+    void hold(const Held &now);
+    bool wouldBeHeldAgain() const;
     void release();
     void dropOvertaken();
 
@@ -236,12 +243,15 @@ struct CloudSync::Private {
     Loaded replaceBy(const DocumentPtr &document, const Loading &loading);
 
     // CloudSyncConfigure.cpp
+    void notePassphraseNeeded(const ReadResult &read);
     void migrateFromBookmarkIfNeeded();
     void copyBookmarked(const QByteArray &bookmark);
     void clearBookmark(const char *line);
 
     // CloudSyncEncryption.cpp
     bool encryptionOn() const;
+    bool seals(const Upload &begun) const;
+    void noteSealed();
     using Asked = std::optional<SyncProblem>;
     /// Makes `cipher` with the passphrase from the keyring, if there is one.
     void withCipher(const Then<Asked> &then);
@@ -249,14 +259,14 @@ struct CloudSync::Private {
     using ChangePtr = std::shared_ptr<PassphraseChange>;
     void passphraseRead(const ChangePtr &change, const Result<CloudFile, CloudError> &result);
     void tryPassphrase(const ChangePtr &change, const QByteArray &encrypted);
-    void adoptPassphrase(const ChangePtr &change);
+    void adoptPassphrase(const ChangePtr &change, bool isSealed);
     void changePassphrase(const ChangePtr &change);
-    void withNextCipher(const std::function<void()> &then);
+    void withNextCipher(const Then<Asked> &then);
     void promoteNext(const std::function<void()> &then);
     void settleNext();
     void dropNext();
     void keepSecret(const QString &secret, const QByteArray &passphrase, const Then<bool> &then);
-    void writeAnew(const std::shared_ptr<SyncCipher> &with, const Done &done);
+    void writeAnew(const UploadPtr &anew, const Done &done);
     void forgetCiphers();
 
     CloudSync *q;
@@ -304,8 +314,15 @@ struct CloudSync::Private {
     std::unique_ptr<Timer> pollTimer;
     std::unique_ptr<Timer> uploadTimer;
     std::optional<Timestamp> waitingSince; ///< changes here wait to be written
-    std::optional<Timestamp> retryAt;
-    std::optional<Timestamp> notBefore; ///< the place asked not to be asked earlier
+    /// A pause in the wall clock's time, which ends also when that is set back
+    /// to before it began.
+    struct Pause {
+        Timestamp from;
+        Timestamp until;
+        bool holds(Timestamp now) const { return from <= now && now < until; }
+    };
+    std::optional<Pause> retry;     ///< after failures
+    std::optional<Pause> notBefore; ///< the place asked not to be asked earlier
     int failures = 0;
     int echoes = 0; ///< uploads in a row that no edit here had caused
     std::optional<SyncProblem> problem;

@@ -40,9 +40,11 @@ void CloudSync::Private::decodeWithCipher(const CloudFile &file, const Then<Read
         };
         // A change of the passphrase may have been cut off after it was written.
         if (refused(opened.read) && !nextLookedUp) {
-            withNextCipher([this, file, then, tell] {
+            withNextCipher([this, file, then, tell](const Asked &why) {
                 if (next)
                     decodeWithCipher(file, then);
+                else if (why && why->retryAfter)
+                    then(ReadResult(*why));
                 else
                     tell();
             });

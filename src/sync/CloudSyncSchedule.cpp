@@ -23,10 +23,10 @@ void CloudSync::Private::schedule(std::chrono::milliseconds delay)
 {
     const Timestamp now = s.clock.now();
     Timestamp due = now + std::chrono::duration<double>(delay).count();
-    if (failures > 0 && retryAt)
-        due = std::max(due, *retryAt);
-    if (notBefore)
-        due = std::max(due, *notBefore);
+    if (failures > 0 && retry && retry->holds(now))
+        due = std::max(due, retry->until);
+    if (notBefore && notBefore->holds(now))
+        due = std::max(due, notBefore->until);
     if (!waitingSince || *waitingSince > now)
         waitingSince = now;
     const auto wait = std::chrono::milliseconds(qRound64((due - now) * 1000));
@@ -79,9 +79,10 @@ void CloudSync::Private::retryLater(const SyncProblem &why)
     constexpr int mostDoublings = 6;
     const auto delay = std::min(uploadDelay * (1 << std::min(failures, mostDoublings)), longestRetryDelay);
     ++failures;
-    retryAt = s.clock.now() + std::chrono::duration<double>(delay).count();
-    if (notBefore)
-        retryAt = std::max(*retryAt, *notBefore);
+    const Timestamp now = s.clock.now();
+    retry = {now, now + std::chrono::duration<double>(delay).count()};
+    if (notBefore && notBefore->holds(now))
+        retry->until = std::max(retry->until, notBefore->until);
     schedule(uploadDelay);
 }
 

@@ -27,8 +27,7 @@ void CloudSync::beginAnew(const Done &completion)
 void CloudSync::Private::saveByHand(const UploadPtr &wanted)
 {
     if (upload || isCheckingSyncFile || isMerging) {
-        constexpr std::chrono::milliseconds pause{100};
-        s.clock.after(pause, q, guarded([this, wanted] { saveByHand(wanted); }));
+        waitByHand(wanted);
         return;
     }
     if (wanted->replaces)
@@ -49,6 +48,24 @@ void CloudSync::Private::saveByHand(const UploadPtr &wanted)
     wanted->source = SyncSource::ManualSave;
     cancelPending();
     beginUpload(wanted);
+}
+
+/// What is under way ends soon, or hangs in a place that answers nobody.
+void CloudSync::Private::waitByHand(const UploadPtr &wanted)
+{
+    constexpr std::chrono::milliseconds first{100};
+    constexpr std::chrono::milliseconds longest{2000};
+    constexpr std::chrono::milliseconds patience{60000};
+    if (wanted->waited >= patience) {
+        // Of the place is not known more than that.
+        const auto why = problemOf(CloudError{CloudError::Kind::TimedOut});
+        qCWarning(lcCloudSync).noquote() << "What was asked for by hand was given up:" << why.detail;
+        wanted->done(CloudSyncError{CloudSyncError::Kind::ReadFailed, why.sentence});
+        return;
+    }
+    const auto pause = std::clamp(wanted->waited, first, longest);
+    wanted->waited += pause;
+    s.clock.after(pause, q, guarded([this, wanted] { saveByHand(wanted); }));
 }
 
 void CloudSync::Private::beginUpload(const UploadPtr &begun)
@@ -190,7 +207,7 @@ void CloudSync::Private::exportFor(const UploadPtr &begun, const std::function<v
 /// after another machine wrote, as each has its own.
 bool CloudSync::Private::needsWrite(const Upload &begun) const
 {
-    if (!begun.remote || begun.forced || begun.taken.differs || (encryptionOn() && !begun.remote->encrypted))
+    if (!begun.remote || begun.forced || begun.taken.differs || (seals(begun) && !begun.remote->encrypted))
         return true;
     return begun.taken.reordered && begun.exported.checksum != lastWrittenChecksum;
 }
@@ -201,7 +218,7 @@ void CloudSync::Private::exported(const UploadPtr &begun)
         succeed(begun);
         return;
     }
-    if (!encryptionOn()) {
+    if (!seals(*begun)) {
         write(begun, begun->exported.bytes);
         return;
     }
@@ -256,6 +273,8 @@ void CloudSync::Private::written(const UploadPtr &begun, const Result<CloudFile,
     beingWritten.clear();
     if (!begun->cipher)
         settleNext();
+    if (seals(*begun))
+        noteSealed();
     setBase(*baseOfBeingWritten);
     setLastWritten(begun->exported);
     lastKnownSyncFileModDate = result->modifiedAt;
@@ -268,7 +287,7 @@ void CloudSync::Private::succeed(const UploadPtr &begun)
     updateLastSyncDate();
     mustWrite = false;
     failures = 0;
-    retryAt.reset();
+    retry.reset();
     setProblem(std::nullopt);
     waitingSince.reset();
     if (uploadTimer) // edited since

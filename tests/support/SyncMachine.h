@@ -65,12 +65,14 @@ public:
     QMap<QString, QByteArray> secrets; ///< by key and account
     std::optional<SecretError> failure;
     std::chrono::milliseconds latency{0};
+    int lookups = 0;
 
     static QString place(const QString &key, const QString &account) { return key + u'/' + account; }
 
     void lookup(const QString &key, const QString &account,
                 std::function<void(const Result<std::optional<QByteArray>, SecretError> &)> done) override
     {
+        ++lookups;
         later([this, at = place(key, account), done] {
             if (failure)
                 done(*failure);

@@ -87,6 +87,95 @@ TEST_F(CloudSyncEncryptionTest, nobodyCanMakeAMachineWriteInPlain)
     EXPECT_EQ(a.sync().status().state, State::NeedsPassphrase);
 }
 
+// Each look-up is a prompt.
+TEST_F(CloudSyncEncryptionTest, aKeyringThatStaysLockedIsAskedOnceAnHourAndByHand)
+{
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(16s);
+    add(a, u"one"_s);
+    settle();
+    ASSERT_TRUE(*setPassphrase(a, u"secret"_s));
+    a.secrets.failure = SecretError{SecretError::Kind::Locked, {}};
+    a.restart();
+    clock.advance(1s);
+    const int asked = a.secrets.lookups;
+    for (int i = 0; i < 50; ++i) {
+        clock.advance(60s);
+        a.sync().checkSyncIfNeeded();
+    }
+    EXPECT_EQ(a.secrets.lookups, asked);
+    EXPECT_EQ(a.sync().status().state, State::NeedsPassphrase);
+    clock.advance(660s);
+    EXPECT_EQ(a.secrets.lookups, asked + 1);
+    a.sync().saveToCloud([](const auto &) {});
+    clock.advance(1s);
+    EXPECT_EQ(a.secrets.lookups, asked + 2);
+    a.secrets.failure.reset();
+    ASSERT_TRUE(*setPassphrase(a, u"secret"_s));
+    EXPECT_EQ(a.sync().status().state, State::Current);
+
+    // There is no other passphrase to be found either.
+    place.otherMachineWrites(file, *SyncCipher("other").encrypt("{}"));
+    a.secrets.failure = SecretError{SecretError::Kind::Locked, {}};
+    a.sync().handleSystemDidWake();
+    clock.advance(1s);
+    const int askedAgain = a.secrets.lookups;
+    clock.advance(600s);
+    EXPECT_EQ(a.secrets.lookups, askedAgain);
+}
+
+TEST_F(CloudSyncEncryptionTest, whatIsSealedIsNotSentInPlainBecauseTheSettingsDoNotKnow)
+{
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(16s);
+    add(a, u"one"_s);
+    settle();
+    // Where it cannot be stored that the file is to be sealed, nothing is said to be.
+    a.defaults.failWrites(DefaultsError{DefaultsError::Kind::DiskFull, {}});
+    const auto unstored = setPassphrase(a, u"secret"_s);
+    a.defaults.failWrites(std::nullopt);
+    ASSERT_TRUE(unstored);
+    EXPECT_FALSE(*unstored);
+    EXPECT_FALSE(isEncrypted());
+
+    ASSERT_TRUE(*setPassphrase(a, u"secret"_s));
+    a.stop();
+    ASSERT_TRUE(a.defaults.remove(CloudSync::encryptedBaseKey())); // the settings were lost
+    a.start();
+    settle();
+    add(a, u"two"_s);
+    settle();
+    EXPECT_TRUE(isEncrypted());
+    EXPECT_TRUE(a.sync().isEncrypted());
+    EXPECT_EQ(a.sync().status().state, State::Current);
+}
+
+TEST_F(CloudSyncEncryptionTest, aSetUpIsToldThePassphraseBeforeAnythingIsMerged)
+{
+    SyncMachine a(clock, place, u"A"_s);
+    clock.advance(16s);
+    add(a, u"one"_s);
+    settle();
+    ASSERT_TRUE(*setPassphrase(a, u"secret"_s));
+    SyncMachine b(clock, place, u"B"_s, false);
+    add(b, u"mine"_s);
+    std::optional<bool> found;
+    const auto note = [&found](const auto &result) { found = result && *result; };
+    b.sync().readForConfigure(note);
+    clock.advance(1s);
+    EXPECT_EQ(found, false);
+    EXPECT_EQ(b.sync().status().state, State::NeedsPassphrase);
+    const int writes = place.writeCount();
+    const auto told = setPassphrase(b, u"secret"_s);
+    ASSERT_TRUE(told && *told);
+    EXPECT_EQ(b.sync().status().state, State::Off);
+    b.sync().readForConfigure(note);
+    settle();
+    EXPECT_EQ(found, true);
+    EXPECT_EQ(here(b), u"mine"_s);
+    EXPECT_EQ(place.writeCount(), writes) << "what is to become of the two was not decided";
+}
+
 TEST_F(CloudSyncEncryptionTest, thePassphraseIsChangedAndTakenAway)
 {
     SyncMachine a(clock, place, u"A"_s);

@@ -1,4 +1,5 @@
 #include "SyncTest.h"
+#include "links/LinkCodec.h"
 #include "sync/SyncBase.h"
 
 using namespace Qt::StringLiterals;
@@ -181,6 +182,23 @@ TEST_F(CloudSyncSafetyTest, whatAnotherProcessMergedMeanwhileCountsForTheTreeToo
     EXPECT_EQ(here(*b), u"x y"_s);
 }
 
+TEST_F(CloudSyncSafetyTest, anotherProcessEditDuringAMergeIsUploadedToo)
+{
+    pair({u"x"_s});
+    const QString key = LinkStore::linksBaseKey();
+    LinkList outside = b->links().links();
+    outside.append(namedLink(u"outside"_s));
+    b->runner.hold();
+    add(*a, u"a"_s);
+    clock.advance(6s);
+    ASSERT_GT(b->runner.waiting(), 0U);
+    b->defaults.otherProcessWrites(key, encodeLinks(outside)); // and the watch is slow to tell
+    b->runner.release();
+    settle();
+    EXPECT_EQ(sorted(here(*b)), (QStringList{u"a"_s, u"outside"_s, u"x"_s}));
+    EXPECT_EQ(sorted(inFile()), sorted(here(*b)));
+}
+
 // What is damaged on one machine must not count as deleted everywhere.
 TEST_F(CloudSyncSafetyTest, aTreeThatWasLostComesBack)
 {
@@ -273,6 +291,42 @@ TEST_F(CloudSyncSafetyTest, aChangeThatRemovesMuchWaitsForTheUser)
     EXPECT_TRUE(b->links().restoreSnapshot(b->snapshots().list(false).first().name));
     settle();
     EXPECT_EQ(countAll(a->links().links()), 31);
+}
+
+TEST_F(CloudSyncSafetyTest, whatIsHeldBackIsNotMergedAtEachLook)
+{
+    const QStringList names = many(30);
+    pair(names);
+    a->links().removeLinks(idsOf(names.mid(10)));
+    settle();
+    for (const bool isCopy : {false, true}) {
+        SCOPED_TRACE(isCopy);
+        if (isCopy) {
+            const ExportData copy = documentOf(treeFrom(u"n0"_s));
+            clock.advance(1s);
+            add(*b, u"mine"_s);
+            ASSERT_TRUE(a->links().undo());
+            settle();
+            b->container.hasConflictCopy(u"copy"_s, encodeExchange(copy));
+            settle();
+        }
+        const auto held = b->sync().heldBack();
+        ASSERT_TRUE(held);
+        int told = 0;
+        const auto listening = QObject::connect(&b->notifications(), &Notifications::syncStatusChanged,
+                                                &b->notifications(), [&told] { ++told; });
+        clock.advance(300s);
+        EXPECT_EQ(told, 0) << "as if it were worked on";
+        add(*b, u"more%1"_s.arg(isCopy));
+        settle();
+        ASSERT_TRUE(b->sync().heldBack());
+        EXPECT_NE(b->sync().heldBack()->removal, held->removal) << "what is here changed";
+        EXPECT_EQ(b->sync().heldBack()->version, held->version);
+        QObject::disconnect(listening);
+    }
+    b->sync().setGuardEnabled(false);
+    settle();
+    EXPECT_FALSE(b->sync().heldBack());
 }
 
 TEST_F(CloudSyncSafetyTest, aRefusedRemovalIsUndoneElsewhere)

@@ -179,6 +179,82 @@ TEST_F(CloudSyncUploadTest, aPlaceThatAsksForAPauseGetsIt)
     EXPECT_EQ(inFile(), u"one two"_s);
 }
 
+// A clock that was ahead when a pause began must not stretch it.
+TEST_F(CloudSyncUploadTest, pausesEndWhenTheClockIsSetBack)
+{
+    struct Case {
+        const char *what;
+        CloudError error;
+        bool ofReads;
+    };
+    for (const Case &c : {Case{"asked for by the place", {CloudError::Kind::Locked, {}, 600s}, true},
+                          Case{"asked for, in an upload", {CloudError::Kind::Locked, {}, 600s}, false},
+                          Case{"after a failure", {CloudError::Kind::Io}, false}}) {
+        SCOPED_TRACE(c.what);
+        place.otherMachineRemoves(file);
+        const auto a = machine(u"A"_s);
+        add(*a, u"one"_s);
+        settle();
+        const Timestamp right = clock.now();
+        clock.setNow(right + 86400);
+        a->container.failReads(c.ofReads ? std::optional(c.error) : std::nullopt);
+        a->container.failWrites(c.ofReads ? std::nullopt : std::optional(c.error));
+        add(*a, u"two"_s);
+        clock.advance(40s);
+        clock.setNow(right);
+        a->container.failReads({});
+        a->container.failWrites({});
+        add(*a, u"three"_s);
+        clock.advance(60s);
+        EXPECT_EQ(inFile(), u"one two three"_s);
+    }
+}
+
+TEST_F(CloudSyncUploadTest, aDocumentThatIsGoneIsMadeAnew)
+{
+    for (const char *how : {"seen", "not told", "while it was ended", "with an edit"}) {
+        SCOPED_TRACE(how);
+        const auto a = machine(u"A"_s);
+        add(*a, u"one"_s);
+        settle();
+        const bool isEnded = how == std::string_view("while it was ended");
+        if (isEnded)
+            a->stop();
+        a->container.holdDeliveries(how == std::string_view("not told"));
+        place.otherMachineRemoves(file);
+        if (isEnded)
+            a->start();
+        if (how == std::string_view("with an edit")) {
+            add(*a, u"two"_s);
+            clock.advance(3s);
+            a->sync().handleSystemDidWake(); // and the pending upload is dropped
+        }
+        settle();
+        EXPECT_TRUE(inFile().startsWith(u"one"_s)) << inFile().toStdString();
+        EXPECT_EQ(inFile(), here(*a));
+        EXPECT_EQ(a->sync().status().state, State::Current);
+        place.otherMachineRemoves(file);
+    }
+}
+
+TEST_F(CloudSyncUploadTest, whatIsAskedForByHandWaitsForAMinuteAtMost)
+{
+    for (const auto latency : {20s, 86400s}) {
+        otherWrites(u"x"_s);
+        const auto a = machine(u"A"_s);
+        place.latency = latency;
+        a->sync().checkSyncIfNeeded();
+        clock.advance(1s);
+        place.latency = 0s;
+        std::optional<Result<SyncResult, CloudSyncError>> answer;
+        a->sync().saveToCloud([&answer](const auto &result) { answer.emplace(result); });
+        clock.advance(65s);
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(answer->hasValue(), latency == 20s);
+        EXPECT_TRUE(*answer || answer->error().description == cloudErrorText({CloudError::Kind::TimedOut}));
+    }
+}
+
 TEST_F(CloudSyncUploadTest, aWriteWhoseAnswerIsLostIsNotMadeTwice)
 {
     const auto a = machine(u"A"_s);
