@@ -37,6 +37,7 @@ SyncServices::Services syncServicesOf(CoreServices &core)
     return {{core.links, core.exchange, core.exchangeSettings, core.bookmarks, *core.defaults, core.debugMode,
              core.notifications, core.clock, core.snapshots, core.secrets},
             core.http,
+            core.volumes,
             core.folders.cache + QStringLiteral("/webdav"),
             QSysInfo::machineHostName()};
 }

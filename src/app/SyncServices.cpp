@@ -153,9 +153,14 @@ QString SyncServices::documentPath() const
                : makeContainer(where, m_services.engine.secrets)->displayPath(m_engine.syncFileName());
 }
 
+Result<SyncPlace, SyncPlaceRefusal> SyncServices::checkedPlace(const SyncPlace &place) const
+{
+    return presentSyncPlace(place, m_services.volumes);
+}
+
 void SyncServices::testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer)
 {
-    const auto valid = validatedSyncPlace(place);
+    const auto valid = checkedPlace(place);
     if (!valid || valid->kind == SyncPlace::Kind::None) {
         const SyncPlaceRefusal why = valid ? SyncPlaceRefusal::NoFolder : valid.error();
         m_services.engine.clock.after(0ms, this, [answer, why] { answer(syncPlaceRefusalText(why)); });

@@ -10,6 +10,7 @@
 namespace orvelle {
 
 class HttpClient;
+class Volumes;
 
 /// The synchronisation with the place that the settings name: makes the
 /// container, and another one when the choice or the mode changes. Main
@@ -23,6 +24,7 @@ public:
     struct Services {
         CloudSync::Services engine;
         HttpClient &http;
+        const Volumes &volumes;
         QString cacheFolder; ///< for copies of what servers hold
         QString machineName; ///< told to other machines
     };
@@ -38,6 +40,7 @@ public:
 
     SyncPlace place() const override { return m_settings.place(); }
     QString documentPath() const override;
+    Result<SyncPlace, SyncPlaceRefusal> checkedPlace(const SyncPlace &place) const override;
     void testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) override;
     void setPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) override;
 

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 #include "services/DebugModeManager.h"
 
 #include <QDir>
@@ -56,20 +57,6 @@ Result<SyncPlace, SyncPlaceRefusal> validatedServer(const QUrl &server, const QS
     return place;
 }
 
-/// Without a look at the disk.
-Result<SyncPlace, SyncPlaceRefusal> validatedAsWritten(const SyncPlace &place)
-{
-    switch (place.kind) {
-    case SyncPlace::Kind::None:
-        return SyncPlace();
-    case SyncPlace::Kind::Folder:
-        return validatedFolder(place.folder);
-    case SyncPlace::Kind::WebDav:
-        return validatedServer(place.server, place.user.trimmed());
-    }
-    Q_UNREACHABLE();
-}
-
 } // namespace
 
 QString rawValue(SyncPlace::Kind kind)
@@ -98,10 +85,23 @@ QString syncPlaceRefusalText(SyncPlaceRefusal refusal)
 
 Result<SyncPlace, SyncPlaceRefusal> validatedSyncPlace(const SyncPlace &place)
 {
-    auto valid = validatedAsWritten(place);
-    if (valid && valid->kind == SyncPlace::Kind::Folder && !QFileInfo(valid->folder).isDir())
-        return SyncPlaceRefusal::NotAFolder;
-    return valid;
+    switch (place.kind) {
+    case SyncPlace::Kind::None:
+        return SyncPlace();
+    case SyncPlace::Kind::Folder:
+        return validatedFolder(place.folder);
+    case SyncPlace::Kind::WebDav:
+        return validatedServer(place.server, place.user.trimmed());
+    }
+    Q_UNREACHABLE();
+}
+
+Result<SyncPlace, SyncPlaceRefusal> presentSyncPlace(const SyncPlace &place, const Volumes &volumes)
+{
+    auto valid = validatedSyncPlace(place);
+    if (!valid || valid->kind != SyncPlace::Kind::Folder || !volumes.distantVolumeHolding(valid->folder).isEmpty())
+        return valid;
+    return QFileInfo(valid->folder).isDir() ? valid : SyncPlaceRefusal::NotAFolder;
 }
 
 QUrl serverFromText(const QString &typed)
@@ -132,7 +132,7 @@ SyncPlace ContainerSettings::placeUnder(const std::function<QString(const QStrin
     const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const auto &each) { return each.second == name; });
     if (kind == kinds.end())
         return {};
-    const auto valid = validatedAsWritten(
+    const auto valid = validatedSyncPlace(
         {kind->first, stored(folderBaseKey()), QUrl(stored(serverBaseKey()), QUrl::StrictMode), stored(userBaseKey())});
     return valid ? *valid : SyncPlace();
 }

@@ -13,6 +13,7 @@ namespace orvelle {
 
 class DebugModeManager;
 class UserDefaults;
+class Volumes;
 
 /// Where the shared document is kept. What does not belong to the kind is
 /// empty.
@@ -41,10 +42,14 @@ enum class SyncPlaceRefusal {
 QString syncPlaceRefusalText(SyncPlaceRefusal refusal);
 
 /// The place as it is kept: the folder's path cleaned, the address without a
-/// query and ending in a slash. Looks at the disk for the folder. Without TLS
-/// only servers on this machine are taken, as anybody between could read and
-/// change what is sent.
+/// query and ending in a slash. Does not look at the disk. Without TLS only
+/// servers on this machine are taken, as anybody between could read and change
+/// what is sent.
 Result<SyncPlace, SyncPlaceRefusal> validatedSyncPlace(const SyncPlace &place);
+/// The same for a place that is chosen now: a folder has to be there. One on a
+/// volume beyond which nobody may answer is not looked at; whoever reads from
+/// it will find out.
+Result<SyncPlace, SyncPlaceRefusal> presentSyncPlace(const SyncPlace &place, const Volumes &volumes);
 
 /// An address as people type it: "https://" is put before one that has no
 /// scheme.

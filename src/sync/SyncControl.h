@@ -24,12 +24,15 @@ public:
     virtual SyncPlace place() const = 0;
     /// Where the document is, for people to read; empty without a place.
     virtual QString documentPath() const = 0;
+    /// What of a choice can be told at once, as presentSyncPlace() does.
+    virtual Result<SyncPlace, SyncPlaceRefusal> checkedPlace(const SyncPlace &place) const = 0;
     /// Tries a place without taking it. Without a `password` the one in the
     /// keyring is used.
     virtual void testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) = 0;
     /// Takes a place: first the password goes into the keyring, then the
     /// choice into the settings. What is switched on goes on there. After a
-    /// failure the place is the one it was.
+    /// failure the place is the one it was. A folder need not be there now, as
+    /// it may be one that is gone back to.
     virtual void setPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) = 0;
 
     /// The choice is made: passwords of places that were tried or left, and

@@ -108,7 +108,7 @@ private:
 void configureCloudSync(SyncControl &sync, const SyncPlace &place, const std::optional<QString> &password,
                         const AskAboutExisting &ask, const Configured &completion)
 {
-    const auto valid = validatedSyncPlace(place);
+    const auto valid = sync.checkedPlace(place);
     if (!valid)
         return completion(syncPlaceRefusalText(valid.error()));
     std::make_shared<Setup>(sync, ask, completion)->start(*valid, password);

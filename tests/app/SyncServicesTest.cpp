@@ -75,10 +75,29 @@ protected:
     std::unique_ptr<SyncServices> sync = std::make_unique<SyncServices>(SyncServices::Services{
         {links, exchange, settings, bookmarks, defaults, debugMode, notifications, clock, snapshots, secrets, &runner},
         http,
+        volumes,
         folder.filePath(u"cache"_s),
         u"here"_s});
     ConfigureCloudSyncResult choice = ConfigureCloudSyncResult::Cancelled;
 };
+
+// As on a disk that is not plugged in.
+TEST_F(SyncServicesTest, CancellingGoesBackAlsoToAFolderThatIsNotThereNow)
+{
+    QTemporaryDir before;
+    const SyncPlace old{SyncPlace::Kind::Folder, before.path()};
+    const SyncPlace other{SyncPlace::Kind::Folder, folder.path()};
+    take(other); // leaves a document there
+    take(old);
+    ASSERT_TRUE(sync->autoSyncEnabled());
+    ASSERT_TRUE(before.remove());
+    choice = ConfigureCloudSyncResult::Cancelled;
+    const auto outcome = configure(other);
+    ASSERT_TRUE(outcome) << outcome.error().toStdString();
+    EXPECT_EQ(*outcome, ConfigureCloudSyncResult::Cancelled);
+    EXPECT_EQ(sync->place(), old);
+    EXPECT_TRUE(sync->autoSyncEnabled());
+}
 
 TEST_F(SyncServicesTest, APasswordStaysInTheKeyringAsLongAsAPlaceNeedsIt)
 {

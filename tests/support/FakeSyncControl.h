@@ -22,6 +22,8 @@ public:
     std::optional<QString> givenPassword;
     QStringList asked;
     std::optional<QString> failure; ///< of what is asked next
+    /// Why what is there cannot be read without a passphrase.
+    std::optional<QString> encryptedThere;
     SyncResult result;
     std::optional<PreparedImport> existing;
     std::optional<HeldBackChange> held;
@@ -44,6 +46,10 @@ public:
 
     SyncPlace place() const override { return stored; }
     QString documentPath() const override { return stored.folder; }
+    Result<SyncPlace, SyncPlaceRefusal> checkedPlace(const SyncPlace &place) const override
+    {
+        return validatedSyncPlace(place);
+    }
     void testPlace(const SyncPlace &place, const std::optional<QString> &password, const Answer &answer) override
     {
         asked += QStringLiteral("test ") + rawValue(place.kind);
@@ -79,8 +85,10 @@ public:
     {
         asked += QStringLiteral("look");
         m_waiting += [this, found] {
-            if (failure)
-                found(CloudSyncError{CloudSyncError::Kind::ReadFailed, *failure});
+            if (encryptedThere)
+                become({SyncStatus::State::NeedsPassphrase, {}, {}});
+            if (failure || encryptedThere)
+                found(CloudSyncError{CloudSyncError::Kind::ReadFailed, failure ? *failure : *encryptedThere});
             else
                 found(existing);
         };
