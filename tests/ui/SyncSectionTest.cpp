@@ -163,7 +163,7 @@ TEST_F(SyncSectionTest, APlaceThatCannotBeIsRefusedBeforeAnythingIsTried)
     type("syncUser", u"ada"_s);
     type("syncPassword", u"secret"_s);
     click("syncTest");
-    EXPECT_FALSE(child<QPushButton>("syncConfigure")->isEnabled()) << "one thing at a time";
+    EXPECT_FALSE(child<QPushButton>("syncTest")->isEnabled()) << "one thing at a time";
     sync.failure = u"Wrong password."_s;
     sync.finish();
     EXPECT_EQ(says("syncOutcome"), u"Wrong password.");
@@ -211,6 +211,47 @@ TEST_F(SyncSectionTest, SetsUpAPlaceAndAsksAboutADocumentThatIsThere)
     EXPECT_FALSE(sync.on);
 }
 
+TEST_F(SyncSectionTest, APlaceThatNeverAnswersCanBeLeft)
+{
+    for (const char *hanging : {"syncTest", "syncNow"}) {
+        SCOPED_TRACE(hanging);
+        sync.stored = {SyncPlace::Kind::Folder, u"/tmp"_s};
+        open();
+        click(hanging);
+        choose(SyncPlace::Kind::None);
+        click("syncConfigure");
+        sync.asked.clear();
+        sync.finish(); // what hung is told that it was interrupted, or comes late
+        EXPECT_EQ(sync.stored, SyncPlace());
+        EXPECT_EQ(says("syncOutcome"), QString());
+        EXPECT_TRUE(child<QComboBox>("syncPlaceKind")->isEnabled());
+    }
+}
+
+TEST_F(SyncSectionTest, ASetUpGoesOnWithThePassphraseOfWhatWasFound)
+{
+    open();
+    choose(SyncPlace::Kind::Folder);
+    type("syncFolder", u"/tmp"_s);
+    click("syncConfigure");
+    sync.encryptedThere = u"It is encrypted."_s;
+    sync.finish();
+    auto *dialog = section->findChild<PassphraseDialog *>();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(offers(), QStringList{u"Enter passphrase…"_s});
+    dialog->findChild<QLineEdit *>(u"passphrase"_s)->setText(u"secret"_s);
+    dialog->accept();
+    sync.encryptedThere.reset();
+    sync.existing = PreparedImport();
+    sync.become({State::Off, {}, {}});
+    sync.asked.clear();
+    sync.finish();
+    EXPECT_EQ(world.alerts.shown.constLast().buttons.size(), 3) << "what to do with it is asked";
+    world.alerts.userChooses(0);
+    sync.finish();
+    EXPECT_EQ(sync.asked.join(u", "_s), u"off, place folder, look, use, on");
+}
+
 TEST_F(SyncSectionTest, LoadsOnlyAfterTheWarning)
 {
     sync.stored = {SyncPlace::Kind::Folder, u"/tmp"_s};
@@ -248,6 +289,22 @@ TEST_F(SyncSectionTest, AHeldBackChangeIsShownAndDecided)
         delete sheet;
     }
     EXPECT_EQ(sync.asked.join(u' '), u"reject accept reject accept");
+
+    // What is said again is not shown anew, or the keyboard would lose its place.
+    const auto buttons = [this] { return child<NoticeBar>("syncNotice")->findChildren<QPushButton *>(); };
+    const auto before = buttons();
+    sync.become({State::HeldBack, world.clock.now(), {}});
+    EXPECT_EQ(buttons(), before);
+    // A sheet decides about what it shows, and about nothing else.
+    clickOffer(u"Show changes…"_s);
+    const QPointer<SyncPreviewView> sheet = section->findChild<SyncPreviewView *>();
+    ASSERT_TRUE(sheet && sheet->isVisible());
+    sync.become({State::HeldBack, world.clock.now(), {}});
+    EXPECT_TRUE(sheet->isVisible());
+    sync.held = HeldBackChange{u"Attic"_s, {213, 600}, {}, false, u"another"_s};
+    sync.become({State::HeldBack, {}, {}});
+    EXPECT_FALSE(sheet && sheet->isVisible());
+    EXPECT_EQ(sync.asked.size(), 4);
     sync.held.reset();
     sync.become({State::Current, {}, {}});
     EXPECT_EQ(offers(), QStringList());

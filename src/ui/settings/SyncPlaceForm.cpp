@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "links/LinkColors.h"
 #include "platform/Alerts.h"
+#include "platform/Volumes.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
 #include "ui/settings/Sections.h"
@@ -53,9 +54,10 @@ QPushButton *button(const char *name, TextKey title, QWidget *parent)
 
 } // namespace
 
-SyncPlaceForm::SyncPlaceForm(FolderChooser *folderChooser, QWidget *parent)
+SyncPlaceForm::SyncPlaceForm(FolderChooser *folderChooser, const Volumes &volumes, QWidget *parent)
     : QWidget(parent),
       m_folderChooser(folderChooser),
+      m_volumes(volumes),
       m_form(new QFormLayout(this)),
       m_kind(new QComboBox(this)),
       m_folder(field("syncFolder", text("cloudSync.folderHint"_text), this)),
@@ -171,10 +173,11 @@ void SyncPlaceForm::clearPassword()
                                                                             : QString());
 }
 
-void SyncPlaceForm::setBusy(bool busy)
+void SyncPlaceForm::setUse(Use use)
 {
-    for (QWidget *widget : QList<QWidget *>{m_kind, m_folderRow, m_server, m_user, m_password, m_test, m_configure})
-        widget->setEnabled(!busy);
+    for (QWidget *widget : QList<QWidget *>{m_kind, m_folderRow, m_server, m_user, m_password, m_configure})
+        widget->setEnabled(use != Use::None);
+    m_test->setEnabled(use == Use::All);
 }
 
 void SyncPlaceForm::showOutcome(bool good, const QString &sentence)
@@ -194,7 +197,10 @@ void SyncPlaceForm::showOutcome(bool good, const QString &sentence)
 
 void SyncPlaceForm::chooseFolder()
 {
-    const QString start = m_folder->text().isEmpty() ? QDir::homePath() : place().folder;
+    // The dialog looks at the folder it begins with, so none that may hang.
+    const QString present = place().folder;
+    const bool isAtHand = !present.isEmpty() && m_volumes.distantVolumeHolding(present).isEmpty();
+    const QString start = isAtHand ? present : QDir::homePath();
     m_folderChooser->chooseFolder(text("cloudSync.chooseFolderTitle"_text), text("cloudSync.chooseFolderConfirm"_text),
                                   start, [self = QPointer<SyncPlaceForm>(this)](const QString &path) {
                                       if (!self || path.isEmpty())

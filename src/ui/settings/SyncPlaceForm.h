@@ -13,6 +13,7 @@ class QPushButton;
 namespace orvelle {
 
 class FolderChooser;
+class Volumes;
 
 /// The choice of where the shared document is kept: a kind of place, and what
 /// has to be known of it. Only what belongs to the kind is shown.
@@ -21,7 +22,8 @@ class SyncPlaceForm : public QWidget
     Q_OBJECT
 
 public:
-    explicit SyncPlaceForm(FolderChooser *folderChooser, QWidget *parent = nullptr);
+    /// `folderChooser` may be null: then folders are only typed.
+    SyncPlaceForm(FolderChooser *folderChooser, const Volumes &volumes, QWidget *parent = nullptr);
 
     /// Fills in what is stored; the password stays empty.
     void showPlace(const SyncPlace &place);
@@ -34,8 +36,10 @@ public:
     std::optional<QString> password() const;
     void clearPassword();
 
-    /// While something is tried, nothing can be changed.
-    void setBusy(bool busy);
+    /// What can be done while something goes on. A place may hang for ever, so
+    /// that another one can be chosen during all but a choice.
+    enum class Use { All, NoTest, None };
+    void setUse(Use use);
     /// What came of the test, or why the place is refused.
     void showOutcome(bool good, const QString &sentence);
 
@@ -51,6 +55,7 @@ private:
     void showRows();
 
     FolderChooser *m_folderChooser;
+    const Volumes &m_volumes;
     QFormLayout *m_form;
     QComboBox *m_kind;
     QLineEdit *m_folder;

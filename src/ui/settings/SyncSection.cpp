@@ -6,7 +6,6 @@
 #include "sync/SyncControl.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
-#include "ui/common/NoticeBar.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SyncPlaceForm.h"
 #include "ui/settings/SyncStateTexts.h"
@@ -60,7 +59,7 @@ SyncSection::SyncSection(const SettingsServices &services, QWidget *parent)
       m_now(namedButton("syncNow", "arrow.triangle.2.circlepath", "cloudSync.syncNow"_text, this)),
       m_load(namedButton("syncLoad", "square.and.arrow.down", "cloudSync.load"_text, this)),
       m_notice(new NoticeBar(this)),
-      m_form(new SyncPlaceForm(services.folderChooser, this)),
+      m_form(new SyncPlaceForm(services.folderChooser, services.volumes, this)),
       m_protection(new QWidget(this)),
       m_guard(namedBox("syncGuard", "cloudSync.guard"_text, m_protection)),
       m_encryption(sectionSubtitle({}, m_protection)),
@@ -156,20 +155,23 @@ void SyncSection::connectControls()
 
 void SyncSection::refresh()
 {
+    using Use = SyncPlaceForm::Use;
     const SyncStatus status = m_sync.status();
+    const bool isBusy = m_busy != Busy::No;
     const bool hasPlace = m_sync.place().kind != SyncPlace::Kind::None;
     m_autoSync->setChecked(m_sync.autoSyncEnabled());
-    m_autoSync->setEnabled(hasPlace && !m_busy);
+    m_autoSync->setEnabled(hasPlace && !isBusy);
     m_now->setVisible(hasPlace);
     m_load->setVisible(hasPlace);
-    m_now->setEnabled(!m_busy && status.state != SyncStatus::State::Working);
-    m_load->setEnabled(!m_busy && status.state != SyncStatus::State::Working);
+    m_now->setEnabled(!isBusy && status.state != SyncStatus::State::Working);
+    m_load->setEnabled(!isBusy && status.state != SyncStatus::State::Working);
     m_guard->setChecked(m_sync.isGuardEnabled());
     m_protection->setVisible(hasPlace);
-    m_form->setBusy(m_busy);
-    if (!m_busy)
+    m_form->setUse(m_busy == Busy::Choosing ? Use::None : isBusy ? Use::NoTest : Use::All);
+    if (m_busy != Busy::Choosing)
         m_form->followPlace(m_sync.place());
     refreshState(status);
+    dropOvertakenSheet();
     refreshNotice(status);
     refreshEncryption(status);
 }
@@ -195,17 +197,23 @@ void SyncSection::refreshNotice(const SyncStatus &status)
 {
     const auto held = m_sync.heldBack();
     if (held) {
-        m_notice->showNotice(heldBackText(*held),
-                             {{text("cloudSync.heldBack.preview"_text), [this] { showHeldBack(); }},
-                              {text("cloudSync.heldBack.keep"_text), [this] { m_sync.rejectHeldBack(); }},
-                              {text("cloudSync.heldBack.accept"_text), [this] { m_sync.acceptHeldBack(); }}},
-                             false);
+        offer(heldBackText(*held), {{text("cloudSync.heldBack.preview"_text), [this] { showHeldBack(); }},
+                                    {text("cloudSync.heldBack.keep"_text), [this] { m_sync.rejectHeldBack(); }},
+                                    {text("cloudSync.heldBack.accept"_text), [this] { m_sync.acceptHeldBack(); }}});
     } else if (status.state == SyncStatus::State::NeedsPassphrase) {
-        m_notice->showNotice(text("cloudSync.passphraseNeeded"_text),
-                             {{text("cloudSync.passphraseEnterMore"_text), [this] { askForPassphrase(); }}}, false);
+        offer(text("cloudSync.passphraseNeeded"_text),
+              {{text("cloudSync.passphraseEnterMore"_text), [this] { askForPassphrase(); }}});
     } else {
+        m_offered.clear();
         m_notice->hide();
     }
+}
+
+/// New buttons would take the keyboard's focus from those that are there.
+void SyncSection::offer(const QString &message, const QList<NoticeBar::Action> &actions)
+{
+    if (std::exchange(m_offered, message) != message)
+        m_notice->showNotice(message, actions, false);
 }
 
 void SyncSection::refreshEncryption(const SyncStatus &status)
@@ -215,15 +223,25 @@ void SyncSection::refreshEncryption(const SyncStatus &status)
     m_encryption->setText(on ? text("cloudSync.encryptedOn"_text) : text("cloudSync.encryptedOff"_text));
     m_encrypt->setVisible(!needs);
     m_encrypt->setText(on ? text("cloudSync.passphraseChangeMore"_text) : text("cloudSync.encryptMore"_text));
-    m_encrypt->setEnabled(!m_busy);
+    m_encrypt->setEnabled(m_busy == Busy::No);
     m_decrypt->setVisible(on && !needs);
-    m_decrypt->setEnabled(!m_busy);
+    m_decrypt->setEnabled(m_busy == Busy::No);
 }
 
-void SyncSection::setBusy(bool busy)
+int SyncSection::begin(Busy busy)
 {
     m_busy = busy;
     refresh();
+    return ++m_begun;
+}
+
+bool SyncSection::ended(int begun)
+{
+    if (begun != m_begun)
+        return false;
+    m_busy = Busy::No;
+    refresh();
+    return true;
 }
 
 } // namespace orvelle

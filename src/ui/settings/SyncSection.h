@@ -1,8 +1,10 @@
 #pragma once
 
 #include "sync/CloudSync.h"
+#include "ui/common/NoticeBar.h"
 #include "ui/settings/SettingsWindow.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class QBoxLayout;
@@ -12,8 +14,8 @@ class QPushButton;
 
 namespace orvelle {
 
-class NoticeBar;
 class SyncControl;
+class SyncPreviewView;
 class SyncPlaceForm;
 
 /// Keeping several machines in step: the switch, what goes on, where the
@@ -37,18 +39,27 @@ private:
     void refresh();
     void refreshState(const SyncStatus &status);
     void refreshNotice(const SyncStatus &status);
+    void offer(const QString &message, const QList<NoticeBar::Action> &actions);
+    void dropOvertakenSheet();
     void refreshEncryption(const SyncStatus &status);
-    void setBusy(bool busy);
+    /// What the user waits for: one thing at a time, but a choice of the place
+    /// ends the waiting for anything else.
+    enum class Busy { No, Working, Choosing };
+    /// What began; pass it to ended().
+    int begin(Busy busy);
+    /// False when something else began meanwhile: nobody waits any more.
+    bool ended(int begun);
 
     void testPlace();
     void configure();
+    void goOnWithPassphrase();
     void syncNow();
     void askToLoad();
     void load();
     void showHeldBack();
     void askForPassphrase();
     void askToRemoveEncryption();
-    /// Runs when something ended: says `success` quietly, or why not.
+    /// Begins something. Runs when it ended: says `success` quietly, or why not.
     CloudSync::Done report(const QString &success);
     void fail(const QString &sentence);
 
@@ -67,7 +78,12 @@ private:
     QLabel *m_encryption;
     QPushButton *m_encrypt;
     QPushButton *m_decrypt;
-    bool m_busy = false;
+    Busy m_busy = Busy::No;
+    int m_begun = 0;
+    QString m_offered; ///< what the notice says
+    QPointer<SyncPreviewView> m_heldSheet;
+    QString m_heldShown;       ///< the version that the sheet is about
+    bool m_setUpWaits = false; ///< for the passphrase of what was found at the new place
 };
 
 } // namespace orvelle

@@ -19,25 +19,23 @@ namespace orvelle {
 void SyncSection::testPlace()
 {
     const SyncPlace place = m_form->place();
-    if (const auto valid = validatedSyncPlace(place); !valid)
+    if (const auto valid = m_sync.checkedPlace(place); !valid)
         return m_form->showOutcome(false, syncPlaceRefusalText(valid.error()));
-    setBusy(true);
     m_form->showOutcome(true, {});
-    m_sync.testPlace(place, m_form->password(),
-                     [self = QPointer<SyncSection>(this)](const std::optional<QString> &failure) {
-                         if (!self)
-                             return;
-                         self->setBusy(false);
-                         self->m_form->showOutcome(!failure, failure.value_or(text("cloudSync.testGood"_text)));
-                     });
+    m_sync.testPlace(
+        place, m_form->password(),
+        [self = QPointer<SyncSection>(this), begun = begin(Busy::Working)](const std::optional<QString> &failure) {
+            if (!self || !self->ended(begun))
+                return;
+            self->m_form->showOutcome(!failure, failure.value_or(text("cloudSync.testGood"_text)));
+        });
 }
 
 void SyncSection::configure()
 {
     const SyncPlace place = m_form->place();
-    if (const auto valid = validatedSyncPlace(place); !valid)
+    if (const auto valid = m_sync.checkedPlace(place); !valid)
         return m_form->showOutcome(false, syncPlaceRefusalText(valid.error()));
-    setBusy(true);
     const auto ask = [&alerts = m_services.alerts](const std::function<void(ConfigureCloudSyncResult)> &answer) {
         Alert alert;
         alert.message = text("cloudSync.configureChoice.title"_text);
@@ -47,27 +45,35 @@ void SyncSection::configure()
         alerts.show(alert, [answer](int button) { answer(static_cast<ConfigureCloudSyncResult>(button)); });
     };
     const bool leaves = place.kind == SyncPlace::Kind::None;
-    configureCloudSync(
-        m_sync, place, m_form->password(), ask,
-        [self = QPointer<SyncSection>(this), leaves](const Result<ConfigureCloudSyncResult, QString> &result) {
-            if (!self)
-                return;
-            self->setBusy(false);
-            if (!result)
-                return self->fail(text("error.cloudSyncSave %@"_text, result.error()));
-            self->m_form->showPlace(self->m_sync.place());
-            if (*result != ConfigureCloudSyncResult::Cancelled && !leaves)
-                self->m_form->showOutcome(true, text("cloudSync.saveSuccess"_text));
-        });
+    m_setUpWaits = false;
+    configureCloudSync(m_sync, place, m_form->password(), ask,
+                       [self = QPointer<SyncSection>(this), leaves,
+                        begun = begin(Busy::Choosing)](const Result<ConfigureCloudSyncResult, QString> &result) {
+                           if (!self || !self->ended(begun))
+                               return;
+                           if (!result && self->m_sync.status().state == SyncStatus::State::NeedsPassphrase)
+                               return self->goOnWithPassphrase();
+                           if (!result)
+                               return self->fail(text("error.cloudSyncSave %@"_text, result.error()));
+                           self->m_form->showPlace(self->m_sync.place());
+                           if (*result != ConfigureCloudSyncResult::Cancelled && !leaves)
+                               self->m_form->showOutcome(true, text("cloudSync.saveSuccess"_text));
+                       });
+}
+
+/// The question what to do with the document comes when it can be read.
+void SyncSection::goOnWithPassphrase()
+{
+    m_setUpWaits = true;
+    m_form->showPlace(m_sync.place());
+    askForPassphrase();
 }
 
 void SyncSection::syncNow()
 {
-    setBusy(true);
-    m_sync.syncNow([self = QPointer<SyncSection>(this)](const Outcome &outcome) {
-        if (!self)
+    m_sync.syncNow([self = QPointer<SyncSection>(this), begun = begin(Busy::Working)](const Outcome &outcome) {
+        if (!self || !self->ended(begun))
             return;
-        self->setBusy(false);
         if (!outcome)
             return self->fail(text("error.cloudSyncSave %@"_text, outcome.error().description));
         const QString losses = syncLossLine(*outcome);
@@ -91,11 +97,9 @@ void SyncSection::askToLoad()
 
 void SyncSection::load()
 {
-    setBusy(true);
-    m_sync.loadFromCloud([self = QPointer<SyncSection>(this)](const Outcome &outcome) {
-        if (!self)
+    m_sync.loadFromCloud([self = QPointer<SyncSection>(this), begun = begin(Busy::Working)](const Outcome &outcome) {
+        if (!self || !self->ended(begun))
             return;
-        self->setBusy(false);
         if (!outcome)
             return self->fail(text("error.cloudSyncLoad %@"_text, outcome.error().description));
         const qint64 count = countAll(self->m_services.links.links());
@@ -112,9 +116,28 @@ void SyncSection::showHeldBack()
     if (!held)
         return;
     auto *sheet = new SyncPreviewView(held->analysis, SyncPreviewView::Purpose::Decide, window());
-    connect(sheet, &QDialog::accepted, this, [this] { m_sync.acceptHeldBack(); });
-    connect(sheet, &SyncPreviewView::keepHere, this, [this] { m_sync.rejectHeldBack(); });
+    m_heldSheet = sheet;
+    m_heldShown = held->version;
+    // What is decided is not overtaken by its own end.
+    connect(sheet, &QDialog::accepted, this, [this] {
+        m_heldSheet.clear();
+        m_sync.acceptHeldBack();
+    });
+    connect(sheet, &SyncPreviewView::keepHere, this, [this] {
+        m_heldSheet.clear();
+        m_sync.rejectHeldBack();
+    });
     sheet->open();
+}
+
+/// What is decided is what is seen. The notice offers the other change.
+void SyncSection::dropOvertakenSheet()
+{
+    if (!m_heldSheet)
+        return;
+    const auto held = m_sync.heldBack();
+    if (!held || held->version != m_heldShown)
+        m_heldSheet->reject();
 }
 
 void SyncSection::askForPassphrase()
@@ -123,8 +146,13 @@ void SyncSection::askForPassphrase()
     auto *dialog =
         new PassphraseDialog(enter ? PassphraseDialog::Purpose::Enter : PassphraseDialog::Purpose::Choose, window());
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
-        setBusy(true);
-        m_sync.setPassphrase(dialog->passphrase(), report(text("cloudSync.passphraseStored"_text)));
+        m_sync.setPassphrase(
+            dialog->passphrase(), [self = QPointer<SyncSection>(this),
+                                   told = report(text("cloudSync.passphraseStored"_text))](const Outcome &outcome) {
+                told(outcome);
+                if (self && outcome && std::exchange(self->m_setUpWaits, false) && !self->m_sync.autoSyncEnabled())
+                    self->configure();
+            });
     });
     dialog->open();
 }
@@ -139,17 +167,15 @@ void SyncSection::askToRemoveEncryption()
     m_services.alerts.show(alert, [self = QPointer<SyncSection>(this)](int button) {
         if (!self || button != 0)
             return;
-        self->setBusy(true);
         self->m_sync.removeEncryption(self->report(text("cloudSync.decrypted"_text)));
     });
 }
 
 CloudSync::Done SyncSection::report(const QString &success)
 {
-    return [self = QPointer<SyncSection>(this), success](const Outcome &outcome) {
-        if (!self)
+    return [self = QPointer<SyncSection>(this), success, begun = begin(Busy::Working)](const Outcome &outcome) {
+        if (!self || !self->ended(begun))
             return;
-        self->setBusy(false);
         if (outcome)
             SettingsWindow::showStatus(self, success);
         else
