@@ -18,7 +18,10 @@ void CloudSync::Private::takeConflictCopies()
 
 void CloudSync::Private::takeNextCopy(QList<ConflictCopy> copies)
 {
-    copies.removeIf([this](const ConflictCopy &copy) { return unreadableCopies.contains(copy.name); });
+    copies.removeIf([this](const ConflictCopy &copy) {
+        const auto left = leftCopies.constFind(copy.name);
+        return left != leftCopies.constEnd() && *left == qHash(copy.bytes);
+    });
     if (copies.isEmpty()) {
         checkEnded();
         return;
@@ -27,7 +30,7 @@ void CloudSync::Private::takeNextCopy(QList<ConflictCopy> copies)
     decode({copy.bytes, {}, {}}, [this, copy, copies](const ReadResult &read) {
         if (!read) {
             qCWarning(lcCloudSync).noquote() << "A conflict copy cannot be merged and stays:" << read.error().detail;
-            unreadableCopies += copy.name;
+            leftCopies.insert(copy.name, qHash(copy.bytes));
             takeNextCopy(copies);
             return;
         }
@@ -49,10 +52,12 @@ void CloudSync::Private::copyTaken(const ConflictCopy &copy, const QList<Conflic
     if (enabled())
         schedule(uploadDelay);
     container->archiveConflictCopy(copy.name,
-                                   guarded([this, rest](const Result<CloudContainer::Nothing, CloudError> &done) {
-                                       if (!done)
+                                   guarded([this, copy, rest](const Result<CloudContainer::Nothing, CloudError> &done) {
+                                       if (!done) {
                                            qCWarning(lcCloudSync).noquote() << "A conflict copy cannot be put away:"
                                                                             << problemOf(done.error()).detail;
+                                           leftCopies.insert(copy.name, qHash(copy.bytes));
+                                       }
                                        takeNextCopy(rest);
                                    }));
 }

@@ -169,6 +169,7 @@ void CloudSync::Private::adoptPassphrase(const ChangePtr &change, bool isSealed)
         if (!store(encryptedBaseKey(), true))
             return change->done(notStored());
         cipher = change->cipher;
+        leftCopies.clear(); // some may be read now
         dropNext();
         seen.reset();
         if (!isSealed || enabled())
@@ -253,6 +254,7 @@ void CloudSync::Private::forgetCiphers()
     cipher.reset();
     next.reset();
     nextLookedUp = false;
+    leftCopies.clear();
 }
 
 void CloudSync::removeEncryption(const Done &completion)

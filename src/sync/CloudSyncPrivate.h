@@ -297,10 +297,10 @@ struct CloudSync::Private {
     };
     std::optional<Seen> seen;
     QHash<QString, Timestamp> saidAt;
-    QString polledLine;      ///< the last line of a poll
-    bool toldToWait = false; ///< that the file is not downloaded yet
-    QStringList unreadableCopies;
-    QString beingWritten; ///< a version whose write was begun, and perhaps done
+    QString polledLine;                ///< the last line of a poll
+    bool toldToWait = false;           ///< that the file is not downloaded yet
+    QHash<QString, size_t> leftCopies; ///< those that stay although they were looked at, with a hash of what they hold
+    QString beingWritten;              ///< a version whose write was begun, and perhaps done
     std::optional<SyncBase> baseOfBeingWritten;
 
     bool isCheckingSyncFile = false;

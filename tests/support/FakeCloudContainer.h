@@ -138,6 +138,8 @@ public:
         m_conflicts.append({copyName, bytes});
         emit changed();
     }
+    /// Copies cannot be put away.
+    void failArchiving() { m_archiveFails = true; }
     /// Changes of others reach this machine only when catchUp() is called.
     void holdDeliveries(bool hold) { m_holdDeliveries = hold; }
     /// What waits is delivered now, and a folder's own changes are carried off.
@@ -212,6 +214,8 @@ public:
     void archiveConflictCopy(const QString &copyName, Done<Nothing> done) override
     {
         later([this, copyName, done = std::move(done)] {
+            if (m_archiveFails)
+                return done(CloudError{CloudError::Kind::Io});
             m_conflicts.removeIf([&](const ConflictCopy &copy) { return copy.name == copyName; });
             archived += copyName;
             done(Nothing{});
@@ -329,6 +333,7 @@ private:
     bool m_downloadsEnd = true;
     bool m_holdDeliveries = false;
     bool m_writtenAllTheSame = false;
+    bool m_archiveFails = false;
     std::optional<CloudError> m_readError;
     std::optional<CloudError> m_writeError;
     QMap<QString, CloudFile> m_copies;

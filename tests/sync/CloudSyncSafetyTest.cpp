@@ -419,6 +419,26 @@ TEST_F(CloudSyncSafetyTest, conflictCopiesAreMergedAndPutAway)
     EXPECT_EQ(a->container.archived, QStringList{u"copy 1"_s}) << "what cannot be read stays";
 }
 
+TEST_F(CloudSyncSafetyTest, aCopyThatStaysIsTakenOnceAndAgainWhenItCanBeRead)
+{
+    pair({u"x"_s});
+    a->container.failArchiving();
+    a->container.hasConflictCopy(u"copy 1"_s, encodeExchange(documentOf(treeFrom(u"x c"_s))));
+    settle();
+    EXPECT_EQ(here(*b), u"x c"_s);
+    const int reads = a->container.reads;
+    clock.advance(300s);
+    EXPECT_EQ(a->container.reads, reads + 10) << "the poll's";
+
+    a->container.hasConflictCopy(u"copy 2"_s,
+                                 *SyncCipher("secret").encrypt(encodeExchange(documentOf(treeFrom(u"x d"_s)))));
+    settle();
+    EXPECT_EQ(here(*a), u"x c"_s);
+    a->sync().setPassphrase(u"secret"_s, [](const auto &) {});
+    settle();
+    EXPECT_EQ(here(*a), u"x c d"_s);
+}
+
 TEST_F(CloudSyncSafetyTest, withoutASnapshotNothingIsMerged)
 {
     pair({u"x"_s});
