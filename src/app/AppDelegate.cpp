@@ -93,6 +93,7 @@ void AppDelegate::askHowToImport(const QString &fileName, const QByteArray &data
     alert.informativeText = text("import.fileOpenMessage %@"_text, fileName);
     alert.buttons = {text("import.replaceAll"_text), text("import.merge"_text), text("import.sync"_text),
                      text("sheet.cancel"_text)};
+    alert.defaultButton = 1; // adds, and replaces nothing
     ExchangeImporter &importer = m_services.importer;
     m_services.alerts.show(alert, [self = QPointer<AppDelegate>(this), &importer, data](int button) {
         if (!self)

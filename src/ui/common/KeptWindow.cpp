@@ -3,10 +3,12 @@
 namespace orvelle {
 
 KeptWindow::KeptWindow(const QWidget &inside)
-    : m_window(inside.window()->testAttribute(Qt::WA_DeleteOnClose) ? inside.window() : nullptr)
 {
-    if (m_window)
-        m_window->setAttribute(Qt::WA_DeleteOnClose, false);
+    QWidget *window = inside.window();
+    if (window->isHidden() || !window->testAttribute(Qt::WA_DeleteOnClose))
+        return;
+    m_window = window;
+    m_window->setAttribute(Qt::WA_DeleteOnClose, false);
 }
 
 KeptWindow::~KeptWindow()

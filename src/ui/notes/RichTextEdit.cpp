@@ -1,6 +1,7 @@
 #include "ui/notes/RichTextEdit.h"
 
 #include "base/Text.h"
+#include "ui/common/KeptWindow.h"
 #include "ui/common/PlainToolTip.h"
 #include "ui/notes/LinkHighlighter.h"
 #include "ui/notes/NoteFormatting.h"
@@ -250,6 +251,7 @@ void RichTextEdit::mouseReleaseEvent(QMouseEvent *event)
 
 void RichTextEdit::mouseMoveEvent(QMouseEvent *event)
 {
+    const KeptWindow kept(*this); // this may be a drag of the toolkit's
     QTextEdit::mouseMoveEvent(event);
     updatePointer(event->position().toPoint(), event->modifiers());
 }
