@@ -21,7 +21,7 @@ public:
 
     int find(const QString &stableId) const { return m_numbers.value(stableId, none); }
     const LinkItem &item(int part) const { return at(part).item; } ///< without members
-    int groupOf(int part) const { return at(part).group; }
+    int groupOf(int part) const;
     bool isRepeated(int part) const { return at(part).isRepeated; }
 
     /// Members of what is no group any more come right behind it.
@@ -38,17 +38,23 @@ public:
 private:
     struct Part {
         LinkItem item;
-        int group;
-        std::vector<int> members;
-        bool hasMembers; ///< a list of them, be it empty
+        int group;                ///< in whose `members` it is
+        std::size_t place;        ///< there
+        std::vector<int> members; ///< with `none` where one has left
+        bool hasMembers;          ///< a list of them, be it empty
         bool isRepeated;
+        bool isOpen = false; ///< its members are shown right behind it
+        bool isGone = false;
     };
 
     Part &at(int part) { return m_parts[static_cast<std::size_t>(part)]; }
     const Part &at(int part) const { return m_parts[static_cast<std::size_t>(part)]; }
     void read(const LinkList &links, int group);
-    void spill(int part);
+    void put(int part, int group);
+    void close(int part);
+    bool showsAny(const std::vector<int> &members) const;
     LinkList assemble(int group) const;
+    void assembleInto(LinkList &links, int group) const;
 
     std::vector<Part> m_parts; ///< the first one stands for the top level
     QHash<QString, int> m_numbers;
