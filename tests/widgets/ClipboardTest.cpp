@@ -388,6 +388,26 @@ TEST_F(ClipboardTest, AnOwnerThatNeverAnswersIsGivenUp)
     EXPECT_EQ(shown(), u"next");
 }
 
+// A picture is read from its file first, which can take a moment.
+TEST_F(ClipboardTest, APictureThatIsChosenTakesNobodysPlaceLater)
+{
+    start();
+    copy(u"text"_s);
+    copy({form("image/png", picture("PNG", 1))});
+    const ClipboardEntry image = first();
+    const ClipboardEntry text = manager->clipboardHistory().at(1);
+    for (const bool isOther : {true, false}) {
+        const qint64 before = pasteboard.changeCount();
+        manager->writeToPasteboard(image);
+        if (isOther)
+            pasteboard.otherAppCopies(u"newer"_s);
+        else
+            manager->writeToPasteboard(text);
+        copy({form("image/png", picture("PNG", isOther ? 2 : 3))}); // read after the one that was chosen
+        EXPECT_EQ(pasteboard.changeCount(), before + 3) << isOther;
+    }
+}
+
 TEST_F(ClipboardTest, OffPausedAndCleared)
 {
     start();

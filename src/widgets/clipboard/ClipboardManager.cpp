@@ -240,6 +240,7 @@ void ClipboardManager::forget(const QString &id)
 void ClipboardManager::writeToPasteboard(const ClipboardEntry &entry, PasteAs as)
 {
     Pasteboard &pasteboard = m_services.pasteboard;
+    const int choice = ++m_choices;
     if (as == PasteAs::PlainText && entry.payload.canPasteAsPlainText()) {
         pasteboard.write({{Pasteboard::textType(), entry.payload.text.toUtf8()}});
         return;
@@ -250,11 +251,14 @@ void ClipboardManager::writeToPasteboard(const ClipboardEntry &entry, PasteAs as
         pasteboard.write(forms.isEmpty() ? forms : forms + QList{mark});
         return;
     }
+    const qint64 before = pasteboard.changeCount();
     pasteboard.write({});
     m_work.load(
         this, [payload = entry.payload] { return ClipboardImages::formsOf(payload); },
-        [&pasteboard, mark](const QList<PasteboardItem> &picture) {
-            if (!picture.isEmpty())
+        [this, &pasteboard, mark, choice, before](const QList<PasteboardItem> &picture) {
+            // Emptying it counts once at most; what came after that is newer.
+            const bool isOvertaken = m_choices != choice || pasteboard.changeCount() > before + 1;
+            if (!picture.isEmpty() && !isOvertaken)
                 pasteboard.write(picture + QList{mark});
         });
 }

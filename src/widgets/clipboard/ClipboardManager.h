@@ -106,6 +106,7 @@ private:
     bool m_isScreenAsleep = false;
     QList<ClipboardEntry> m_history;
     std::unique_ptr<Timer> m_pollTimer;
+    int m_choices = 0; ///< of entries to paste
     qint64 m_lastChangeCount = 0;
     std::unique_ptr<ClipboardReading> m_reading;
 };
