@@ -363,8 +363,8 @@ class Proof:
         window.find(Role.PUSH_BUTTON, text("debug.clearData")).do()
         alert = self.named(text("debug.clearTitle"))
         self.audit(alert, "alert")
-        if not alert.find(Role.PUSH_BUTTON, text("debug.clear")).has(State.IS_DEFAULT):
-            raise Failed("the alert has no default button")
+        if not alert.find(Role.PUSH_BUTTON, text("sheet.cancel")).has(State.IS_DEFAULT):
+            raise Failed("Enter does not mean the cautious button")
         if text("debug.clearMessage") not in alert.description:
             raise Failed(f"the alert says “{alert.description}”")
         self.close(alert)
