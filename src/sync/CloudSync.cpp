@@ -110,17 +110,16 @@ SyncStatus CloudSync::Private::status() const
     now.lastSyncedFromDevice = lastSyncedFromDevice;
     if (problem)
         now.failure = problem->sentence;
+    const bool needsPassphrase = problem && problem->needsPassphrase;
     if (upload || isMerging)
         now.state = State::Working;
-    else if (!enabled() && problem && problem->needsPassphrase)
-        now.state = State::NeedsPassphrase; // a set-up or a load waits for it
-    else if (!enabled())
-        now.state = State::Off;
+    else if (!enabled()) // a set-up or a load can wait for it
+        now.state = needsPassphrase ? State::NeedsPassphrase : State::Off;
     else if (!available())
         now.state = State::Unavailable; // NOLINT(bugprone-branch-clone): what is asked in between comes first
     else if (held)
         now.state = State::HeldBack;
-    else if (problem && problem->needsPassphrase)
+    else if (needsPassphrase)
         now.state = State::NeedsPassphrase;
     else if (problem && problem->needsUser)
         now.state = State::Failed;
