@@ -104,6 +104,7 @@ TEST(BookmarksHtml, UnderstandsSloppyFiles)
         {"<DL><DT><H3>F</H3><DT><A HREF=https://a.example>A</A></DL>", u"F[] A=https://a.example"},
         {"<DL><DT><H3></H3><DL></DL></DL>", u"foreign.unnamedFolder[]"},
         {"<DL><DT><A HREF=' https://a.\n example '> two\n   lines </A></DL>", u"two lines=https://a. example"},
+        {"<DL><DT><A HREF=https://a.example>&#xFEFF; marked</A></DL>", u"marked=https://a.example"},
         {"<DL><DT><A HREF=https://a.example><b>Bold</b> &amp; <i>plain</i></A></DL>",
          u"Bold & plain=https://a.example"},
         {"<DL><DT><A HREF='/relative'>r</A><DT><A>no address</A><DT><A HREF='C:\\x'>drive</A></DL>", u""},

@@ -191,7 +191,8 @@ QString foreignName(const QString &name)
         const bool blank = c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
         if (blank && !result.endsWith(u' ') && !result.isEmpty())
             result += u' ';
-        if (!blank && c.category() != QChar::Other_Control)
+        // Decoders take a mark at the beginning for one of the byte order.
+        if (!blank && c.category() != QChar::Other_Control && c != QChar::ByteOrderMark)
             result += c;
     }
     if (result.endsWith(u' '))
