@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace orvelle {
 
 namespace {
@@ -37,18 +39,33 @@ NoticeBar::NoticeBar(QWidget *parent)
 
 void NoticeBar::showNotice(const QString &message, const QList<Action> &actions, bool dismissable)
 {
+    const bool isSame = m_label->text() == message && m_isDismissable == dismissable &&
+                        std::ranges::equal(m_actions, actions, {}, &Action::title, &Action::title);
+    m_actions = actions;
+    if (!isSame) {
+        m_label->setText(message);
+        setAccessibleName(message);
+        makeButtons(dismissable);
+    }
+    show();
+}
+
+void NoticeBar::makeButtons(bool dismissable)
+{
     clearButtons();
-    m_label->setText(message);
-    setAccessibleName(message);
+    m_isDismissable = dismissable;
     // Several buttons beside the text would leave it a narrow column.
-    const bool stacked = actions.size() > 1;
+    const bool stacked = m_actions.size() > 1;
     m_row->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     m_row->setSpacing(stacked ? 8 : 12);
     m_buttons->setAlignment(Qt::AlignTrailing);
-    for (const Action &action : actions) {
-        auto *button = new QPushButton(action.title, this);
+    for (qsizetype i = 0; i < m_actions.size(); ++i) {
+        auto *button = new QPushButton(m_actions.at(i).title, this);
         button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, action.run);
+        connect(button, &QPushButton::clicked, this, [this, i] {
+            const auto run = m_actions.at(i).run; // which may show another notice
+            run();
+        });
         m_buttons->addWidget(button);
     }
     if (dismissable) {
@@ -70,7 +87,6 @@ void NoticeBar::showNotice(const QString &message, const QList<Action> &actions,
         setTabOrder(before, button);
         before = button;
     }
-    show();
 }
 
 /// Wrapped lines need more height than a layout by itself asks for.

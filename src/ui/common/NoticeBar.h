@@ -29,7 +29,9 @@ public:
     void setFlush(bool flush) { m_flush = flush; }
 
     /// Shows `message` (plain text) with one button per action, replacing what
-    /// was shown. With `dismissable` the bar can also be closed.
+    /// was shown. With `dismissable` the bar can also be closed. The same notice
+    /// again keeps its buttons, and with them the keyboard's focus; only what
+    /// they do is replaced.
     void showNotice(const QString &message, const QList<Action> &actions = {}, bool dismissable = true);
 
     QSize minimumSizeHint() const override;
@@ -42,6 +44,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void makeButtons(bool dismissable);
     void clearButtons();
     void updateColors();
 
@@ -50,6 +53,8 @@ private:
     QBoxLayout *m_buttons;
     QColor m_ground;
     bool m_flush = false;
+    QList<Action> m_actions;
+    bool m_isDismissable = false;
 };
 
 } // namespace orvelle

@@ -97,10 +97,7 @@ void LinksSection::connectAll()
         m_rescueDismissed = false;
         refresh();
     });
-    connect(m_rescueNotice, &NoticeBar::dismissed, this, [this] {
-        m_rescueDismissed = true;
-        m_rescueOffered.clear();
-    });
+    connect(m_rescueNotice, &NoticeBar::dismissed, this, [this] { m_rescueDismissed = true; });
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
         m_search->setFocus(Qt::ShortcutFocusReason);
         m_search->selectAll();
@@ -286,9 +283,6 @@ void LinksSection::keepState()
 void LinksSection::showRescuedData()
 {
     const QString newest = m_rescueDismissed ? QString() : m_services.links.rescuedDataKeys().value(0);
-    // Buttons that are made anew would lose the focus.
-    if (newest == std::exchange(m_rescueOffered, newest))
-        return;
     if (newest.isEmpty()) {
         m_rescueNotice->hide();
         return;
@@ -301,7 +295,6 @@ void LinksSection::restoreRescued(const QString &key)
 {
     if (m_services.links.restoreRescuedData(key)) {
         m_rescueDismissed = true;
-        m_rescueOffered.clear();
         m_rescueNotice->hide();
         return;
     }

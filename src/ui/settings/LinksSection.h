@@ -76,7 +76,6 @@ private:
     NoticeBar *m_notice;
     std::unique_ptr<Timer> m_keepTimer;
     bool m_rescueDismissed = false;
-    QString m_rescueOffered; ///< the key that the notice is about; empty without one
 };
 
 } // namespace orvelle

@@ -6,6 +6,7 @@
 #include "sync/SyncControl.h"
 #include "ui/common/Colors.h"
 #include "ui/common/Icons.h"
+#include "ui/common/NoticeBar.h"
 #include "ui/settings/Sections.h"
 #include "ui/settings/SyncPlaceForm.h"
 #include "ui/settings/SyncStateTexts.h"
@@ -197,23 +198,17 @@ void SyncSection::refreshNotice(const SyncStatus &status)
 {
     const auto held = m_sync.heldBack();
     if (held) {
-        offer(heldBackText(*held), {{text("cloudSync.heldBack.preview"_text), [this] { showHeldBack(); }},
-                                    {text("cloudSync.heldBack.keep"_text), [this] { m_sync.rejectHeldBack(); }},
-                                    {text("cloudSync.heldBack.accept"_text), [this] { m_sync.acceptHeldBack(); }}});
+        m_notice->showNotice(heldBackText(*held),
+                             {{text("cloudSync.heldBack.preview"_text), [this] { showHeldBack(); }},
+                              {text("cloudSync.heldBack.keep"_text), [this] { m_sync.rejectHeldBack(); }},
+                              {text("cloudSync.heldBack.accept"_text), [this] { m_sync.acceptHeldBack(); }}},
+                             false);
     } else if (status.state == SyncStatus::State::NeedsPassphrase) {
-        offer(text("cloudSync.passphraseNeeded"_text),
-              {{text("cloudSync.passphraseEnterMore"_text), [this] { askForPassphrase(); }}});
+        m_notice->showNotice(text("cloudSync.passphraseNeeded"_text),
+                             {{text("cloudSync.passphraseEnterMore"_text), [this] { askForPassphrase(); }}}, false);
     } else {
-        m_offered.clear();
         m_notice->hide();
     }
-}
-
-/// New buttons would take the keyboard's focus from those that are there.
-void SyncSection::offer(const QString &message, const QList<NoticeBar::Action> &actions)
-{
-    if (std::exchange(m_offered, message) != message)
-        m_notice->showNotice(message, actions, false);
 }
 
 void SyncSection::refreshEncryption(const SyncStatus &status)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "sync/CloudSync.h"
-#include "ui/common/NoticeBar.h"
 #include "ui/settings/SettingsWindow.h"
 
 #include <QPointer>
@@ -14,6 +13,7 @@ class QPushButton;
 
 namespace orvelle {
 
+class NoticeBar;
 class SyncControl;
 class SyncPreviewView;
 class SyncPlaceForm;
@@ -39,7 +39,6 @@ private:
     void refresh();
     void refreshState(const SyncStatus &status);
     void refreshNotice(const SyncStatus &status);
-    void offer(const QString &message, const QList<NoticeBar::Action> &actions);
     void dropOvertakenSheet();
     void refreshEncryption(const SyncStatus &status);
     /// What the user waits for: one thing at a time, but a choice of the place
@@ -80,7 +79,6 @@ private:
     QPushButton *m_decrypt;
     Busy m_busy = Busy::No;
     int m_begun = 0;
-    QString m_offered; ///< what the notice says
     QPointer<SyncPreviewView> m_heldSheet;
     QString m_heldShown;       ///< the version that the sheet is about
     bool m_setUpWaits = false; ///< for the passphrase of what was found at the new place
