@@ -15,6 +15,26 @@ namespace orvelle {
 
 class GeneralTabTest : public test::GeneralTabWorld
 {
+protected:
+    /// The button that tries again, in a window beside a store that met
+    /// unreadable links.
+    QPushButton *offerAboutDamage()
+    {
+        test::UiWorld &w = world;
+        EXPECT_TRUE(w.defaults.write(LinkStore::linksBaseKey(), QByteArray("{broken")));
+        damaged = std::make_unique<LinkStore>(LinkStore::Services{w.defaults, w.debugMode, w.notifications, w.clock,
+                                                                  w.bookmarks, w.volumes, w.powerEvents, w.snapshots,
+                                                                  w.hooks});
+        EXPECT_FALSE(damaged->rescuedDataKeys().isEmpty());
+        open();
+        for (QPushButton *button : window->findChildren<QPushButton *>()) {
+            if (button->text() == QStringLiteral("Try again") && button->isVisible())
+                return button;
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<LinkStore> damaged;
 };
 
 TEST_F(GeneralTabTest, IconChoiceIsStoredAndAnnounced)
@@ -58,33 +78,15 @@ TEST_F(GeneralTabTest, QuitConfirmationIsOnWhenNeverWritten)
 
 TEST_F(GeneralTabTest, UnreadableLinksAreOfferedAgain)
 {
-    test::UiWorld &w = world;
-    ASSERT_TRUE(w.defaults.write(LinkStore::linksBaseKey(), QByteArray("{broken")));
-    LinkStore damaged({w.defaults, w.debugMode, w.notifications, w.clock, w.bookmarks, w.volumes, w.powerEvents,
-                       w.snapshots, w.hooks});
-    ASSERT_FALSE(damaged.rescuedDataKeys().isEmpty());
-    open();
-    QPushButton *retry = nullptr;
-    for (QPushButton *button : window->findChildren<QPushButton *>()) {
-        if (button->text() == QStringLiteral("Try again") && button->isVisible())
-            retry = button;
-    }
+    QPushButton *retry = offerAboutDamage();
     ASSERT_NE(retry, nullptr);
     retry->click();
-    EXPECT_EQ(w.alerts.shown.size(), 1) << "still unreadable";
+    EXPECT_EQ(world.alerts.shown.size(), 1) << "still unreadable";
 }
 
 TEST_F(GeneralTabTest, TheOfferAboutUnreadableLinksKeepsTheFocusWhileLinksChange)
 {
-    ASSERT_TRUE(world.defaults.write(LinkStore::linksBaseKey(), QByteArray("{broken")));
-    LinkStore damaged({world.defaults, world.debugMode, world.notifications, world.clock, world.bookmarks,
-                       world.volumes, world.powerEvents, world.snapshots, world.hooks});
-    open();
-    QPushButton *retry = nullptr;
-    for (QPushButton *button : window->findChildren<QPushButton *>()) {
-        if (button->text() == QStringLiteral("Try again") && button->isVisible())
-            retry = button;
-    }
+    QPushButton *retry = offerAboutDamage();
     ASSERT_NE(retry, nullptr);
     retry->setFocus();
     world.addNote("Another", "from elsewhere");
